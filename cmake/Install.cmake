@@ -1,0 +1,30 @@
+# The installed package: library, headers, CMake package and pkg-config file. All of it may be moved after installation.
+set(BV_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/BvBaseUtils)
+
+install(TARGETS BvBaseUtils EXPORT BvBaseUtilsTargets
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+  FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
+  FILE_SET avx_headers DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+install(EXPORT BvBaseUtilsTargets NAMESPACE BvBaseUtils:: DESTINATION ${BV_CMAKE_DIR} COMPONENT development)
+
+configure_package_config_file(cmake/BvBaseUtilsConfig.cmake.in ${PROJECT_BINARY_DIR}/BvBaseUtilsConfig.cmake
+  INSTALL_DESTINATION ${BV_CMAKE_DIR})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/BvBaseUtilsConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/BvBaseUtilsConfig.cmake ${PROJECT_BINARY_DIR}/BvBaseUtilsConfigVersion.cmake
+  DESTINATION ${BV_CMAKE_DIR} COMPONENT development)
+
+# pkg-config has no generator expressions: spell out what the target carries.
+set(BV_PC_CFLAGS "-std=c++20")
+if(BV_FP_CONTRACT_OFF)
+  string(APPEND BV_PC_CFLAGS " -ffp-contract=off")
+endif()
+if(NOT BUILD_SHARED_LIBS)
+  string(APPEND BV_PC_CFLAGS " -DBV_STATIC")
+endif()
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_INCLUDEDIR BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX} OUTPUT_VARIABLE BV_PC_INCLUDEDIR)
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX} OUTPUT_VARIABLE BV_PC_LIBDIR)
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE BV_PC_PREFIX)
+configure_file(packaging/BvBaseUtils.pc.in ${PROJECT_BINARY_DIR}/BvBaseUtils.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/BvBaseUtils.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

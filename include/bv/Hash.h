@@ -1,0 +1,44 @@
+#pragma once
+
+/// @file
+/// Hashes for hash tables and integer lattices. None of them is cryptographic.
+
+#include "bv/Export.h"
+
+namespace bv
+{
+
+class String;
+
+/// 32-bit FNV-1a hash of the UTF-8 bytes of a text. The empty text gives 2166136261.
+///
+/// Fowler, Noll, Vo, "FNV hash history", 1991.
+[[nodiscard]] BV_API unsigned int FNVHash32(String const& text) noexcept;
+
+/// Jenkins' one-at-a-time hash, started from a seed.
+///
+/// Jenkins, "Hash functions", Dr. Dobb's Journal, 1997.
+/// @param data the bytes; may be null when there are none.
+/// @param length the number of bytes; with 0, the finishing steps are applied to the seed alone.
+/// @param seed any value; the result of one call as the seed of the next combines several pieces of data.
+[[nodiscard]] BV_API unsigned int GetJenkinsHash(void const* data, unsigned long long length,
+                                                 unsigned int seed) noexcept;
+
+/// Pearson's hash of 8 bits, started from a seed.
+///
+/// Pearson, "Fast hashing of variable-length text strings", Communications of the ACM, 1990.
+/// @param data the bytes; may be null when there are none.
+/// @param length the number of bytes; with 0, the seed is returned unchanged.
+/// @param seed any value; the result of one call as the seed of the next combines several pieces of data.
+[[nodiscard]] BV_API unsigned char GetPearsonHash(void const* data, unsigned long long length,
+                                                  unsigned char seed) noexcept;
+
+/// Long-period hash of a point of an integer lattice, from 0 to 23.
+///
+/// Sums seven permutation hashes whose table sizes (17, 19, 23, 24, 29, 31, 37) share no factor, modulo 24. In each
+/// table, x wraps with the Euclidean remainder, a negative x too; y is taken as its unsigned pattern of 32 bits.
+///
+/// Lagae, Dutre, "Long period hash functions for procedural texturing", 2006.
+[[nodiscard]] BV_API unsigned int GetLagaeHash(int x, int y) noexcept;
+
+} // namespace bv

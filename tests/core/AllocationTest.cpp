@@ -342,17 +342,23 @@ TEST(StringAllocationTest, MemoryExhaustionPassesOutOfTheWideConversion)
                                 static_cast<void>(copy.ToWCharArray());
                             });
     EXPECT_STREQ(text.ToWCharArray(), LONG_WIDE_TEXT);
+    // The wide form of the call before is freed first, and stays away when there is no memory for the new one.
     bool failed = false;
-    try
-    {
-        LittleMemory const memory(0);
-        static_cast<void>(text.ToWCharArray());
-    }
-    catch (std::bad_alloc const&)
-    {
-        failed = true;
-    }
+    Use const use = Measure(
+        [&]
+        {
+            LittleMemory const memory(0);
+            try
+            {
+                static_cast<void>(text.ToWCharArray());
+            }
+            catch (std::bad_alloc const&)
+            {
+                failed = true;
+            }
+        });
     EXPECT_TRUE(failed);
+    EXPECT_EQ(use.blocks, -2);
     EXPECT_STREQ(text.ToCharArray(), LONG_TEXT);
     EXPECT_STREQ(text.ToWCharArray(), LONG_WIDE_TEXT);
 }
@@ -559,10 +565,11 @@ TEST(ExceptionAllocationTest, ACopyOfAnExceptionWithoutTextsHasAnUnknownLocation
 TEST(ExceptionAllocationTest, ACopyThatFindsNoMemoryHasNoTexts)
 {
     MatrixException const source("message", "file", 7, "function");
+    MatrixException const withoutTexts = MakeWithoutTexts<MatrixException>();
     NoMemoryForExceptions const noMemory;
     ExpectWithoutTexts(MatrixException(source));
     ExpectWithoutTexts(FileIOException(static_cast<Exception const&>(source)));
-    ExpectWithoutTexts(MatrixException(MakeWithoutTexts<MatrixException>()));
+    ExpectWithoutTexts(MatrixException(withoutTexts));
     Exception assigned(source);
     assigned = source;
     ExpectWithoutTexts(assigned);

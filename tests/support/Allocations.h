@@ -32,6 +32,12 @@ template <typename Action>
     throw std::bad_alloc();
 }
 
+[[gnu::noinline]] void* operator new(std::size_t size, std::nothrow_t const&) noexcept
+{
+    ++bv::test::allocations;
+    return std::malloc(size != 0 ? size : 1);
+}
+
 [[gnu::noinline]] void operator delete(void* memory) noexcept
 {
     std::free(memory);

@@ -1,0 +1,78 @@
+#pragma once
+
+/// @file
+/// The library-wide tolerant comparison of floating-point values, and its tolerances.
+
+#include <bit>
+#include <cstdint>
+#include <limits>
+
+namespace bv::maths
+{
+
+/// The shared tolerance of a precision: ten machine epsilons, 1.1920928955078125e-06 for `float` and
+/// 2.220446049250313e-15 for `double`. It is also the threshold of the singularity, division and parallelism tests.
+template <typename T>
+inline constexpr T TOLERANCE = T{10} * std::numeric_limits<T>::epsilon();
+
+namespace detail
+{
+
+/// Whether two values lie at most 50 representable values apart, counted on bit patterns that are mapped so that
+/// they ascend with the value; +0 and -0 share one number. The difference wraps, as the mapped integers do: a
+/// distance of exactly half the range fits no signed integer and is not small.
+template <typename Bits, typename T>
+[[nodiscard]] constexpr bool IsWithinSteps(T a, T b) noexcept
+{
+    constexpr Bits SIGN = Bits{1} << (std::numeric_limits<Bits>::digits - 1);
+    constexpr Bits STEPS = 50;
+    Bits const bitsA = std::bit_cast<Bits>(a);
+    Bits const bitsB = std::bit_cast<Bits>(b);
+    Bits const mappedA = (bitsA & SIGN) != 0 ? SIGN - bitsA : bitsA;
+    Bits const mappedB = (bitsB & SIGN) != 0 ? SIGN - bitsB : bitsB;
+    return mappedA - mappedB + STEPS <= 2 * STEPS; // -50 <= difference <= 50, in one comparison
+}
+
+/// Whether the squared difference is strictly below the squared tolerance.
+template <typename T>
+[[nodiscard]] constexpr bool IsWithinTolerance(T a, T b) noexcept
+{
+    constexpr T SQUARED = TOLERANCE<T> * TOLERANCE<T>;
+    return (a - b) * (a - b) < SQUARED;
+}
+
+} // namespace detail
+
+/// Tolerant equality: true when the values are at most 50 representable values apart, or when the square of their
+/// difference is strictly below the square of `TOLERANCE`.
+///
+/// A NaN equals another value only when their bit patterns are that close, so a NaN equals itself. The relation is
+/// symmetric but not transitive. Opposite values exactly half the range of bit patterns apart, such as 2 and -2, are
+/// far apart like any others.
+[[nodiscard]] constexpr bool IsEqual(float const& a, float const& b) noexcept
+{
+    return detail::IsWithinSteps<std::uint32_t>(a, b) || detail::IsWithinTolerance(a, b);
+}
+
+/// @copydoc IsEqual(float const&, float const&)
+[[nodiscard]] constexpr bool IsEqual(double const& a, double const& b) noexcept
+{
+    return detail::IsWithinSteps<std::uint64_t>(a, b) || detail::IsWithinTolerance(a, b);
+}
+
+namespace detail
+{
+
+/// Equality of one component of a tuple or vector: tolerant for floating-point types, exact for integers.
+template <typename T>
+[[nodiscard]] constexpr bool IsSameComponent(T a, T b) noexcept
+{
+    if constexpr (std::numeric_limits<T>::is_integer)
+        return a == b;
+    else
+        return IsEqual(a, b);
+}
+
+} // namespace detail
+
+} // namespace bv::maths

@@ -1,0 +1,53 @@
+#include "bv/maths/Scalar.h"
+
+#include <cmath>
+
+namespace bv::maths
+{
+
+template <typename T>
+T SawTooth(T x, T period) noexcept
+{
+    T const remainder = std::fmod(x, period);
+    return x >= T{0} ? remainder : remainder + period;
+}
+
+float Log2(float x, float precision) noexcept
+{
+    if (!(x > 0.0f))
+        return -std::numeric_limits<float>::infinity();
+    if (x == std::numeric_limits<float>::infinity())
+        return x;
+
+    float result = 0.0f;
+    for (; x < 1.0f; x = x + x)
+        result = result - 1.0f;
+    for (; x >= 2.0f; x = x * 0.5f)
+        result = result + 1.0f;
+
+    float weight = 1.0f;
+    if (weight < precision)
+        return result;
+    do
+    {
+        x = x * x;
+        weight = weight * 0.5f;
+        if (x >= 2.0f)
+        {
+            x = x * 0.5f;
+            result = result + weight;
+        }
+    } while (weight >= precision);
+    return result;
+}
+
+template BV_TEMPLATE_INSTANCE float CubicSmoothStep(float, float, float);
+template BV_TEMPLATE_INSTANCE double CubicSmoothStep(double, double, double);
+template BV_TEMPLATE_INSTANCE float QuinticSmoothStep(float, float, float);
+template BV_TEMPLATE_INSTANCE double QuinticSmoothStep(double, double, double);
+template BV_TEMPLATE_INSTANCE float SmoothStep(float, float, float);
+template BV_TEMPLATE_INSTANCE double SmoothStep(double, double, double);
+template BV_TEMPLATE_INSTANCE float SawTooth(float, float);
+template BV_TEMPLATE_INSTANCE double SawTooth(double, double);
+
+} // namespace bv::maths

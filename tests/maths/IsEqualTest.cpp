@@ -1,0 +1,237 @@
+#include "bv/maths/IsEqual.h"
+
+#include <bit>
+#include <limits>
+#include <type_traits>
+
+#include <gtest/gtest.h>
+
+#include "IsEqualValues.h"
+#include "support/SameBits.h"
+
+namespace
+{
+
+using bv::maths::IsEqual;
+using bv::maths::TOLERANCE;
+using bv::test::Bits;
+
+template <typename T>
+using Pattern = decltype(Bits(T{}));
+
+template <typename T>
+T FromBits(Pattern<T> bits)
+{
+    return std::bit_cast<T>(bits);
+}
+
+/// The value whose pattern is so many steps away: farther from zero, or nearer to it for a negative count.
+template <typename T>
+T Steps(T value, int count)
+{
+    return FromBits<T>(static_cast<Pattern<T>>(Bits(value) + static_cast<Pattern<T>>(count)));
+}
+
+template <typename T>
+constexpr T INF = std::numeric_limits<T>::infinity();
+template <typename T>
+constexpr T QUIET_NAN = std::numeric_limits<T>::quiet_NaN();
+template <typename T>
+constexpr T LARGEST = std::numeric_limits<T>::max();
+template <typename T>
+constexpr T SMALLEST = std::numeric_limits<T>::denorm_min();
+
+/// Both ways round, since equality is symmetric.
+template <typename T>
+void ExpectEqual(T a, T b)
+{
+    EXPECT_TRUE(IsEqual(a, b)) << a << " and " << b;
+    EXPECT_TRUE(IsEqual(b, a)) << b << " and " << a;
+}
+
+template <typename T>
+void ExpectDifferent(T a, T b)
+{
+    EXPECT_FALSE(IsEqual(a, b)) << a << " and " << b;
+    EXPECT_FALSE(IsEqual(b, a)) << b << " and " << a;
+}
+
+static_assert(std::is_same_v<decltype(IsEqual(1.0f, 1.0f)), bool>);
+static_assert(std::is_same_v<decltype(IsEqual(1.0, 1.0)), bool>);
+static_assert(std::is_same_v<decltype(static_cast<bool (*)(float const&, float const&) noexcept>(&IsEqual)),
+                             bool (*)(float const&, float const&) noexcept>);
+static_assert(std::is_same_v<decltype(static_cast<bool (*)(double const&, double const&) noexcept>(&IsEqual)),
+                             bool (*)(double const&, double const&) noexcept>);
+static_assert(IsEqual(0.0f, -0.0f) && IsEqual(1.0, 1.0) && !IsEqual(1.0f, 2.0f)); // known to the compiler
+
+template <typename T>
+class IsEqualTest : public testing::Test
+{
+};
+
+using Precisions = testing::Types<float, double>;
+TYPED_TEST_SUITE(IsEqualTest, Precisions);
+
+TEST(IsEqualToleranceTest, IsTenMachineEpsilonsToTheBit)
+{
+    EXPECT_EQ(Bits(TOLERANCE<float>), 0x35A00000u);
+    EXPECT_EQ(TOLERANCE<float>, 1.1920928955078125e-06f);
+    EXPECT_EQ(Bits(TOLERANCE<double>), 0x3CE4000000000000u);
+    EXPECT_EQ(TOLERANCE<double>, 2.220446049250313e-15);
+}
+
+TYPED_TEST(IsEqualTest, FiftyStepsApartIsEqualAndFiftyOneIsNot)
+{
+    using T = TypeParam;
+    // Above 1 a step is an epsilon, so that ten of them reach the tolerance and the steps alone decide here.
+    for (T const value : {T{1}, T{-1}, T{1000}, -T(3e10), LARGEST<T> / T{2}})
+    {
+        for (int const steps : {1, 11, 49, 50})
+            ExpectEqual(value, Steps(value, steps));
+        for (int const steps : {51, 52, 100, 100000})
+            ExpectDifferent(value, Steps(value, steps));
+    }
+    ExpectEqual(T{1000}, Steps(T{1000}, -50));
+    ExpectDifferent(T{1000}, Steps(T{1000}, -51));
+}
+
+TYPED_TEST(IsEqualTest, FiftyOneStepsApartIsEqualWhereTheDifferenceIsBelowTheTolerance)
+{
+    using T = TypeParam;
+    ExpectEqual(T(0.01), Steps(T(0.01), 51)); // a step is less than a hundredth of an epsilon
+    ExpectEqual(T(0.01), Steps(T(0.01), -51));
+    ExpectEqual(T{0}, SMALLEST<T> * T{51});
+}
+
+TYPED_TEST(IsEqualTest, ZerosOfBothSignsAreOneNumber)
+{
+    using T = TypeParam;
+    ExpectEqual(T{0}, -T{0});
+    EXPECT_TRUE((bv::maths::detail::IsWithinSteps<Pattern<T>>(T{0}, -T{0})));
+    // 50 steps above +0 are 50 steps above -0.
+    EXPECT_TRUE((bv::maths::detail::IsWithinSteps<Pattern<T>>(FromBits<T>(50), -T{0})));
+    EXPECT_FALSE((bv::maths::detail::IsWithinSteps<Pattern<T>>(FromBits<T>(51), -T{0})));
+}
+
+TYPED_TEST(IsEqualTest, TheSmallestNumbersOnEitherSideOfZeroAreTwoStepsApart)
+{
+    using T = TypeParam;
+    ExpectEqual(SMALLEST<T>, -SMALLEST<T>);
+    EXPECT_TRUE((bv::maths::detail::IsWithinSteps<Pattern<T>>(SMALLEST<T>, -SMALLEST<T>)));
+    EXPECT_TRUE((bv::maths::detail::IsWithinSteps<Pattern<T>>(SMALLEST<T> * T{25}, -SMALLEST<T> * T{25})));  // 50
+    EXPECT_FALSE((bv::maths::detail::IsWithinSteps<Pattern<T>>(SMALLEST<T> * T{25}, -SMALLEST<T> * T{26}))); // 51
+    EXPECT_TRUE((bv::maths::detail::IsWithinSteps<Pattern<T>>(SMALLEST<T> * T{49}, -SMALLEST<T>)));          // 50
+    EXPECT_FALSE((bv::maths::detail::IsWithinSteps<Pattern<T>>(SMALLEST<T> * T{50}, -SMALLEST<T>)));         // 51
+}
+
+TYPED_TEST(IsEqualTest, ADifferenceOfExactlyTheToleranceIsNotEqual)
+{
+    using T = TypeParam;
+    T const tolerance = TOLERANCE<T>;
+    ExpectDifferent(tolerance, T{0});
+    ExpectDifferent(-tolerance, T{0});
+    ExpectDifferent(T{2} * tolerance, tolerance);
+    ExpectDifferent(tolerance / T{2}, -tolerance / T{2});
+    ExpectDifferent(T{0.125}, T{0.125} + tolerance); // the sum is exact, and 80 steps away
+}
+
+TYPED_TEST(IsEqualTest, ADifferenceJustBelowTheToleranceIsEqual)
+{
+    using T = TypeParam;
+    ExpectEqual(Steps(TOLERANCE<T>, -1), T{0});
+    ExpectEqual(-Steps(TOLERANCE<T>, -1), T{0});
+    ExpectEqual(Steps(T{0.125} + TOLERANCE<T>, -1), T{0.125}); // 79 steps
+}
+
+TYPED_TEST(IsEqualTest, OppositeNumbersHalfTheRangeApartAreNotEqual)
+{
+    using T = TypeParam;
+    // The patterns differ by exactly the sign bit, a difference whose absolute value no signed integer holds.
+    ExpectDifferent(T{2}, T{-2});
+    ExpectDifferent(T{1}, T{-4});
+    ExpectDifferent(T{4}, T{-1});
+    for (int const steps : {-51, -50, -1, 1, 50, 51})
+    {
+        ExpectDifferent(Steps(T{2}, steps), T{-2});
+        ExpectDifferent(T{1}, Steps(T{-4}, steps));
+    }
+}
+
+TYPED_TEST(IsEqualTest, NaNEqualsItselfAndItsNeighbours)
+{
+    using T = TypeParam;
+    T const nan = QUIET_NAN<T>;
+    ExpectEqual(nan, nan);
+    ExpectEqual(nan, Steps(nan, 50));
+    ExpectDifferent(nan, Steps(nan, 51));
+    ExpectEqual(-nan, -nan);
+    ExpectDifferent(nan, T{0});
+    ExpectDifferent(nan, T{1});
+    ExpectDifferent(nan, INF<T>);
+    ExpectDifferent(nan, -INF<T>);
+}
+
+TYPED_TEST(IsEqualTest, NaNsOfOppositeSignsAreEqualOnlyWhereTheDistanceWraps)
+{
+    using T = TypeParam;
+    ExpectDifferent(QUIET_NAN<T>, -QUIET_NAN<T>);
+    // All ones below the sign bit: 2^31 - 1 and -(2^31 - 1) are 2^32 - 2 apart, which wraps to -2.
+    T const last = FromBits<T>(std::numeric_limits<Pattern<T>>::max() >> 1);
+    ExpectEqual(last, -last);
+    ExpectEqual(Steps(last, -48), -last);     // 50
+    ExpectDifferent(Steps(last, -49), -last); // 51
+}
+
+TYPED_TEST(IsEqualTest, InfinityEqualsItselfAndThePatternsNextToIt)
+{
+    using T = TypeParam;
+    ExpectEqual(INF<T>, INF<T>);
+    ExpectEqual(-INF<T>, -INF<T>);
+    ExpectDifferent(INF<T>, -INF<T>);
+    ExpectEqual(INF<T>, LARGEST<T>); // one step
+    ExpectEqual(-INF<T>, -LARGEST<T>);
+    ExpectEqual(INF<T>, Steps(INF<T>, -50));
+    ExpectDifferent(INF<T>, Steps(INF<T>, -51));
+    ExpectEqual(INF<T>, Steps(INF<T>, 1)); // a NaN
+    ExpectDifferent(INF<T>, Steps(INF<T>, 51));
+    ExpectDifferent(INF<T>, T{0});
+    ExpectDifferent(LARGEST<T>, -LARGEST<T>); // their difference overflows
+}
+
+TYPED_TEST(IsEqualTest, EqualityIsNotTransitive)
+{
+    using T = TypeParam;
+    T const a = T{1000};
+    T const b = Steps(a, 50);
+    T const c = Steps(b, 50);
+    ExpectEqual(a, b);
+    ExpectEqual(b, c);
+    ExpectDifferent(a, c);
+}
+
+TYPED_TEST(IsEqualTest, AnyValueEqualsItselfThroughOneReference)
+{
+    using T = TypeParam;
+    for (T const value : {T{0}, T{1}, INF<T>, QUIET_NAN<T>, LARGEST<T>, SMALLEST<T>})
+        EXPECT_TRUE(IsEqual(value, value)) << value;
+}
+
+TEST(IsEqualModelTest, AgreesWithExactArithmeticOnFloats)
+{
+    for (auto const& [a, b, isEqual] : bv::test::IS_EQUAL_FLOAT)
+    {
+        EXPECT_EQ(IsEqual(FromBits<float>(a), FromBits<float>(b)), isEqual) << std::hex << a << " and " << b;
+        EXPECT_EQ(IsEqual(FromBits<float>(b), FromBits<float>(a)), isEqual) << std::hex << b << " and " << a;
+    }
+}
+
+TEST(IsEqualModelTest, AgreesWithExactArithmeticOnDoubles)
+{
+    for (auto const& [a, b, isEqual] : bv::test::IS_EQUAL_DOUBLE)
+    {
+        EXPECT_EQ(IsEqual(FromBits<double>(a), FromBits<double>(b)), isEqual) << std::hex << a << " and " << b;
+        EXPECT_EQ(IsEqual(FromBits<double>(b), FromBits<double>(a)), isEqual) << std::hex << b << " and " << a;
+    }
+}
+
+} // namespace

@@ -1,0 +1,114 @@
+#pragma once
+
+/// @file
+/// A plain group of two numbers.
+
+#include <cstddef>
+#include <iosfwd>
+
+#include "bv/Export.h"
+#include "bv/maths/IsEqual.h"
+#include "bv/maths/Precision.h"
+
+namespace bv::maths
+{
+
+/// Two numbers that belong together: grid coordinates, sizes, indices, colours.
+///
+/// The components lie side by side in memory, with nothing before, between or after them.
+///
+/// @tparam T `int`, `unsigned int`, `float` or `double`; all four instances are in the library.
+template <typename T>
+class tTuple2
+{
+public:
+    T x; ///< first component
+    T y; ///< second component
+
+    /// @name Construction
+    /// @{
+    /// Zero in every component.
+    constexpr tTuple2() noexcept : x{}, y{} {}
+    /// The tuple of these components.
+    constexpr tTuple2(T xValue, T yValue) noexcept : x{xValue}, y{yValue} {}
+    /// Reads x and y from two consecutive values; the pointer must not be null.
+    explicit constexpr tTuple2(T const* components) noexcept : x{components[0]}, y{components[1]} {}
+    /// Converts from the other precision, component by component, rounding to nearest.
+    template <OtherPrecision<T> U>
+    explicit constexpr tTuple2(tTuple2<U> const& other) noexcept
+        : x{static_cast<T>(other.x)}, y{static_cast<T>(other.y)}
+    {
+    }
+    /// @}
+
+    /// @name Access
+    /// @{
+    /// Component by index, 0 for x up to 1 for y. The index is not checked.
+    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept { return this->*COMPONENT[index]; }
+    /// @copydoc operator[](std::size_t) const
+    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return this->*COMPONENT[index]; }
+    /// @}
+
+    /// @name Queries
+    /// @{
+    /// Hash of the components' bytes: the one-at-a-time hash of the last component from seed 0, whose result seeds the
+    /// hash of the component before it, down to x. 0.0 and -0.0 hash differently; equal bit patterns hash alike.
+    [[nodiscard]] unsigned int GetHash32() const noexcept;
+    /// Hash of the components' bytes in 8 bits: Pearson's hash, chained as in GetHash32().
+    [[nodiscard]] unsigned char GetHash8() const noexcept;
+    /// @}
+
+    /// @name Operators
+    /// @{
+    /// Equality component by component: tolerant (IsEqual()) for floating-point types, exact for integers.
+    [[nodiscard]] constexpr bool operator==(tTuple2 const& other) const noexcept;
+    /// @}
+
+    /// @name Streams
+    /// @{
+    /// Writes the components in order as raw native bytes, with nothing before, between or after them.
+    /// @return the stream, whose state is not looked at.
+    std::ostream& Serialise(std::ostream& stream) const;
+    /// Reads what Serialise() wrote. A stream that ends early leaves the remaining components as its `read` leaves
+    /// them.
+    /// @return the stream, whose state is not looked at.
+    std::istream& Deserialise(std::istream& stream);
+    /// @}
+
+private:
+    static constexpr T tTuple2::*COMPONENT[2] = {&tTuple2::x, &tTuple2::y};
+};
+
+template <typename T>
+constexpr bool tTuple2<T>::operator==(tTuple2 const& other) const noexcept
+{
+    return detail::IsSameComponent(x, other.x) && detail::IsSameComponent(y, other.y);
+}
+
+extern template class BV_TEMPLATE tTuple2<int>;
+extern template class BV_TEMPLATE tTuple2<unsigned int>;
+extern template class BV_TEMPLATE tTuple2<float>;
+extern template class BV_TEMPLATE tTuple2<double>;
+
+static_assert(sizeof(tTuple2<int>) == 2 * sizeof(int) && sizeof(tTuple2<unsigned int>) == 2 * sizeof(unsigned int));
+static_assert(sizeof(tTuple2<float>) == 2 * sizeof(float) && sizeof(tTuple2<double>) == 2 * sizeof(double));
+static_assert(offsetof(tTuple2<float>, x) == 0 * sizeof(float) && offsetof(tTuple2<double>, x) == 0 * sizeof(double));
+static_assert(offsetof(tTuple2<float>, y) == 1 * sizeof(float) && offsetof(tTuple2<double>, y) == 1 * sizeof(double));
+
+} // namespace bv::maths
+
+/// Writes the components in order, x first, joined by ", ": the text that a fresh stream of default settings in the
+/// classic locale gives. The target's precision and flags do not apply to the numbers; its width and fill apply once,
+/// to the whole text.
+template <typename T>
+std::ostream& operator<<(std::ostream& stream, bv::maths::tTuple2<T> const& tuple);
+
+extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, bv::maths::tTuple2<int> const&);
+extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, bv::maths::tTuple2<unsigned int> const&);
+extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, bv::maths::tTuple2<float> const&);
+extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, bv::maths::tTuple2<double> const&);
+
+namespace bv::maths
+{
+using ::operator<<; // found by argument-dependent lookup, too
+}

@@ -1,0 +1,654 @@
+#pragma once
+
+/// @file
+/// A 4x4 transformation matrix that knows its own kind, and the transformation of vectors by it.
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <type_traits>
+
+#include "bv/Export.h"
+#include "bv/maths/Forward.h"
+#include "bv/maths/IsEqual.h"
+#include "bv/maths/Precision.h"
+#include "bv/maths/Quad.h"
+#include "bv/maths/tTuple2.h"
+#include "bv/maths/tVector3.h"
+
+namespace bv::maths
+{
+
+/// 4x4 transformation matrix that carries a classification of itself, its state, and takes shortcuts by it.
+///
+/// Elements lie row by row: the one in row r and column c, both counted from 1, has index 4 * (r - 1) + (c - 1).
+/// Vectors are columns and stand on the right of the matrix, so a translation is the fourth column and the fourth row
+/// is the projective one, (0, 0, 0, 1) for an affine matrix.
+///
+/// The state is what the operations go by; they never look at the elements to find out what the state already says.
+/// Each operation documents the state that it leaves. Three things follow. Writing an element through a reference does
+/// not touch the state, which then describes the old elements until an operation classifies anew. Deserialise() trusts
+/// the state that it reads; a value other than the four acts as GENERAL. And the fourth row and column of a matrix in
+/// state ORTHONORMAL are taken to be (0, 0, 0, 1) by arithmetic, although RotateAxis() puts a translation there.
+///
+/// The sixteen elements lie inside the object, aligned to 16 bytes whatever the alignment of the object is, behind a
+/// pointer of its own. The object cannot be copied as bytes. Raw memory filled with zeros becomes a matrix when it is
+/// assigned to (`*=` and the like included), read into, inverted or transposed: these set the pointer if it is null.
+///
+/// Product, determinant and the transforms of vectors are inlined by force: they are a little larger than what
+/// compilers take over of their own accord, and the alternative is a call into the library.
+///
+/// @tparam T `float` or `double`; both instances are in the library.
+template <typename T>
+class tMatrix4
+{
+public:
+    /// What a matrix is known to be.
+    enum State : std::uint32_t
+    {
+        IDENTITY = 0,    ///< the identity
+        DIAGONAL = 1,    ///< zero off the diagonal
+        ORTHONORMAL = 2, ///< a rotation; the fourth row and column are taken to be (0, 0, 0, 1)
+        GENERAL = 3      ///< anything else
+    };
+
+private:
+    State state;                   ///< what the operations go by
+    T* elements;                   ///< the first element, inside the buffer, aligned to 16 bytes
+    T buffer[16 + 16 / sizeof(T)]; ///< sixteen elements, and 16 bytes to shift them to an aligned address
+
+public:
+    /// @name Constants
+    /// @{
+    static constexpr unsigned long long IDX_11 = 0;             ///< index of row 1, column 1
+    static constexpr unsigned long long IDX_12 = 1;             ///< index of row 1, column 2
+    static constexpr unsigned long long IDX_13 = 2;             ///< index of row 1, column 3
+    static constexpr unsigned long long IDX_14 = 3;             ///< index of row 1, column 4
+    static constexpr unsigned long long IDX_21 = 4;             ///< index of row 2, column 1
+    static constexpr unsigned long long IDX_22 = 5;             ///< index of row 2, column 2
+    static constexpr unsigned long long IDX_23 = 6;             ///< index of row 2, column 3
+    static constexpr unsigned long long IDX_24 = 7;             ///< index of row 2, column 4
+    static constexpr unsigned long long IDX_31 = 8;             ///< index of row 3, column 1
+    static constexpr unsigned long long IDX_32 = 9;             ///< index of row 3, column 2
+    static constexpr unsigned long long IDX_33 = 10;            ///< index of row 3, column 3
+    static constexpr unsigned long long IDX_34 = 11;            ///< index of row 3, column 4
+    static constexpr unsigned long long IDX_41 = 12;            ///< index of row 4, column 1
+    static constexpr unsigned long long IDX_42 = 13;            ///< index of row 4, column 2
+    static constexpr unsigned long long IDX_43 = 14;            ///< index of row 4, column 3
+    static constexpr unsigned long long IDX_44 = 15;            ///< index of row 4, column 4
+    static constexpr unsigned char SIZE = 16;                   ///< number of elements
+    static constexpr unsigned char ROWSIZE = 4;                 ///< elements in a row
+    static constexpr unsigned char BYTESIZE = SIZE * sizeof(T); ///< bytes of the elements: 64 or 128
+    /// @}
+
+    /// @name Construction
+    /// @{
+    /// The identity, in state IDENTITY.
+    tMatrix4() noexcept;
+    /// The matrix of these elements, row by row, classified from them.
+    tMatrix4(T m11, T m12, T m13, T m14, T m21, T m22, T m23, T m24, T m31, T m32, T m33, T m34, T m41, T m42, T m43,
+             T m44) noexcept;
+    /// Reads sixteen consecutive elements, row by row, and classifies them. The pointer must not be null; the alignment
+    /// of its type is enough.
+    tMatrix4(T const* values) noexcept;
+    tMatrix4(std::nullptr_t) = delete;
+    /// The matrix whose first three columns are these axes; the fourth row and column are (0, 0, 0, 1).
+    ///
+    /// The state comes from the axes, by a rule that differs from the classification of elements: axes that are x, y
+    /// and z (IsEqual()) give IDENTITY, axes along x, y and z DIAGONAL. Else axes of squared length 1 (IsEqual())
+    /// whose scalar products are closer to zero than `TOLERANCE` give ORTHONORMAL, and all others GENERAL. No
+    /// determinant is looked at, so a left-handed frame is ORTHONORMAL here.
+    tMatrix4(tVector3<T> const& xAxis, tVector3<T> const& yAxis, tVector3<T> const& zAxis) noexcept;
+    /// The same elements and state, a stale state included.
+    tMatrix4(tMatrix4 const& other) noexcept;
+    /// Converts from the other precision, element by element, rounding to nearest, and classifies the result.
+    template <OtherPrecision<T> U>
+    tMatrix4(tMatrix4<U> const& other) noexcept;
+    /// Reads sixteen consecutive elements of the other precision, row by row, and classifies the result.
+    template <OtherPrecision<T> U>
+    tMatrix4(U const* values) noexcept;
+
+    /// Rotation about the x axis, in state ORTHONORMAL, for angle 0, too.
+    ///
+    /// @param angle in radians; a positive one turns y to z.
+    [[nodiscard]] static tMatrix4 RotateX(T const& angle) noexcept;
+    /// Rotation about the y axis, in state ORTHONORMAL; the identity for an angle that IsEqual() to 0.
+    ///
+    /// @param angle in radians; a positive one turns z to x.
+    [[nodiscard]] static tMatrix4 RotateY(T const& angle) noexcept;
+    /// Rotation about the z axis, in state ORTHONORMAL; the identity for an angle that IsEqual() to 0.
+    ///
+    /// @param angle in radians; a positive one turns x to y.
+    [[nodiscard]] static tMatrix4 RotateZ(T const& angle) noexcept;
+    /// Rotation about any line, in state ORTHONORMAL; the identity for an angle, or a direction in every component,
+    /// that IsEqual() to 0. The formula is that of Rodrigues, "Des lois geometriques qui regissent les deplacements
+    /// d'un systeme solide", 1840.
+    ///
+    /// The state is ORTHONORMAL for an axis off the origin, too, although the fourth column is then a translation:
+    /// Transform() of a vector applies it, but products, Inverted() and Transposed() drop it, and Invert() leaves it.
+    ///
+    /// @param point any point on the axis; it stays where it is.
+    /// @param direction of the axis, of any length.
+    /// @param angle in radians; positive turns counter-clockwise when the direction points at the viewer.
+    [[nodiscard]] static tMatrix4 RotateAxis(tVector3<T> const& point, tVector3<T> const& direction,
+                                             T const& angle) noexcept;
+    /// Scaling by one factor, in state DIAGONAL; the identity for a factor that IsEqual() to 1.
+    [[nodiscard]] static tMatrix4 Scale(T const& factor) noexcept;
+    /// Scaling by a factor for each axis, in state DIAGONAL, for factors 1, too.
+    [[nodiscard]] static tMatrix4 Scale(tVector3<T> const& factors) noexcept;
+    /// Translation, in state GENERAL; the identity for an offset that IsEqual() to 0 in every component.
+    [[nodiscard]] static tMatrix4 Translate(tVector3<T> const& offset) noexcept;
+    /// Translation, in state GENERAL, by 0, too.
+    [[nodiscard]] static tMatrix4 Translate(T x, T y, T z) noexcept;
+    /// Parallel projection of a box onto the cube from -1 to 1, looking down -z, in state GENERAL.
+    ///
+    /// @param left,right,bottom,top the sides of the box.
+    /// @param nearPlane,farPlane distances along -z, mapped to -1 and 1; neither their signs nor their order matter.
+    /// @throws InvalidArgumentException when the two ends of one extent are IsEqual(); left and right are looked at
+    ///         first, then bottom and top, then near and far.
+    [[nodiscard]] static tMatrix4 OrthogonalProjection(T const& left, T const& right, T const& bottom, T const& top,
+                                                       T const& nearPlane, T const& farPlane);
+    /// Central projection of a view frustum onto the cube from -1 to 1, looking down -z, in state GENERAL. A
+    /// transformed point has w = -z, so points on the plane z = 0 cannot be projected.
+    ///
+    /// @param left,right,bottom,top the sides of the frustum where it meets the near plane.
+    /// @param nearPlane,farPlane distances along -z, mapped to -1 and 1; neither their signs nor their order are
+    ///        checked.
+    /// @throws InvalidArgumentException as OrthogonalProjection() does.
+    [[nodiscard]] static tMatrix4 PerspectiveProjection(T const& left, T const& right, T const& bottom, T const& top,
+                                                        T const& nearPlane, T const& farPlane);
+    /// @}
+
+    /// @name Access
+    /// @{
+    /// Element by index, row by row from 0 to 15. The index is not checked.
+    [[nodiscard]] T const& operator[](std::size_t index) const noexcept { return elements[index]; }
+    /// Element by row (first component) and column (second component), both from 0 to 3 and not checked.
+    [[nodiscard]] T const& operator[](tTuple2<unsigned int> const& position) const noexcept;
+    /// @copydoc operator[](std::size_t) const
+    [[nodiscard]] T const& GetElement(std::size_t index) const noexcept { return elements[index]; }
+    /// @copydoc operator[](tTuple2<unsigned int> const&) const
+    [[nodiscard]] T const& GetElement(tTuple2<unsigned int> const& position) const noexcept;
+    /// Element by index, to write to. The state is not updated: until the next operation that classifies, it describes
+    /// the elements as they were.
+    [[nodiscard]] T& operator()(std::size_t index) noexcept { return elements[index]; }
+    /// Element by row and column, to write to. The state is not updated.
+    [[nodiscard]] T& operator()(tTuple2<unsigned int> const& position) noexcept;
+    /// @copydoc operator()(std::size_t)
+    [[nodiscard]] T& GetElement(std::size_t index) noexcept { return elements[index]; }
+    /// @copydoc operator()(tTuple2<unsigned int> const&)
+    [[nodiscard]] T& GetElement(tTuple2<unsigned int> const& position) noexcept;
+    /// The sixteen elements, row by row, aligned to 16 bytes.
+    [[nodiscard]] T const* Get() const noexcept { return elements; }
+    /// @}
+
+    /// @name Queries
+    /// @{
+    /// Whether the state is IDENTITY. The elements are not looked at.
+    [[nodiscard]] bool IsIdentity() const noexcept { return state == IDENTITY; }
+    /// Whether the state is IDENTITY or DIAGONAL. The elements are not looked at.
+    [[nodiscard]] bool IsDiagonal() const noexcept { return state < ORTHONORMAL; }
+    /// Whether the state is IDENTITY or ORTHONORMAL. The elements are not looked at.
+    [[nodiscard]] bool IsOrthonormal() const noexcept { return (state & ~std::uint32_t{2}) == 0; }
+    /// Determinant by state: exactly 1 for IDENTITY and ORTHONORMAL, whatever the elements hold, the product of the
+    /// diagonal for DIAGONAL, and the expansion along the first row otherwise.
+    [[nodiscard, gnu::always_inline]] T Determinant() const noexcept;
+    /// Transpose: a copy for IDENTITY and DIAGONAL. For ORTHONORMAL the upper left 3x3 is transposed and the fourth row
+    /// and column are (0, 0, 0, 1), in the same state. Otherwise the whole is transposed and classified, while
+    /// Transpose() keeps its state.
+    [[nodiscard]] tMatrix4 Transposed() const noexcept;
+    /// Inverse: the values of Invert(), except that for ORTHONORMAL the fourth row and column are (0, 0, 0, 1). The
+    /// state is kept; one that is none of the four becomes GENERAL.
+    /// @throws MatrixException as Invert() does.
+    [[nodiscard]] tMatrix4 Inverted() const;
+    /// @}
+
+    /// @name Changes
+    /// @{
+    /// Transposes in place: nothing to do for IDENTITY and DIAGONAL, the upper left 3x3 alone for ORTHONORMAL, the
+    /// whole otherwise. The state is kept.
+    /// @return this matrix.
+    tMatrix4& Transpose() noexcept;
+    /// Inverts in place, by state, which is kept: nothing to do for IDENTITY, the reciprocals of the diagonal for
+    /// DIAGONAL, the transpose of the upper left 3x3 alone for ORTHONORMAL, and otherwise the cofactors times the
+    /// reciprocal of the determinant.
+    /// @return this matrix.
+    /// @throws MatrixException when an element of the diagonal, or otherwise the determinant, is closer to zero than
+    ///         `TOLERANCE`; the matrix is then unchanged. Exactly the tolerance passes, and so does NaN.
+    tMatrix4& Invert();
+    /// @}
+
+    /// @name Operators
+    /// @{
+    /// Copies elements and state, a stale state included.
+    tMatrix4& operator=(tMatrix4 const& other) noexcept;
+    /// Copies sixteen consecutive elements, row by row, and classifies them. They may lie in this matrix.
+    tMatrix4& operator=(T const* values) noexcept;
+    tMatrix4& operator=(std::nullptr_t) = delete;
+    /// Converts from the other precision, element by element, rounding to nearest, and classifies the result.
+    template <OtherPrecision<T> U>
+    tMatrix4& operator=(tMatrix4<U> const& other) noexcept;
+    /// Converts sixteen consecutive elements of the other precision, row by row, and classifies the result.
+    template <OtherPrecision<T> U>
+    tMatrix4& operator=(U const* values) noexcept;
+
+    /// Product: the right operand is applied to a column vector first. The first case that fits decides:
+    /// - one operand is IDENTITY, the right one looked at first: a copy of the other, with its state;
+    /// - both DIAGONAL: the product of the diagonals, DIAGONAL;
+    /// - one DIAGONAL: scaled rows or columns. If the other is ORTHONORMAL and the determinant of the diagonal one
+    ///   IsEqual() to 1, the fourth row and column are (0, 0, 0, 1) and the state is ORTHONORMAL, even if the diagonal
+    ///   is no rotation. Otherwise the result is classified;
+    /// - else sums of four products. If both are ORTHONORMAL, the fourth row and column are (0, 0, 0, 1) and the state
+    ///   is ORTHONORMAL; otherwise it is GENERAL, without classification.
+    [[nodiscard, gnu::always_inline]] tMatrix4 operator*(tMatrix4 const& other) const noexcept;
+    /// Product with a matrix on the right, in place; `m *= m` is fine. It differs from `operator*` where one operand is
+    /// DIAGONAL:
+    /// - both DIAGONAL: each element of this diagonal is squared and the other matrix is not read;
+    /// - this one DIAGONAL: the determinant that decides is taken when the 3x3 is already scaled. If it IsEqual() to 1
+    ///   and the other is ORTHONORMAL, m44 becomes 1 and the rest of the fourth row and column is kept;
+    /// - the other one DIAGONAL, this one ORTHONORMAL: with determinant 1 the fourth row and column are kept;
+    /// - whatever `operator*` classifies is GENERAL.
+    /// @return this matrix.
+    [[gnu::always_inline]] tMatrix4& operator*=(tMatrix4 const& other) noexcept;
+    /// Sum, element by element: DIAGONAL if both operands are IDENTITY or DIAGONAL, else GENERAL. Nothing is
+    /// classified.
+    [[nodiscard]] tMatrix4 operator+(tMatrix4 const& other) const noexcept;
+    /// Difference, element by element, in the state that a sum has.
+    [[nodiscard]] tMatrix4 operator-(tMatrix4 const& other) const noexcept;
+    /// Sum in place, with the elements and state of `operator+`.
+    /// @return this matrix.
+    tMatrix4& operator+=(tMatrix4 const& other) noexcept;
+    /// Difference in place, with the elements and state of `operator-`.
+    /// @return this matrix.
+    tMatrix4& operator-=(tMatrix4 const& other) noexcept;
+    /// Equality of the sixteen elements, by IsEqual(). The states are not compared.
+    [[nodiscard]] bool operator==(tMatrix4 const& other) const noexcept;
+    /// Whether an element differs, by IsEqual(). The states are not compared.
+    [[nodiscard]] bool operator!=(tMatrix4 const& other) const noexcept { return !(*this == other); }
+    /// @}
+
+    /// @name Streams
+    /// @{
+    /// Writes the elements row by row and then the state as a 32-bit integer, all as raw native bytes.
+    /// @return the stream, whose state is not looked at.
+    std::ostream& Serialise(std::ostream& stream) const;
+    /// Reads what Serialise() wrote. The state is taken as it stands, without a check of its range or of the elements.
+    /// A stream that ends early leaves whatever its `read` has read.
+    /// @return the stream, whose state is not looked at.
+    std::istream& Deserialise(std::istream& stream);
+    /// Four lines of four numbers, separated by tabs, each line with a newline at its end: the text that a stream of
+    /// default settings in the classic locale gives. The state does not appear.
+    operator std::string() const;
+    /// @}
+
+private:
+    friend class tVector3<T>;
+
+    static constexpr unsigned long long ROW_1 = 0;
+    static constexpr unsigned long long ROW_2 = 1;
+    static constexpr unsigned long long ROW_3 = 2;
+    static constexpr unsigned long long ROW_4 = 3;
+
+    using Quad = detail::tQuad<T>;
+
+    /// Sixteen elements whose state is known.
+    tMatrix4(T const* values, State known) noexcept;
+    /// Elements that the caller sets.
+    explicit tMatrix4(State known) noexcept : state{known} { InitMemory(); }
+
+    [[nodiscard]] static unsigned long long GetIndex(tTuple2<unsigned int> const& position) noexcept;
+    [[nodiscard]] T const* GetRow(std::size_t row) const noexcept { return elements + ROWSIZE * row; }
+    [[nodiscard]] Quad LoadRow(std::size_t row) const noexcept { return Quad(GetRow(row)); }
+    void StoreRow(std::size_t row, Quad const& values) noexcept { values.Store(elements + ROWSIZE * row); }
+
+    void InitMemory() noexcept;
+    void RepairMemory() noexcept;
+    void CopyElements(tMatrix4 const& other) noexcept;
+    template <typename U>
+    void ReadElements(U const* values) noexcept;
+    State SetState() noexcept;
+
+    void ResetFourthRowAndColumn() noexcept;
+    void TransposeElements(std::size_t rows) noexcept;
+    [[gnu::always_inline]] void Multiply(tMatrix4 const& left, tMatrix4 const& right) noexcept;
+    [[nodiscard]] tMatrix4 MultipliedDiagonal(tMatrix4 const& other) const noexcept;
+    tMatrix4& MultiplyDiagonal(tMatrix4 const& other) noexcept;
+    void InvertDiagonal(char const* member, unsigned int line);
+    void InvertGeneral(char const* member, unsigned int line);
+};
+
+// The pointer must be set before anything else is done with a matrix, so every constructor begins here.
+template <typename T>
+inline void tMatrix4<T>::InitMemory() noexcept
+{
+    static_assert(offsetof(tMatrix4, state) == 0 && offsetof(tMatrix4, elements) == sizeof(void*) &&
+                  offsetof(tMatrix4, buffer) == 2 * sizeof(void*));
+    constexpr std::uintptr_t ALIGNMENT = 16;
+    std::uintptr_t const beyond = reinterpret_cast<std::uintptr_t>(buffer) % ALIGNMENT;
+    elements = buffer + (ALIGNMENT - beyond) % ALIGNMENT / sizeof(T);
+}
+
+template <typename T>
+inline void tMatrix4<T>::RepairMemory() noexcept
+{
+    if (elements == nullptr)
+        InitMemory();
+}
+
+template <typename T>
+inline void tMatrix4<T>::CopyElements(tMatrix4 const& other) noexcept
+{
+    for (std::size_t row = 0; row < ROWSIZE; ++row)
+        StoreRow(row, other.LoadRow(row));
+}
+
+template <typename T>
+template <typename U>
+inline void tMatrix4<T>::ReadElements(U const* values) noexcept
+{
+    T converted[SIZE]; // the values may be elements of this matrix
+    for (std::size_t i = 0; i < SIZE; ++i)
+        converted[i] = static_cast<T>(values[i]);
+    for (std::size_t i = 0; i < SIZE; ++i)
+        elements[i] = converted[i];
+}
+
+template <typename T>
+inline void tMatrix4<T>::ResetFourthRowAndColumn() noexcept
+{
+    elements[IDX_14] = elements[IDX_24] = elements[IDX_34] = T{0};
+    StoreRow(ROW_4, Quad(T{0}, T{0}, T{0}, T{1}));
+}
+
+template <typename T>
+inline tMatrix4<T>::tMatrix4() noexcept : tMatrix4(IDENTITY)
+{
+    StoreRow(ROW_1, Quad(T{1}, T{0}, T{0}, T{0}));
+    StoreRow(ROW_2, Quad(T{0}, T{1}, T{0}, T{0}));
+    StoreRow(ROW_3, Quad(T{0}, T{0}, T{1}, T{0}));
+    StoreRow(ROW_4, Quad(T{0}, T{0}, T{0}, T{1}));
+}
+
+template <typename T>
+inline tMatrix4<T>::tMatrix4(tMatrix4 const& other) noexcept : tMatrix4(other.state)
+{
+    CopyElements(other);
+}
+
+template <typename T>
+template <OtherPrecision<T> U>
+inline tMatrix4<T>::tMatrix4(tMatrix4<U> const& other) noexcept : tMatrix4(other.Get())
+{
+}
+
+template <typename T>
+template <OtherPrecision<T> U>
+inline tMatrix4<T>::tMatrix4(U const* values) noexcept : tMatrix4(GENERAL)
+{
+    ReadElements(values);
+    SetState();
+}
+
+template <typename T>
+inline tMatrix4<T>& tMatrix4<T>::operator=(tMatrix4 const& other) noexcept
+{
+    RepairMemory();
+    if (this != &other)
+    {
+        CopyElements(other);
+        state = other.state;
+    }
+    return *this;
+}
+
+template <typename T>
+template <OtherPrecision<T> U>
+inline tMatrix4<T>& tMatrix4<T>::operator=(tMatrix4<U> const& other) noexcept
+{
+    *this = other.Get();
+    return *this;
+}
+
+template <typename T>
+template <OtherPrecision<T> U>
+inline tMatrix4<T>& tMatrix4<T>::operator=(U const* values) noexcept
+{
+    RepairMemory();
+    ReadElements(values);
+    SetState();
+    return *this;
+}
+
+template <typename T>
+inline unsigned long long tMatrix4<T>::GetIndex(tTuple2<unsigned int> const& position) noexcept
+{
+    return static_cast<unsigned long long>(ROWSIZE) * position.x + position.y;
+}
+
+template <typename T>
+inline T const& tMatrix4<T>::operator[](tTuple2<unsigned int> const& position) const noexcept
+{
+    return elements[GetIndex(position)];
+}
+
+template <typename T>
+inline T const& tMatrix4<T>::GetElement(tTuple2<unsigned int> const& position) const noexcept
+{
+    return elements[GetIndex(position)];
+}
+
+template <typename T>
+inline T& tMatrix4<T>::operator()(tTuple2<unsigned int> const& position) noexcept
+{
+    return elements[GetIndex(position)];
+}
+
+template <typename T>
+inline T& tMatrix4<T>::GetElement(tTuple2<unsigned int> const& position) noexcept
+{
+    return elements[GetIndex(position)];
+}
+
+template <typename T>
+inline T tMatrix4<T>::Determinant() const noexcept
+{
+    if (IsOrthonormal())
+        return T{1};
+    T const* const m = elements;
+    if (state == DIAGONAL)
+        return m[IDX_11] * m[IDX_22] * m[IDX_33] * m[IDX_44];
+
+    T const s0 = m[IDX_31] * m[IDX_44] - m[IDX_41] * m[IDX_34];
+    T const s1 = m[IDX_31] * m[IDX_43] - m[IDX_41] * m[IDX_33];
+    T const s2 = m[IDX_33] * m[IDX_44] - m[IDX_43] * m[IDX_34];
+    T const s3 = m[IDX_31] * m[IDX_42] - m[IDX_41] * m[IDX_32];
+    T const s4 = m[IDX_32] * m[IDX_44] - m[IDX_42] * m[IDX_34];
+    T const s5 = m[IDX_32] * m[IDX_43] - m[IDX_42] * m[IDX_33];
+    return m[IDX_11] * (m[IDX_22] * s2 - m[IDX_23] * s4 + m[IDX_24] * s5) -
+           m[IDX_12] * (m[IDX_21] * s2 - m[IDX_23] * s0 + m[IDX_24] * s1) +
+           m[IDX_13] * (m[IDX_21] * s4 - m[IDX_22] * s0 + m[IDX_24] * s3) -
+           m[IDX_14] * (m[IDX_21] * s5 - m[IDX_22] * s1 + m[IDX_23] * s3);
+}
+
+// Four sums of four products for each row. Both operands may be this matrix: the right one is read before anything is
+// written, and each row of the left one before it is overwritten.
+template <typename T>
+inline void tMatrix4<T>::Multiply(tMatrix4 const& left, tMatrix4 const& right) noexcept
+{
+    bool const isRotation = left.state == ORTHONORMAL && right.state == ORTHONORMAL;
+    Quad const row1 = right.LoadRow(ROW_1);
+    Quad const row2 = right.LoadRow(ROW_2);
+    Quad const row3 = right.LoadRow(ROW_3);
+    Quad const row4 = right.LoadRow(ROW_4);
+    for (std::size_t row = 0; row < ROWSIZE; ++row)
+    {
+        T const* const m = left.GetRow(row);
+        StoreRow(row, Quad::Broadcast(m[0]) * row1 + Quad::Broadcast(m[1]) * row2 + Quad::Broadcast(m[2]) * row3 +
+                          Quad::Broadcast(m[3]) * row4);
+    }
+    if (isRotation)
+        ResetFourthRowAndColumn();
+    state = isRotation ? ORTHONORMAL : GENERAL;
+}
+
+template <typename T>
+inline tMatrix4<T> tMatrix4<T>::operator*(tMatrix4 const& other) const noexcept
+{
+    if (other.state == IDENTITY)
+        return *this;
+    if (state == IDENTITY)
+        return other;
+    if (state == DIAGONAL || other.state == DIAGONAL)
+        return MultipliedDiagonal(other);
+
+    tMatrix4 result(GENERAL);
+    result.Multiply(*this, other);
+    return result;
+}
+
+template <typename T>
+inline tMatrix4<T>& tMatrix4<T>::operator*=(tMatrix4 const& other) noexcept
+{
+    RepairMemory();
+    if (other.state == IDENTITY)
+        return *this;
+    if (state == IDENTITY)
+        return *this = other;
+    if (state == DIAGONAL || other.state == DIAGONAL)
+        return MultiplyDiagonal(other);
+
+    Multiply(*this, other);
+    return *this;
+}
+
+template <typename T>
+inline tMatrix4<T>& tMatrix4<T>::operator+=(tMatrix4 const& other) noexcept
+{
+    RepairMemory();
+    state = IsDiagonal() && other.IsDiagonal() ? DIAGONAL : GENERAL;
+    for (std::size_t row = 0; row < ROWSIZE; ++row)
+        StoreRow(row, LoadRow(row) + other.LoadRow(row));
+    return *this;
+}
+
+template <typename T>
+inline tMatrix4<T>& tMatrix4<T>::operator-=(tMatrix4 const& other) noexcept
+{
+    RepairMemory();
+    state = IsDiagonal() && other.IsDiagonal() ? DIAGONAL : GENERAL;
+    for (std::size_t row = 0; row < ROWSIZE; ++row)
+        StoreRow(row, LoadRow(row) - other.LoadRow(row));
+    return *this;
+}
+
+template <typename T>
+inline tMatrix4<T> tMatrix4<T>::operator+(tMatrix4 const& other) const noexcept
+{
+    tMatrix4 result(*this);
+    result += other;
+    return result;
+}
+
+template <typename T>
+inline tMatrix4<T> tMatrix4<T>::operator-(tMatrix4 const& other) const noexcept
+{
+    tMatrix4 result(*this);
+    result -= other;
+    return result;
+}
+
+template <typename T>
+inline bool tMatrix4<T>::operator==(tMatrix4 const& other) const noexcept
+{
+    for (std::size_t i = 0; i < SIZE; ++i)
+        if (!IsEqual(elements[i], other.elements[i]))
+            return false;
+    return true;
+}
+
+/// Writes the text of the matrix, as its conversion to `std::string` gives it. The target's precision and flags do not
+/// apply to the numbers; its width and fill apply once, to the whole text.
+template <typename T>
+std::ostream& operator<<(std::ostream& stream, tMatrix4<T> const& matrix);
+
+// The transformations of a vector stand here, not beside the vector, because vectors do not depend on matrices.
+
+template <typename T>
+inline tVector3<T> tVector3<T>::Rotated(tMatrix4<T> const& matrix) const noexcept
+{
+    T const* const row1 = matrix.GetRow(tMatrix4<T>::ROW_1);
+    T const* const row2 = matrix.GetRow(tMatrix4<T>::ROW_2);
+    T const* const row3 = matrix.GetRow(tMatrix4<T>::ROW_3);
+    return {row1[0] * x + row1[1] * y + row1[2] * z, row2[0] * x + row2[1] * y + row2[2] * z,
+            row3[0] * x + row3[1] * y + row3[2] * z};
+}
+
+template <typename T>
+inline tVector3<T> tVector3<T>::Projected(tMatrix4<T> const& matrix, char const* member, unsigned int diagonalLine,
+                                          unsigned int generalLine) const
+{
+    if (matrix.IsIdentity())
+        return *this;
+    T const* const row1 = matrix.GetRow(tMatrix4<T>::ROW_1);
+    T const* const row2 = matrix.GetRow(tMatrix4<T>::ROW_2);
+    T const* const row3 = matrix.GetRow(tMatrix4<T>::ROW_3);
+    T const* const row4 = matrix.GetRow(tMatrix4<T>::ROW_4);
+    if (matrix.IsDiagonal())
+    {
+        if (TOLERANCE < T >> std::abs(row4[3]))
+            ThrowDivisionByZero(member, diagonalLine);
+        T const reciprocal = T{1} / row4[3];
+        return {x * (reciprocal * row1[0]), y * (reciprocal * row2[1]), reciprocal * row3[2] * z};
+    }
+    T const w = x * row4[0] + y * row4[1] + z * row4[2] + row4[3];
+    if (TOLERANCE < T >> std::abs(w))
+        ThrowDivisionByZero(member, generalLine);
+    T const reciprocal = T{1} / w;
+    return {(row1[0] * x + row1[1] * y + row1[2] * z + row1[3]) * reciprocal,
+            (row2[0] * x + row2[1] * y + row2[2] * z + row2[3]) * reciprocal,
+            (row3[0] * x + row3[1] * y + row3[2] * z + row3[3]) * reciprocal};
+}
+
+template <typename T>
+inline tVector3<T>& tVector3<T>::Transform(tMatrix4<T> const& matrix)
+{
+    return *this = Projected(matrix, "Transform", 39, 56);
+}
+
+template <typename T>
+inline tVector3<T> tVector3<T>::Transformed(tMatrix4<T> const& matrix) const
+{
+    return Projected(matrix, "Transformed", 96, 111);
+}
+
+template <typename T>
+inline tVector3<T>& tVector3<T>::TransformAsVector(tMatrix4<T> const& matrix) noexcept
+{
+    return *this = TransformedAsVector(matrix);
+}
+
+template <typename T>
+inline tVector3<T> tVector3<T>::TransformedAsVector(tMatrix4<T> const& matrix) const noexcept
+{
+    if (matrix.IsIdentity())
+        return *this;
+    if (matrix.IsDiagonal())
+        return {x * matrix[tMatrix4<T>::IDX_11], y * matrix[tMatrix4<T>::IDX_22], z * matrix[tMatrix4<T>::IDX_33]};
+    tVector3 const rotated = Rotated(matrix);
+    return matrix.IsOrthonormal() && IsEqual(LengthSquared(), T{1}) ? rotated.Normalised() : rotated;
+}
+
+extern template class BV_TEMPLATE tMatrix4<float>;
+extern template class BV_TEMPLATE tMatrix4<double>;
+extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, tMatrix4<float> const&);
+extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, tMatrix4<double> const&);
+
+// The state, a pointer, and sixteen elements with 16 bytes of slack.
+static_assert(sizeof(tMatrix4<float>) == 2 * sizeof(void*) + 64 + 16);
+static_assert(sizeof(tMatrix4<double>) == 2 * sizeof(void*) + 128 + 16);
+// A copy of the bytes would point into the original.
+static_assert(!std::is_trivially_copyable_v<tMatrix4<float>> && !std::is_trivially_copyable_v<tMatrix4<double>>);
+
+} // namespace bv::maths

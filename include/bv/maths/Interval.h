@@ -1,0 +1,53 @@
+#pragma once
+
+/// @file
+/// One axis of a box: growing an interval, and the way from a value to it. Every comparison is strict and ordered, so a
+/// NaN changes nothing and lies nowhere outside.
+
+namespace bv::maths::detail
+{
+
+/// Lowers the lower end of an interval to a value below it.
+/// @return whether the end moved.
+template <typename T>
+constexpr bool LowerTo(T& end, T value) noexcept
+{
+    bool const moves = end > value;
+    end = moves ? value : end;
+    return moves;
+}
+
+/// Raises the upper end of an interval to a value above it.
+/// @return whether the end moved.
+template <typename T>
+constexpr bool RaiseTo(T& end, T value) noexcept
+{
+    bool const moves = value > end;
+    end = moves ? value : end;
+    return moves;
+}
+
+/// Distance from a value to the interval [lower, upper], 0 when it is inside. The lower end is looked at first, and
+/// decides alone when the interval is inverted.
+template <typename T>
+[[nodiscard]] constexpr T Gap(T lower, T upper, T value) noexcept
+{
+    T const below = lower - value;
+    if (below > T{0})
+        return below;
+    T const above = value - upper;
+    return above > T{0} ? above : T{0};
+}
+
+/// Adds the square of a gap to a sum of squares. A gap of 0 adds nothing and so rejects nothing, whatever the limit.
+/// @return whether there was an addition that took the sum to the limit or beyond.
+template <typename T>
+[[nodiscard]] constexpr bool AddingReaches(T& sum, T gap, T limit) noexcept
+{
+    if (!(gap > T{0}))
+        return false;
+    sum += gap * gap;
+    return sum >= limit;
+}
+
+} // namespace bv::maths::detail

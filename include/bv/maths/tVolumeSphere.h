@@ -1,0 +1,170 @@
+#pragma once
+
+/// @file
+/// A sphere in space.
+
+#include <cmath>
+#include <iosfwd>
+#include <type_traits>
+
+#include "bv/Export.h"
+#include "bv/maths/Forward.h"
+#include "bv/maths/IsEqual.h"
+#include "bv/maths/Precision.h"
+#include "bv/maths/tVector3.h"
+#include "bv/maths/tVolumeAABB.h"
+
+namespace bv::maths
+{
+
+/// Solid sphere in space, kept as its squared radius and its centre.
+///
+/// Every test compares squared distances and every rejection is strict: a point on the surface is outside, and what
+/// only touches does not overlap. Nothing is checked: a sphere of negative squared radius contains nothing and overlaps
+/// no sphere, and its radius and volume are NaN.
+///
+/// May be derived from and deleted through a pointer to it: the destructor, and nothing else, is virtual.
+///
+/// @tparam T `float` or `double`; both instances are in the library.
+template <typename T>
+class tVolumeSphere
+{
+    T radiusSquared;    ///< square of the radius, which itself is not kept
+    tVector3<T> centre; ///< centre point
+
+public:
+    /// @name Construction
+    /// @{
+    /// The sphere of radius 0 at a point.
+    constexpr tVolumeSphere(tVector3<T> const& centrePoint) noexcept : radiusSquared{0}, centre{centrePoint} {}
+    /// The sphere with this centre and this *squared* radius: unlike SetRadius(), the value is taken as it is, so that
+    /// (c, 9) has radius 3.
+    constexpr tVolumeSphere(tVector3<T> const& centrePoint, T const& squaredRadius) noexcept
+        : radiusSquared{squaredRadius}, centre{centrePoint}
+    {
+    }
+    /// The smallest sphere through two points, whose distance is its diameter.
+    constexpr tVolumeSphere(tVector3<T> const& p, tVector3<T> const& q) noexcept;
+    /// Copies the squared radius and the centre; so do the three operations below.
+    constexpr tVolumeSphere(tVolumeSphere const& other) noexcept = default;
+    constexpr tVolumeSphere(tVolumeSphere&& other) noexcept = default;
+    constexpr tVolumeSphere& operator=(tVolumeSphere const& other) noexcept = default;
+    constexpr tVolumeSphere& operator=(tVolumeSphere&& other) noexcept = default;
+    /// Converts from the other precision, number by number, rounding to nearest.
+    template <OtherPrecision<T> U>
+    constexpr tVolumeSphere(tVolumeSphere<U> const& other) noexcept
+        : radiusSquared{static_cast<T>(other.GetRadiusSquared())}, centre{other.GetCentre()}
+    {
+    }
+    /// @copydoc tVolumeSphere(tVolumeSphere<U> const&)
+    template <OtherPrecision<T> U>
+    constexpr tVolumeSphere& operator=(tVolumeSphere<U> const& other) noexcept
+    {
+        return *this = tVolumeSphere(other);
+    }
+    /// Virtual, for shapes that derive from this one; does nothing by itself.
+    virtual ~tVolumeSphere() = default;
+    /// @}
+
+    /// @name Access
+    /// @{
+    /// The centre point.
+    [[nodiscard]] constexpr tVector3<T> const& GetCentre() const noexcept { return centre; }
+    /// Moves the centre.
+    constexpr void SetCentre(tVector3<T> const& centrePoint) noexcept { centre = centrePoint; }
+    /// The square of the radius, as it is kept.
+    [[nodiscard]] constexpr T GetRadiusSquared() const noexcept { return radiusSquared; }
+    /// The radius, at the price of a square root; NaN when the squared radius is negative.
+    [[nodiscard]] T GetRadius() const noexcept { return std::sqrt(radiusSquared); }
+    /// Sets the radius, not its square; a negative radius acts as its magnitude.
+    constexpr void SetRadius(T radius) noexcept { radiusSquared = radius * radius; }
+    /// @}
+
+    /// @name Queries
+    /// @{
+    /// Volume: the squared radius to the power 1.5, times 4/3 pi. Both instances use the same constant, rounded to
+    /// single precision; `double` volumes are therefore off by 2.8e-8 of their value.
+    [[nodiscard]] T GetVolume() const noexcept;
+    /// Whether a point lies strictly inside. Gives up after the first or second axis when that alone decides.
+    [[nodiscard]] constexpr bool Contains(tVector3<T> const& point) const noexcept;
+    /// Whether two spheres have more than a touch in common: whether the squared sum of the radii, computed from the
+    /// squared radii with one square root, exceeds the squared distance of the centres. The product of the squared
+    /// radii may overflow or underflow where the radii would not.
+    [[nodiscard]] bool Overlaps(tVolumeSphere const& other) const noexcept;
+    /// Whether the sphere and a box have more than a touch in common: tVolumeAABB::Overlaps(), from the other side.
+    [[nodiscard]] constexpr bool Overlaps(tVolumeAABB<T> const& box) const noexcept { return box.Overlaps(*this); }
+    /// @}
+
+    /// @name Operators
+    /// @{
+    /// Equality number by number, with the tolerance of IsEqual(): the squared radii, then the centres.
+    [[nodiscard]] constexpr bool operator==(tVolumeSphere const& other) const noexcept;
+    /// The exact negation of equality.
+    [[nodiscard]] constexpr bool operator!=(tVolumeSphere const& other) const noexcept { return !(*this == other); }
+    /// An unchanged copy of this sphere, whatever the matrix: spheres are not moved, turned or scaled by matrices.
+    /// Whoever needs a transformed sphere transforms its centre and adjusts its radius.
+    [[nodiscard]] constexpr tVolumeSphere operator*(tMatrix4<T> const&) const noexcept { return *this; }
+    /// Leaves this sphere as it is, whatever the matrix; see operator*().
+    /// @return this sphere.
+    constexpr tVolumeSphere& operator*=(tMatrix4<T> const&) noexcept { return *this; }
+    /// @}
+
+    /// @name Streams
+    /// @{
+    /// Writes the squared radius, then the centre as four raw native numbers, with nothing before, between or after
+    /// them.
+    /// @return the stream, whose state is not looked at.
+    std::ostream& Serialise(std::ostream& stream) const;
+    /// Reads what Serialise() wrote; nothing is checked. A stream that ends early leaves the remaining numbers as its
+    /// `read` leaves them.
+    /// @return the stream, whose state is not looked at.
+    std::istream& Deserialise(std::istream& stream);
+    /// @}
+};
+
+template <typename T>
+constexpr tVolumeSphere<T>::tVolumeSphere(tVector3<T> const& p, tVector3<T> const& q) noexcept
+    : radiusSquared{(q - p).LengthSquared() * T{0.25}}, centre{(p + q) * T{0.5}}
+{
+}
+
+template <typename T>
+constexpr bool tVolumeSphere<T>::Contains(tVector3<T> const& point) const noexcept
+{
+    T const x = point.x - centre.x;
+    T const alongX = x * x;
+    if (alongX >= radiusSquared)
+        return false;
+    T const y = point.y - centre.y;
+    T const alongXY = alongX + y * y;
+    if (alongXY >= radiusSquared)
+        return false;
+    T const z = point.z - centre.z;
+    return radiusSquared > z * z + alongXY;
+}
+
+template <typename T>
+inline bool tVolumeSphere<T>::Overlaps(tVolumeSphere const& other) const noexcept
+{
+    T const a = radiusSquared;
+    T const b = other.radiusSquared;
+    return T{2} * std::sqrt(a * b) + (a + b) > (centre - other.centre).LengthSquared();
+}
+
+template <typename T>
+constexpr bool tVolumeSphere<T>::operator==(tVolumeSphere const& other) const noexcept
+{
+    return IsEqual(radiusSquared, other.radiusSquared) && centre == other.centre;
+}
+
+extern template class BV_TEMPLATE tVolumeSphere<float>;
+extern template class BV_TEMPLATE tVolumeSphere<double>;
+
+// The pointer to the virtual destructor, then the squared radius, then the centre.
+static_assert(std::has_virtual_destructor_v<tVolumeSphere<float>> &&
+              std::has_virtual_destructor_v<tVolumeSphere<double>>);
+static_assert(sizeof(tVolumeSphere<float>) == sizeof(void*) + 4 * sizeof(float));
+static_assert(sizeof(tVolumeSphere<double>) ==
+              sizeof(double) + 4 * sizeof(double)); // the pointer is padded to a number
+
+} // namespace bv::maths

@@ -1,0 +1,34 @@
+#include "bv/maths/tAreaAABB.h"
+
+#include "Maths/Text.h"
+#include "bv/InvalidArgumentException.h"
+#include "bv/maths/tAreaDisc.h"
+
+namespace bv::maths
+{
+
+template <typename T>
+void tAreaAABB<T>::ThrowWrongAxis(char const* member, unsigned int line)
+{
+    throw InvalidArgumentException((std::string("Wrong axis argument to tAreaAABB<T>::") + member).c_str(),
+                                   "internal\\Maths\\AreaAABB", line, FunctionName<T>("tAreaAABB", member).c_str());
+}
+
+template <typename T>
+std::ostream& tAreaAABB<T>::Serialise(std::ostream& stream) const
+{
+    min.Serialise(stream);
+    return max.Serialise(stream);
+}
+
+template <typename T>
+std::istream& tAreaAABB<T>::Deserialise(std::istream& stream)
+{
+    min.Deserialise(stream);
+    return max.Deserialise(stream);
+}
+
+template class BV_TEMPLATE_INSTANCE tAreaAABB<float>;
+template class BV_TEMPLATE_INSTANCE tAreaAABB<double>;
+
+} // namespace bv::maths

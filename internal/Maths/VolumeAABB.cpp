@@ -1,0 +1,35 @@
+#include "bv/maths/tVolumeAABB.h"
+
+#include "Maths/Text.h"
+#include "bv/InvalidArgumentException.h"
+#include "bv/maths/tMatrix4.h"
+#include "bv/maths/tVolumeSphere.h"
+
+namespace bv::maths
+{
+
+template <typename T>
+void tVolumeAABB<T>::ThrowWrongAxis(char const* member, unsigned int line)
+{
+    throw InvalidArgumentException((std::string("Wrong axis argument to tVolumeAABB<T>::") + member).c_str(),
+                                   "internal\\Maths\\VolumeAABB", line, FunctionName<T>("tVolumeAABB", member).c_str());
+}
+
+template <typename T>
+std::ostream& tVolumeAABB<T>::Serialise(std::ostream& stream) const
+{
+    min.Serialise(stream);
+    return max.Serialise(stream);
+}
+
+template <typename T>
+std::istream& tVolumeAABB<T>::Deserialise(std::istream& stream)
+{
+    min.Deserialise(stream);
+    return max.Deserialise(stream);
+}
+
+template class BV_TEMPLATE_INSTANCE tVolumeAABB<float>;
+template class BV_TEMPLATE_INSTANCE tVolumeAABB<double>;
+
+} // namespace bv::maths

@@ -1,0 +1,144 @@
+#pragma once
+
+/// @file
+/// The viewing volume of a camera.
+
+#include <cstdint>
+#include <type_traits>
+
+#include "bv/Export.h"
+#include "bv/maths/Forward.h"
+#include "bv/maths/tPlane.h"
+#include "bv/maths/tVector2.h"
+#include "bv/maths/tVector3.h"
+#include "bv/maths/tVolumeAABB.h"
+
+namespace bv::maths
+{
+
+/// Viewing volume of a camera, held as six planes whose normals point inward: a point is inside when none of its signed
+/// distances is negative.
+///
+/// @tparam T `float` or `double`; both instances are in the library.
+template <typename T>
+class tFrustum
+{
+    tPlane<T> leftPlane;
+    tPlane<T> rightPlane;
+    tPlane<T> bottomPlane;
+    tPlane<T> topPlane;
+    tPlane<T> nearPlane;
+    tPlane<T> farPlane;
+
+public:
+    /// Where a box lies.
+    enum IntersectionResult : std::uint32_t
+    {
+        OUTSIDE = 0,      ///< wholly outside at least one plane
+        INTERSECTING = 1, ///< rejected by no plane, but straddling at least one
+        INSIDE = 2        ///< wholly inside all six planes
+    };
+
+    /// The edges that run from the near to the far plane.
+    enum Edge : std::uint32_t
+    {
+        EDGE_TOP_LEFT = 0,    ///< between the left and top planes
+        EDGE_TOP_RIGHT = 1,   ///< between the top and right planes
+        EDGE_BOTTOM_LEFT = 2, ///< between the bottom and left planes
+        EDGE_BOTTOM_RIGHT = 3 ///< between the right and bottom planes
+    };
+
+    /// @name Construction
+    /// @{
+    /// Six planes of zeros: not a usable view. Every box is INSIDE.
+    constexpr tFrustum() noexcept = default;
+    /// The view of a combined view and projection matrix, which maps the point (x, y, z, 1) as a column, on its right,
+    /// to clip space of depth -w to w. Gribb, Hartmann, "Fast Extraction of Viewing Frustum Planes from the
+    /// World-View-Projection Matrix", 2001.
+    ///
+    /// Planes without a direction are not found out: they hold infinities and NaN.
+    /// @throws bv::InvalidArgumentException when setting a plane reports a division by zero; planes as they are report
+    ///         none.
+    tFrustum(tMatrix4<T> const& matrix);
+    /// @}
+
+    /// @name Access
+    /// @{
+    /// The left plane.
+    [[nodiscard]] constexpr tPlane<T> const& GetLeftPlane() const noexcept { return leftPlane; }
+    /// The right plane.
+    [[nodiscard]] constexpr tPlane<T> const& GetRightPlane() const noexcept { return rightPlane; }
+    /// The bottom plane.
+    [[nodiscard]] constexpr tPlane<T> const& GetBottomPlane() const noexcept { return bottomPlane; }
+    /// The top plane.
+    [[nodiscard]] constexpr tPlane<T> const& GetTopPlane() const noexcept { return topPlane; }
+    /// The near plane.
+    [[nodiscard]] constexpr tPlane<T> const& GetNearPlane() const noexcept { return nearPlane; }
+    /// The far plane.
+    [[nodiscard]] constexpr tPlane<T> const& GetFarPlane() const noexcept { return farPlane; }
+    /// @}
+
+    /// @name Queries
+    /// @{
+    /// Where a box lies. A box that touches a plane from inside is inside of it, and a NaN distance never puts a box
+    /// outside.
+    ///
+    /// Conservative: a box near a corner of the view may be INTERSECTING although it lies outside. Assarsson, Moeller,
+    /// "Optimized View Frustum Culling Algorithms for Bounding Boxes", 2000.
+    [[nodiscard]] constexpr IntersectionResult ContainsAABB(tVolumeAABB<T> const& box) const noexcept;
+    /// Unit direction of an edge: the vector product of the normals of its two planes, in the order in which the Edge
+    /// names them, times the reciprocal of its length. It points away from the eye of a perspective view.
+    ///
+    /// @return (0, 0, 0) for a value that is no edge, NaN where the two planes are parallel.
+    [[nodiscard]] tVector3<T> GetEdgeVector(Edge edge) const noexcept;
+    /// Where a ray meets the near plane, in screen coordinates: x from 0 at the left edge to 1 at the right one, y from
+    /// 0 at the top edge to 1 at the bottom one. tRay::IntersectScreen() counts y from the bottom.
+    ///
+    /// Distances count without their sign, so a point outside the view is folded back into the range. NaN where a
+    /// point is at distance 0 from both opposite planes. The ray counts as a whole line.
+    /// @throws DivideByZeroException when the ray runs along the near plane; see tPlane::GetIntersection().
+    [[nodiscard]] tVector2<T> IntersectNear(tRay<T> const& ray) const;
+    /// @}
+
+private:
+    static constexpr tPlane<T> tFrustum::*TEST_ORDER[] = {&tFrustum::leftPlane, &tFrustum::rightPlane,
+                                                          &tFrustum::topPlane,  &tFrustum::bottomPlane,
+                                                          &tFrustum::farPlane,  &tFrustum::nearPlane};
+
+    [[nodiscard]] static constexpr tVector3<T> ChooseCorner(tVector3<T> const& normal, tVector3<T> const& along,
+                                                            tVector3<T> const& against) noexcept;
+};
+
+/// The corner made of one corner's components where the normal's are zero or positive, and of another's elsewhere.
+template <typename T>
+constexpr tVector3<T> tFrustum<T>::ChooseCorner(tVector3<T> const& normal, tVector3<T> const& along,
+                                                tVector3<T> const& against) noexcept
+{
+    return {normal.x >= T{0} ? along.x : against.x, normal.y >= T{0} ? along.y : against.y,
+            normal.z >= T{0} ? along.z : against.z};
+}
+
+template <typename T>
+constexpr typename tFrustum<T>::IntersectionResult tFrustum<T>::ContainsAABB(tVolumeAABB<T> const& box) const noexcept
+{
+    bool straddles = false;
+    for (tPlane<T> tFrustum::*const member : TEST_ORDER)
+    {
+        tPlane<T> const& plane = this->*member;
+        if (T{0} > plane.GetDistance(ChooseCorner(plane.GetNormal(), box.GetMax(), box.GetMin())))
+            return OUTSIDE;
+        if (T{0} > plane.GetDistance(ChooseCorner(plane.GetNormal(), box.GetMin(), box.GetMax())))
+            straddles = true;
+    }
+    return straddles ? INTERSECTING : INSIDE;
+}
+
+extern template class BV_TEMPLATE tFrustum<float>;
+extern template class BV_TEMPLATE tFrustum<double>;
+
+// Six planes: left, right, bottom, top, near, far.
+static_assert(sizeof(tFrustum<float>) == 24 * sizeof(float) && sizeof(tFrustum<double>) == 24 * sizeof(double));
+static_assert(std::is_standard_layout_v<tFrustum<float>> && std::is_standard_layout_v<tFrustum<double>>);
+static_assert(std::is_trivially_copyable_v<tFrustum<float>> && std::is_trivially_copyable_v<tFrustum<double>>);
+
+} // namespace bv::maths

@@ -1,0 +1,65 @@
+#include "bv/maths/tPlane.h"
+
+#include "Maths/RawStream.h"
+#include "Maths/Text.h"
+#include "bv/InvalidArgumentException.h"
+#include "bv/maths/DivideByZeroException.h"
+
+namespace bv::maths
+{
+
+namespace
+{
+
+template <typename Error, typename T>
+[[noreturn, gnu::cold]] void Raise(wchar_t const* message, char const* member, unsigned int line)
+{
+    throw Error(message, "internal\\Maths\\Plane", line, FunctionName<T>("tPlane", member).c_str());
+}
+
+} // namespace
+
+template <typename T>
+tPlane<T>::operator std::string() const
+{
+    return Join(normal.x, normal.y, normal.z, offset);
+}
+
+template <typename T>
+void tPlane<T>::SetNormal(tVector3<T> const& newNormal)
+{
+    if (!IsEqual(newNormal.LengthSquared(), UNIT))
+        Raise<InvalidArgumentException, T>(L"Normal vector must be normalised", "SetNormal", 137);
+    normal = newNormal;
+}
+
+template <typename T>
+std::ostream& tPlane<T>::Serialise(std::ostream& stream) const
+{
+    return WriteRaw(normal.Serialise(stream), offset);
+}
+
+template <typename T>
+std::istream& tPlane<T>::Deserialise(std::istream& stream)
+{
+    return normal.Deserialise(stream);
+}
+
+template <typename T>
+void tPlane<T>::ThrowParallel()
+{
+    Raise<DivideByZeroException, T>(L"Direction is parallel to the plane", "GetIntersection", 157);
+}
+
+template <typename T>
+std::ostream& operator<<(std::ostream& stream, tPlane<T> const& plane)
+{
+    return stream << std::string(plane);
+}
+
+template class BV_TEMPLATE_INSTANCE tPlane<float>;
+template class BV_TEMPLATE_INSTANCE tPlane<double>;
+template BV_TEMPLATE_INSTANCE std::ostream& operator<<(std::ostream&, tPlane<float> const&);
+template BV_TEMPLATE_INSTANCE std::ostream& operator<<(std::ostream&, tPlane<double> const&);
+
+} // namespace bv::maths

@@ -1,0 +1,177 @@
+#pragma once
+
+/// @file
+/// What the ray packets of every width have in common.
+
+#include <cstddef>
+#include <utility>
+
+#include "bv/IRayPayloadInternal.h"
+#include "bv/maths/Forward.h"
+#include "bv/maths/IsEqual.h"
+#include "bv/maths/tDepthRay.h"
+#include "bv/maths/tMatrix4.h"
+#include "bv/maths/tVector3.h"
+#include "bv/maths/tVolumeAABB.h"
+
+namespace bv::maths::simd
+{
+
+/// Packet of single-precision rays, one coordinate of all of them to a vector: lane i of every vector belongs to ray i.
+/// Not used by itself: SSERay and AVXRay are its two widths.
+///
+/// Nothing is initialised until Initialise(). Every member is forced into its caller, so that no copy of it that was
+/// compiled for a wider processor can be linked into code for a narrower one.
+///
+/// @tparam Packet the class that derives from this one.
+/// @tparam Lanes the vectors: their type `Vector`, the number `WIDTH` of their lanes, and the operations on them that
+///         are not plain arithmetic.
+template <typename Packet, typename Lanes>
+class tRayPacket
+{
+public:
+    using Vector = typename Lanes::Vector; ///< one number for each ray
+
+private:
+    Vector origin[3];
+    Vector direction[3];
+    Vector invDirection[3];
+
+public:
+    static constexpr std::size_t WIDTH = Lanes::WIDTH; ///< number of rays
+
+    /// @name Access
+    /// @{
+    /// The rays' origins: three vectors, x, y, z.
+    [[nodiscard, gnu::always_inline]] Vector const* GetOrigin() const noexcept { return origin; }
+    /// The rays' directions: three vectors, x, y, z.
+    [[nodiscard, gnu::always_inline]] Vector const* GetDirection() const noexcept { return direction; }
+    /// The reciprocals of the directions: three vectors, x, y, z. They are true quotients: a zero gives an infinity of
+    /// its sign.
+    [[nodiscard, gnu::always_inline]] Vector const* GetInvDirection() const noexcept { return invDirection; }
+    /// @}
+
+    /// @name Queries
+    /// @{
+    /// Narrows [tNear, tFar], lane by lane, to the part of each ray inside a box, axis by axis, x first.
+    ///
+    /// The caller sets both ends first, say to 0 and the farthest distance of interest. The slabs of the x and z axes
+    /// are widened by `TOLERANCE<float>` on both sides, that of the y axis is not. A ray that runs along a slab keeps
+    /// its interval inside of it and loses all of it outside; on a face of the unwidened slab, whose parameter is then
+    /// NaN, the other face decides. A box behind the rays is a hit unless tNear rules it out. There is no early out:
+    /// every axis narrows every lane. Kay, Kajiya, "Ray Tracing Complex Scenes", 1986.
+    /// @param box what to clip against; valid, since of two faces either may be met first.
+    /// @param[in,out] tNear lower ends of the intervals.
+    /// @param[in,out] tFar upper ends of the intervals.
+    /// @return in each lane all bits set where tNear <= tFar, and all clear elsewhere and where one of them is NaN.
+    [[nodiscard, gnu::always_inline]] inline Vector Clip(tVolumeAABB<float> const& box, Vector& tNear,
+                                                         Vector& tFar) const noexcept;
+    /// @}
+
+    /// @name Changes
+    /// @{
+    /// Loads origins and directions.
+    ///
+    /// @param rays the first of WIDTH rays in a row, all of which are read; whoever has fewer repeats one.
+    [[gnu::always_inline]] inline void Initialise(tDepthRay<float, IRayPayloadInternal> const* rays) noexcept;
+    /// Transforms the rays: origins as points, directions as directions. The fourth row of the matrix is ignored, so
+    /// that nothing is divided, and the directions are not normalised. A matrix in state IDENTITY changes nothing,
+    /// whatever its elements hold.
+    ///
+    /// Each row is summed left to right, up to its fourth element times 1 for origins and times 0 for directions: an
+    /// infinite translation makes a direction NaN.
+    /// @return this packet.
+    [[gnu::always_inline]] inline Packet& Transform(tMatrix4<float> const& matrix) noexcept;
+    /// @}
+
+private:
+    using DepthRay = tDepthRay<float, IRayPayloadInternal>;
+
+    /// One component of one vector of each ray.
+    template <std::size_t... LANE>
+    [[nodiscard, gnu::always_inline]] static Vector Gather(DepthRay const* rays, tVector3<float> tRay<float>::*vector,
+                                                           float tVector3<float>::*component,
+                                                           std::index_sequence<LANE...>) noexcept
+    {
+        return Lanes::Set(rays[LANE].*vector.*component...);
+    }
+
+    /// Scalar product of a row of a matrix with (x, y, z, w) in each lane.
+    [[nodiscard, gnu::always_inline]] static Vector Row(float const* row, Vector const (&xyz)[3], float w) noexcept
+    {
+        return Lanes::Broadcast(row[0]) * xyz[0] + Lanes::Broadcast(row[1]) * xyz[1] +
+               Lanes::Broadcast(row[2]) * xyz[2] + Lanes::Broadcast(row[3]) * Lanes::Broadcast(w);
+    }
+
+    /// Replaces three vectors by their products with the first three rows of a matrix.
+    [[gnu::always_inline]] static void TransformGroup(float const* m, Vector (&xyz)[3], float w) noexcept
+    {
+        Vector const x = Row(m, xyz, w);
+        Vector const y = Row(m + 4, xyz, w);
+        Vector const z = Row(m + 8, xyz, w);
+        xyz[0] = x;
+        xyz[1] = y;
+        xyz[2] = z;
+    }
+
+    /// Narrows the intervals by one slab. Where an operand of min or max is NaN, the second one is the result.
+    [[gnu::always_inline]] static void ClipSlab(Vector toLower, Vector toUpper, Vector inverse, Vector& tNear,
+                                                Vector& tFar) noexcept
+    {
+        Vector const t1 = toLower * inverse;
+        Vector const t2 = toUpper * inverse;
+        tNear = Lanes::Max(tNear, Lanes::Min(t1, t2));
+        tFar = Lanes::Min(tFar, Lanes::Max(t1, t2));
+    }
+
+    [[gnu::always_inline]] void InvertDirection() noexcept
+    {
+        Vector const one = Lanes::Broadcast(1.0f);
+        invDirection[0] = one / direction[0];
+        invDirection[1] = one / direction[1];
+        invDirection[2] = one / direction[2];
+    }
+};
+
+template <typename Packet, typename Lanes>
+inline typename Lanes::Vector tRayPacket<Packet, Lanes>::Clip(tVolumeAABB<float> const& box, Vector& tNear,
+                                                              Vector& tFar) const noexcept
+{
+    tVector3<float> const& lower = box.GetMin();
+    tVector3<float> const& upper = box.GetMax();
+    Vector const margin = Lanes::Broadcast(TOLERANCE<float>);
+    ClipSlab(Lanes::Broadcast(lower.x) - (origin[0] + margin), Lanes::Broadcast(upper.x) - (origin[0] - margin),
+             invDirection[0], tNear, tFar);
+    ClipSlab(Lanes::Broadcast(lower.y) - origin[1], Lanes::Broadcast(upper.y) - origin[1], invDirection[1], tNear,
+             tFar);
+    ClipSlab(Lanes::Broadcast(lower.z) - (origin[2] + margin), Lanes::Broadcast(upper.z) - (origin[2] - margin),
+             invDirection[2], tNear, tFar);
+    return Lanes::LessOrEqual(tNear, tFar);
+}
+
+template <typename Packet, typename Lanes>
+inline void tRayPacket<Packet, Lanes>::Initialise(tDepthRay<float, IRayPayloadInternal> const* rays) noexcept
+{
+    constexpr std::make_index_sequence<WIDTH> LANES;
+    origin[0] = Gather(rays, &DepthRay::origin, &tVector3<float>::x, LANES);
+    origin[1] = Gather(rays, &DepthRay::origin, &tVector3<float>::y, LANES);
+    origin[2] = Gather(rays, &DepthRay::origin, &tVector3<float>::z, LANES);
+    direction[0] = Gather(rays, &DepthRay::direction, &tVector3<float>::x, LANES);
+    direction[1] = Gather(rays, &DepthRay::direction, &tVector3<float>::y, LANES);
+    direction[2] = Gather(rays, &DepthRay::direction, &tVector3<float>::z, LANES);
+    InvertDirection();
+}
+
+template <typename Packet, typename Lanes>
+inline Packet& tRayPacket<Packet, Lanes>::Transform(tMatrix4<float> const& matrix) noexcept
+{
+    if (!matrix.IsIdentity())
+    {
+        TransformGroup(matrix.Get(), origin, 1.0f);
+        TransformGroup(matrix.Get(), direction, 0.0f);
+        InvertDirection();
+    }
+    return static_cast<Packet&>(*this);
+}
+
+} // namespace bv::maths::simd

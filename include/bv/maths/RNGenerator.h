@@ -1,0 +1,173 @@
+#pragma once
+
+/// @file
+/// A small, fast, seedable generator of pseudo-random numbers.
+
+#include <bit>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+
+#include "bv/maths/tVector2.h"
+#include "bv/maths/tVector3.h"
+
+namespace bv::maths
+{
+
+/// Pseudo-random numbers for sampling: jitter, stochastic sampling, procedural variation. Not for secrets.
+///
+/// The generator is KISS in its 1999 form: two 16-bit multiply-with-carry generators, a 3-shift register and a linear
+/// congruential generator, combined (George Marsaglia, "Random numbers for C: The END?", sci.stat.math, 1999). All of
+/// it is unsigned 32-bit arithmetic that wraps around, so a seed gives the same sequence on every platform.
+///
+/// Only the low 15 bits of a seed tell, see SetSeed(): there are 32768 different sequences.
+///
+/// A copy continues with the same sequence as its source. A generator is not safe for concurrent use: give each thread
+/// its own.
+class RNGenerator
+{
+    std::uint32_t z;     ///< first multiply-with-carry state
+    std::uint32_t w;     ///< second multiply-with-carry state
+    std::uint32_t jsr;   ///< shift-register state
+    std::uint32_t jcong; ///< congruential state
+    // What the public vector and pair operations call, so that another implementation can be selected per object.
+    tVector2<float> (RNGenerator::*generate2D)() noexcept;
+    tVector3<float> (RNGenerator::*generate3D)() noexcept;
+    std::pair<float, unsigned int> (RNGenerator::*generatePair)() noexcept;
+
+public:
+    /// @name Construction
+    /// @{
+    /// The generator of seed 0.
+    constexpr RNGenerator() noexcept : RNGenerator(0) {}
+    /// The generator of this seed, see SetSeed().
+    explicit constexpr RNGenerator(unsigned int seed) noexcept;
+    /// @}
+
+    /// @name Changes
+    /// @{
+    /// Starts the sequence of this seed from its beginning.
+    ///
+    /// The four state words are successive values of a multiplicative chain, whose products keep their low 32 bits only
+    /// before the remainder by 2^31 - 1 is taken: close to, but not, the sequence of S. K. Park, K. W. Miller, "Random
+    /// number generators: good ones are hard to find", 1988. The first multiplier is a multiple of 2^17, so seeds that
+    /// agree in their low 15 bits give the same sequence, and no two other seeds do.
+    ///
+    /// Seed 0 stands for 426954, whose sequence is that of seed 970. Any other multiple of 32768 sets all four words to
+    /// 0: the multiply-with-carry generators and the shift register then stay at 0 and the congruential generator runs
+    /// alone, whose low bits are poor. Keep away from these seeds.
+    /// @return this generator.
+    constexpr RNGenerator& SetSeed(unsigned int seed) noexcept;
+    /// @}
+
+    /// @name Draws
+    /// @{
+    /// The next draw, any 32-bit value.
+    constexpr unsigned int GetInteger() noexcept { return Kiss99(); }
+    /// The next draw as a number in [0, 1): a multiple of 2^-23, at most 1 - 2^-23.
+    constexpr float GetFloat() noexcept { return ToFloat(Kiss99()); }
+    /// The next two draws, x first, each as GetFloat() gives it.
+    constexpr tVector2<float> GetVector2D() noexcept { return (this->*generate2D)(); }
+    /// The next three draws, x first and z last, each as GetFloat() gives it.
+    constexpr tVector3<float> GetVector3D() noexcept { return (this->*generate3D)(); }
+    /// The next two draws: the first as GetFloat() gives it, the second whole.
+    constexpr std::pair<float, unsigned int> GetFloatAndInteger() noexcept { return (this->*generatePair)(); }
+    /// @}
+
+private:
+    constexpr unsigned int Cong() noexcept;
+    constexpr unsigned int Shr3() noexcept;
+    constexpr unsigned int Mwc() noexcept;
+    constexpr unsigned int Kiss99() noexcept;
+    constexpr tVector2<float> GetFloat2D() noexcept;
+    constexpr tVector3<float> GetFloat3D() noexcept;
+    constexpr std::pair<float, unsigned int> GetFloatIntegerPair() noexcept;
+
+    [[nodiscard]] static constexpr float ToFloat(std::uint32_t draw) noexcept;
+};
+
+constexpr RNGenerator::RNGenerator(unsigned int seed) noexcept
+    : z{},
+      w{},
+      jsr{},
+      jcong{},
+      generate2D{&RNGenerator::GetFloat2D},
+      generate3D{&RNGenerator::GetFloat3D},
+      generatePair{&RNGenerator::GetFloatIntegerPair}
+{
+    SetSeed(seed);
+}
+
+constexpr RNGenerator& RNGenerator::SetSeed(unsigned int seed) noexcept
+{
+    constexpr std::uint32_t SEED_FOR_ZERO = 426954;
+    constexpr std::uint32_t SPREAD = 2032009216;
+    constexpr std::uint32_t MULTIPLIER = 48271;
+    constexpr std::uint32_t MODULUS = 0x7FFFFFFF;
+
+    z = (seed == 0 ? SEED_FOR_ZERO : seed) * SPREAD % MODULUS;
+    w = z * MULTIPLIER % MODULUS;
+    jsr = w * MULTIPLIER % MODULUS;
+    jcong = jsr * MULTIPLIER % MODULUS;
+    return *this;
+}
+
+/// One step of the linear congruential generator.
+constexpr unsigned int RNGenerator::Cong() noexcept
+{
+    jcong = 69069 * jcong + 1234567;
+    return jcong;
+}
+
+/// One step of the 3-shift register.
+constexpr unsigned int RNGenerator::Shr3() noexcept
+{
+    jsr ^= jsr << 17;
+    jsr ^= jsr >> 13;
+    jsr ^= jsr << 5;
+    return jsr;
+}
+
+/// One step of the two multiply-with-carry generators, joined: the low half of each state is its value, the high half
+/// its carry.
+constexpr unsigned int RNGenerator::Mwc() noexcept
+{
+    z = 36969 * (z & 0xFFFF) + (z >> 16);
+    w = 18000 * (w & 0xFFFF) + (w >> 16);
+    return (z << 16) + w;
+}
+
+/// One step of each generator, and their combination.
+constexpr unsigned int RNGenerator::Kiss99() noexcept
+{
+    return (Mwc() ^ Cong()) + Shr3();
+}
+
+constexpr tVector2<float> RNGenerator::GetFloat2D() noexcept
+{
+    return {GetFloat(), GetFloat()}; // braces keep the draws in order
+}
+
+constexpr tVector3<float> RNGenerator::GetFloat3D() noexcept
+{
+    return {GetFloat(), GetFloat(), GetFloat()};
+}
+
+constexpr std::pair<float, unsigned int> RNGenerator::GetFloatIntegerPair() noexcept
+{
+    return {GetFloat(), GetInteger()};
+}
+
+/// The top 23 bits as the mantissa of a number in [1, 2), less 1: neither a division nor a rounding, and never 1.
+constexpr float RNGenerator::ToFloat(std::uint32_t draw) noexcept
+{
+    constexpr std::uint32_t ONE = 0x3F800000;
+    return std::bit_cast<float>((draw >> 9) | ONE) - 1.0F;
+}
+
+static_assert(sizeof(unsigned int) == sizeof(std::uint32_t));
+static_assert(std::is_standard_layout_v<RNGenerator> && std::is_trivially_copyable_v<RNGenerator>);
+static_assert(std::is_trivially_destructible_v<RNGenerator>);
+static_assert(sizeof(RNGenerator) == 4 * sizeof(std::uint32_t) + 3 * sizeof(void(RNGenerator::*)()));
+
+} // namespace bv::maths

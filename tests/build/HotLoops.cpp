@@ -1,0 +1,145 @@
+// The inner loops of a renderer, one function for each group of operations. None may leave its loop for a call:
+// no_calls.py looks at the object file.
+
+#include <cstddef>
+#include <span>
+
+#include "bv/maths/IsEqual.h"
+#include "bv/maths/RNGenerator.h"
+#include "bv/maths/simd/SSERay.h"
+#include "bv/maths/tDepthRay.h"
+#include "bv/maths/tMatrix4.h"
+#include "bv/maths/tPlane.h"
+#include "bv/maths/tRay.h"
+#include "bv/maths/tVolumeAABB.h"
+#include "bv/maths/tVolumeSphere.h"
+
+namespace loops
+{
+
+using namespace bv::maths;
+
+template <typename T>
+T Vectors(std::span<tVector3<T> const> a, std::span<tVector3<T> const> b)
+{
+    tVector3<T> sum;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        sum += (a[i] + b[i] * T{2} - a[i] / T{3}).Cross(-b[i]) * a[i].Dot(b[i]) * a[i];
+    return sum.LengthSquared();
+}
+
+template <typename T>
+std::size_t Equal(std::span<T const> a, std::span<T const> b)
+{
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        count += IsEqual(a[i], b[i]) ? 1U : 0U;
+    return count;
+}
+
+template <typename T>
+T Boxes(std::span<tVolumeAABB<T>> boxes, std::span<tVector3<T> const> points, tVolumeSphere<T> const& sphere)
+{
+    T sum{};
+    for (std::size_t i = 0; i < boxes.size(); ++i)
+    {
+        boxes[i].Expand(points[i]);
+        boxes[i].Expand(boxes[0]);
+        if (boxes[i].Contains(points[i], true) && boxes[i].Overlaps(sphere))
+            sum += boxes[i].DistanceSquared(points[i]) + boxes[i].GetCentre().x + boxes[i].GetDiagonal().y;
+    }
+    return sum;
+}
+
+template <typename T>
+std::size_t Spheres(std::span<tVolumeSphere<T> const> spheres, std::span<tVector3<T> const> points,
+                    tVolumeAABB<T> const& box)
+{
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < spheres.size(); ++i)
+        count += spheres[i].Contains(points[i]) && spheres[i].Overlaps(box) ? 1U : 0U;
+    return count;
+}
+
+template <typename T>
+T Clip(std::span<tRay<T> const> rays, tVolumeAABB<T> const& box)
+{
+    T sum{};
+    for (tRay<T> const& ray : rays)
+    {
+        T tNear{0};
+        T tFar{1000};
+        if (ray.Clip(box, tNear, tFar))
+            sum += tNear;
+    }
+    return sum;
+}
+
+template <typename T>
+T Distances(std::span<tVector3<T> const> points, tPlane<T> const& plane)
+{
+    T sum{};
+    for (tVector3<T> const& point : points)
+        sum += plane.GetDistance(point);
+    return sum;
+}
+
+template <typename T>
+void Transforms(std::span<tVector3<T>> points, tMatrix4<T> const& matrix)
+{
+    for (tVector3<T>& point : points)
+        point.Transform(matrix);
+}
+
+template <typename T>
+T Elements(tMatrix4<T>& matrix)
+{
+    T sum{};
+    for (std::size_t i = 0; i < tMatrix4<T>::SIZE; ++i)
+    {
+        matrix(i) = matrix[i] * T{2};
+        sum += matrix[i];
+    }
+    return sum;
+}
+
+float Draws(RNGenerator& generator, std::size_t count)
+{
+    float sum = 0;
+    for (std::size_t i = 0; i < count; ++i)
+        sum += generator.GetFloat() + static_cast<float>(generator.GetInteger() & 1U);
+    return sum;
+}
+
+int Packets(simd::SSERay& packet, std::span<tVolumeAABB<float> const> boxes)
+{
+    int mask = 0;
+    for (tVolumeAABB<float> const& box : boxes)
+    {
+        __m128 tNear = _mm_setzero_ps();
+        __m128 tFar = _mm_set1_ps(1000.0F);
+        mask |= _mm_movemask_ps(packet.Clip(box, tNear, tFar));
+    }
+    return mask;
+}
+
+template float Vectors(std::span<tVector3<float> const>, std::span<tVector3<float> const>);
+template double Vectors(std::span<tVector3<double> const>, std::span<tVector3<double> const>);
+template std::size_t Equal(std::span<float const>, std::span<float const>);
+template std::size_t Equal(std::span<double const>, std::span<double const>);
+template float Boxes(std::span<tVolumeAABB<float>>, std::span<tVector3<float> const>, tVolumeSphere<float> const&);
+template double Boxes(std::span<tVolumeAABB<double>>, std::span<tVector3<double> const>, tVolumeSphere<double> const&);
+template std::size_t Spheres(std::span<tVolumeSphere<float> const>, std::span<tVector3<float> const>,
+                             tVolumeAABB<float> const&);
+template std::size_t Spheres(std::span<tVolumeSphere<double> const>, std::span<tVector3<double> const>,
+                             tVolumeAABB<double> const&);
+template float Clip(std::span<tRay<float> const>, tVolumeAABB<float> const&);
+template double Clip(std::span<tRay<double> const>, tVolumeAABB<double> const&);
+template float Distances(std::span<tVector3<float> const>, tPlane<float> const&);
+template double Distances(std::span<tVector3<double> const>, tPlane<double> const&);
+template void Transforms(std::span<tVector3<float>>, tMatrix4<float> const&);
+template void Transforms(std::span<tVector3<double>>, tMatrix4<double> const&);
+template float Elements(tMatrix4<float>&);
+template double Elements(tMatrix4<double>&);
+
+} // namespace loops

@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "EmptyText.h"
+
 namespace bv
 {
 
@@ -17,15 +19,14 @@ struct Exception::ExceptionImpl
     String where = "<unknown location>";
 };
 
-namespace
-{
-
-/// What the accessors of an exception give that had no memory for its texts.
 String const& EmptyText()
 {
     static String const text;
     return text;
 }
+
+namespace
+{
 
 // Made while the library is loaded: when it is first asked for, there may be no memory left to make it.
 [[maybe_unused]] String const& EMPTY_TEXT = EmptyText();
@@ -59,7 +60,11 @@ Exception::Exception(String const& message, String const& file, unsigned int lin
 {
 }
 
-Exception::Exception(String const& message, ThrowFunction ownThrow) : Exception(message, "", 0, "", ownThrow) {}
+// The shared text, since a new one could find no memory where the exception itself needs none.
+Exception::Exception(String const& message, ThrowFunction ownThrow)
+    : Exception(message, EmptyText(), 0, EmptyText(), ownThrow)
+{
+}
 
 Exception::~Exception()
 {

@@ -1,5 +1,7 @@
 #include "bv/NotImplementedException.h"
 
+#include "EmptyText.h"
+
 namespace bv
 {
 
@@ -9,7 +11,7 @@ NotImplementedException::NotImplementedException(String const& message, String c
 {
 }
 
-NotImplementedException::NotImplementedException() : Exception("", &Throw) {}
+NotImplementedException::NotImplementedException() : Exception(EmptyText(), &Throw) {}
 
 NotImplementedException::NotImplementedException(NotImplementedException const& other) : Exception(other) {}
 

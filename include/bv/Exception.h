@@ -16,10 +16,12 @@ namespace bv
 ///
 /// Every class of the family remembers a throw function, which throws a fresh object of that class; through it
 /// Rethrow() keeps the type of an exception that is known by its root only. A copy forgets the throw function. So does
-/// an assignment, since it takes its value from a copy.
+/// an assignment, since it takes its value from a copy; only a temporary of its own class hands a subclass its throw
+/// function, too.
 ///
-/// An exception for which no memory is left is still constructed and still thrown with its type: its texts are then
-/// empty and its line is 0.
+/// An exception whose private object finds no memory is still constructed and still thrown with its type: its texts are
+/// then empty and its line is 0. When memory runs out later, while the texts are built or copied, the standard
+/// `std::bad_alloc` passes through.
 class BV_API Exception : public std::exception
 {
     struct ExceptionImpl;

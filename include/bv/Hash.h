@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// Hashes for hash tables and integer lattices. None of them is cryptographic.
+/// Hashes for hash tables and integer lattices. None of them is cryptographic. All work on unsigned integers of 32 bits
+/// that wrap, keep nothing between two calls, and may be called from any thread.
 
 #include "bv/Export.h"
 

@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <memory>
 #include <new>
+#include <optional>
 #include <ostream>
 #include <streambuf>
 #include <string_view>
@@ -532,6 +533,38 @@ TEST(ExceptionAllocationTest, AnExceptionWithoutTextsIsReadAndWrittenWithoutMemo
     }
     EXPECT_TRUE(empty);
     EXPECT_EQ(stream.Text(), "'' - .");
+}
+
+TEST(ExceptionAllocationTest, WithoutAnyMemoryAnExceptionIsStillConstructed)
+{
+    String const text = "text";
+    std::optional<Exception> located;
+    std::optional<Exception> message;
+    std::optional<DivideByZeroException> subclass;
+    std::optional<NotImplementedException> missing;
+    std::optional<DivideByZeroException> copy;
+    bool failed = false;
+    {
+        LittleMemory const memory(0);
+        try
+        {
+            located.emplace(text, text, 7U, text);
+            message.emplace(text);
+            subclass.emplace(text);
+            missing.emplace();
+            copy.emplace(*subclass);
+        }
+        catch (std::bad_alloc const&)
+        {
+            failed = true;
+        }
+    }
+    ASSERT_FALSE(failed);
+    ExpectWithoutTexts(*located);
+    ExpectWithoutTexts(*message);
+    ExpectWithoutTexts(*subclass);
+    ExpectWithoutTexts(*missing);
+    ExpectWithoutTexts(*copy);
 }
 
 TEST(ExceptionAllocationTest, WithoutMemoryForItsTextsAnExceptionIsStillThrownAndCaughtByItsClass)

@@ -45,7 +45,25 @@ static_assert(DERIVES<OutOfMemoryException, Exception> && DERIVES<ThreadExitExce
 static_assert(DERIVES<MathsException, Exception> && DERIVES<ArithmeticException, MathsException, Exception>);
 static_assert(DERIVES<DivideByZeroException, ArithmeticException, MathsException, Exception>);
 static_assert(DERIVES<MatrixException, MathsException, Exception>);
-static_assert(!DERIVES<MatrixException, ArithmeticException> && !DERIVES<InvalidArgumentException, MathsException>);
+
+// And no other class of the family is: so many of its classes lie between the class and the root, both included.
+template <typename T, typename... Family>
+constexpr int CountBases()
+{
+    return (0 + ... + static_cast<int>(std::is_base_of_v<Family, T>));
+}
+template <typename T>
+constexpr int DEPTH =
+    CountBases<T, Exception, FileIOException, InvalidArgumentException, InvalidObjectException, NotImplementedException,
+               ObjectCreationException, ObjectDeletionException, OutOfMemoryException, ThreadExitException,
+               MathsException, ArithmeticException, DivideByZeroException, MatrixException>();
+static_assert(DEPTH<Exception> == 1);
+static_assert(DEPTH<FileIOException> == 2 && DEPTH<InvalidArgumentException> == 2);
+static_assert(DEPTH<InvalidObjectException> == 2 && DEPTH<NotImplementedException> == 2);
+static_assert(DEPTH<ObjectCreationException> == 2 && DEPTH<ObjectDeletionException> == 2);
+static_assert(DEPTH<OutOfMemoryException> == 2 && DEPTH<ThreadExitException> == 2);
+static_assert(DEPTH<MathsException> == 2 && DEPTH<ArithmeticException> == 3);
+static_assert(DEPTH<DivideByZeroException> == 4 && DEPTH<MatrixException> == 3);
 
 // Only the classes that have subclasses offer their subclasses a throw function, and nobody else.
 template <typename T>
@@ -64,6 +82,11 @@ static_assert(std::is_same_v<decltype(std::declval<Exception const&>().Rethrow()
 static_assert(std::is_same_v<decltype(std::declval<Exception&>() = std::declval<Exception const&>()), Exception&>);
 static_assert(
     noexcept(std::declval<Exception const&>().Message()) && noexcept(std::declval<Exception const&>().what()));
+static_assert(
+    noexcept(std::declval<Exception const&>().Filename()) && noexcept(std::declval<Exception const&>().LineNumber()));
+static_assert(
+    noexcept(std::declval<Exception const&>().FunctionName()) && noexcept(std::declval<Exception const&>().Where()));
+static_assert(noexcept(std::declval<Exception&>().Swap(std::declval<Exception&>())));
 
 /// An exception with four values that all differ from the defaults.
 template <typename T>
@@ -107,7 +130,8 @@ TYPED_TEST(EveryExceptionTest, TheInterfaceIsTheSameForTheWholeFamily)
     static_assert(std::is_default_constructible_v<T> == std::is_same_v<T, NotImplementedException>);
     static_assert(std::is_constructible_v<T, String const&> == !std::is_same_v<T, NotImplementedException>);
     static_assert(!std::is_convertible_v<String const&, T> && !std::is_convertible_v<wchar_t const*, T>);
-    static_assert(std::is_copy_constructible_v<T> && std::is_constructible_v<T, Exception const&>);
+    static_assert(std::is_copy_constructible_v<T> && std::is_convertible_v<Exception const&, T>);
+    static_assert(std::is_same_v<decltype(&T::what), char const* (Exception::*)() const noexcept>, "not overridden");
     static_assert(std::is_same_v<decltype(std::declval<T&>() = std::declval<T const&>()), T&>);
     static_assert(std::is_same_v<decltype(&T::Throw), ThrowFunction>);
     static_assert(!TAKES_THROW_FUNCTION<T>);

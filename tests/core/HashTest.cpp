@@ -20,8 +20,9 @@ using bv::GetLagaeHash;
 using bv::GetPearsonHash;
 using bv::String;
 
-static_assert(std::is_same_v<decltype(FNVHash32(String())), unsigned int>);
-static_assert(std::is_same_v<decltype(GetJenkinsHash(nullptr, 0ULL, 0U)), unsigned int>);
+static_assert(std::is_same_v<decltype(&FNVHash32), unsigned int (*)(String const&) noexcept>);
+static_assert(std::is_same_v<decltype(&GetJenkinsHash),
+                             unsigned int (*)(void const*, unsigned long long, unsigned int) noexcept>);
 static_assert(std::is_same_v<decltype(&GetPearsonHash),
                              unsigned char (*)(void const*, unsigned long long, unsigned char) noexcept>);
 static_assert(std::is_same_v<decltype(&GetLagaeHash), unsigned int (*)(int, int) noexcept>);
@@ -77,6 +78,14 @@ TEST(FNVHash32Test, BytesAbove127AreTakenUnsigned)
 TEST(FNVHash32Test, TextThatCameInAsUTF16IsHashedAsUTF8)
 {
     EXPECT_EQ(FNVHash32(L"Gr\u00FC\u00DFe, \u4E16\u754C \U0001F600"), 0x8E4A56A3U);
+}
+
+TEST(FNVHash32Test, TheHashEndsAtTheTerminatingNUL)
+{
+    // Only a write through the const pointer can put a NUL inside a text.
+    String const text = "abc";
+    const_cast<char*>(text.ToCharArray())[1] = '\0';
+    EXPECT_EQ(FNVHash32(text), 0xE40C292CU); // that of "a"
 }
 
 TEST(JenkinsHashTest, TextIsHashedByteByByte)

@@ -27,10 +27,18 @@ static_assert(std::is_same_v<decltype(std::declval<String&>() = String()), Strin
 static_assert(std::is_same_v<decltype(std::declval<String&>() = ""), String&>);
 static_assert(std::is_same_v<decltype(std::declval<String&>() = L""), String&>);
 static_assert(std::is_same_v<decltype(std::declval<String&>() += String()), String&>);
-static_assert(std::is_same_v<decltype(std::declval<String&>() + String()), String>);
-static_assert(std::is_same_v<decltype(std::declval<String const&>() + String()), String>);
-static_assert(std::is_same_v<decltype(String() == String()), bool> &&
-              std::is_same_v<decltype(String() < String()), bool>);
+using Concatenation = String (String::*)(String const&);
+using ConstConcatenation = String (String::*)(String const&) const;
+static_assert(std::is_same_v<decltype(static_cast<Concatenation>(&String::operator+)), Concatenation>);
+static_assert(std::is_same_v<decltype(static_cast<ConstConcatenation>(&String::operator+)), ConstConcatenation>);
+using Comparison = bool (String::*)(String const&) const noexcept;
+static_assert(std::is_same_v<decltype(&String::operator==), Comparison>);
+static_assert(std::is_same_v<decltype(&String::operator!=), Comparison>);
+static_assert(std::is_same_v<decltype(&String::operator<), Comparison>);
+static_assert(std::is_same_v<decltype(&String::operator>), Comparison>);
+static_assert(std::is_same_v<decltype(&String::Contains), Comparison>);
+static_assert(std::is_same_v<decltype(&String::IsEmpty), bool (String::*)() const noexcept>);
+static_assert(!std::is_nothrow_move_constructible_v<String>, "what would be moved is copied, and none is ever null");
 static_assert(std::is_same_v<decltype(String().ToCharArray()), char const*>);
 static_assert(std::is_same_v<decltype(String().ToWCharArray()), wchar_t const*>);
 static_assert(std::is_same_v<decltype(std::declval<String&>().Clear()), void>);
@@ -708,6 +716,45 @@ TEST(StringTest, TextThatWasDamagedFromOutsideIsNotConverted)
     EXPECT_THROW(static_cast<void>(text.ToWCharArray()), std::exception);
     const_cast<char*>(text.ToCharArray())[2] = 'c';
     EXPECT_STREQ(text.ToWCharArray(), L"abc");
+}
+
+TEST(StringTest, ConcatenationValidatesTheJoinedBytesAndCopiesDoNot)
+{
+    String text = "abc";
+    const_cast<char*>(text.ToCharArray())[2] = '\xC3';
+    EXPECT_EQ(Bytes(String(text)), "ab\xC3");
+    String assigned;
+    assigned = text;
+    EXPECT_EQ(Bytes(assigned), "ab\xC3");
+    EXPECT_TRUE((text + "d").IsEmpty());
+    EXPECT_TRUE((std::as_const(text) + "d").IsEmpty());
+    EXPECT_TRUE((String("d") + text).IsEmpty());
+    EXPECT_EQ(Bytes(text), "ab\xC3");
+    // Two malformed halves make up a well-formed whole.
+    String const end = "\xC2\xA9";
+    const_cast<char*>(end.ToCharArray())[0] = '\xA9';
+    const_cast<char*>(end.ToCharArray())[1] = '!';
+    EXPECT_EQ(Bytes(text + end), "ab\xC3\xA9!");
+    text += "d";
+    EXPECT_TRUE(text.IsEmpty());
+}
+
+TEST(StringTest, ConcatenationEndsAtANULThatWasWrittenFromOutside)
+{
+    String text = "abc";
+    const_cast<char*>(text.ToCharArray())[1] = '\0';
+    EXPECT_TRUE(text + "d" == String("a"));
+    text += "d";
+    EXPECT_TRUE(text == String("a"));
+}
+
+TEST(StringTest, EqualityComparesTheLengthBeyondANULThatWasWrittenFromOutside)
+{
+    String const text = "abc";
+    const_cast<char*>(text.ToCharArray())[1] = '\0';
+    EXPECT_FALSE(text == String("a"));
+    EXPECT_FALSE(String("a") == text);
+    EXPECT_TRUE(text == String(text));
 }
 
 TEST(StringTest, AStringIsDestroyedThroughItsBase)

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "Bvh.h"
+#include "Options.h"
+
+namespace raytracer
+{
+
+/// A walk through the hierarchy with as many rays as one packet holds.
+struct Walk
+{
+    using Leaf = void (Bvh::*)(Node const& leaf, DepthRayf const* rays, unsigned marked, Hit* hits) const;
+
+    Bvh const* bvh;
+    Node const* nodes;
+    std::uint32_t const* entries; ///< boxes to begin with, the nearest first
+    std::size_t entryCount;
+    Leaf leaf;             ///< what to do in a leaf that some rays reach
+    DepthRayf const* rays; ///< as many as the packet is wide
+    Hit* hits;             ///< one for each ray
+};
+
+void WalkScalar(Walk const& walk);
+void WalkSse(Walk const& walk);
+void WalkAvx(Walk const& walk);
+
+/// A way to walk: with one ray (tRay), four (SSERay) or eight (AVXRay).
+struct Packets
+{
+    static constexpr std::size_t MAX_WIDTH = 8;
+
+    char const* name;
+    std::size_t width;
+    void (*walk)(Walk const&);
+};
+
+/// The packets that the user asked for, or the widest that this processor can.
+/// @throws UserError when the processor cannot do what was asked for.
+Packets ChoosePackets(PacketKind kind);
+
+} // namespace raytracer

@@ -1,0 +1,113 @@
+#include "Picture.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+#include <png.h>
+#include <unistd.h>
+
+#include "UserError.h"
+
+namespace raytracer
+{
+
+namespace
+{
+
+/// Brings any light below 1, with soft shadows and highlights. Narkowicz, "ACES Filmic Tone Mapping Curve", 2016.
+float Compress(float light)
+{
+    constexpr float EXPOSURE = 0.55F;
+    float const x = light * EXPOSURE;
+    return x * (2.51F * x + 0.03F) / (x * (2.43F * x + 0.59F) + 0.14F);
+}
+
+/// The curve of sRGB, IEC 61966-2-1, as a byte.
+std::uint8_t Encode(float light)
+{
+    float const linear = light > 0 ? std::min(light, 1.0F) : 0; // 0 also for what is not a number
+    float const encoded = linear <= 0.0031308F ? 12.92F * linear : 1.055F * std::pow(linear, 1 / 2.4F) - 0.055F;
+    return static_cast<std::uint8_t>(encoded * 255 + 0.5F);
+}
+
+} // namespace
+
+void Picture::SetPixel(Tuple2u const& pixel, Colour const& light)
+{
+    std::size_t const at = 3 * (std::size_t{pixel.y} * size_.x + pixel.x);
+    bytes_[at] = Encode(Compress(light.x));
+    bytes_[at + 1] = Encode(Compress(light.y));
+    bytes_[at + 2] = Encode(Compress(light.z));
+}
+
+std::size_t Picture::CountDifferences(Picture const& other) const
+{
+    std::size_t count = 0;
+    for (std::size_t at = 0; at < bytes_.size(); at += 3)
+        count += std::equal(&bytes_[at], &bytes_[at] + 3, &other.bytes_[at]) ? 0U : 1U;
+    return count;
+}
+
+PngFile::PngFile(std::string const& path) : path_(path)
+{
+    std::error_code error;
+    std::filesystem::path const real = std::filesystem::canonical(path, error); // a link stays a link
+    if (!error)
+        path_ = real.string();
+    bool const isTaken = std::filesystem::exists(path_, error) && !std::filesystem::is_regular_file(path_, error);
+    if (isTaken || !std::filesystem::path(path_).has_filename())
+        throw UserError(path + ": is not a file");
+    temporary_ = path_ + "." + std::to_string(getpid());
+    if (!std::ofstream(temporary_))
+        throw UserError(path + ": cannot be written: " + std::generic_category().message(errno));
+    std::filesystem::remove(temporary_, error);
+}
+
+void PngFile::Write(Picture const& picture) const
+{
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = picture.GetSize().x;
+    image.height = picture.GetSize().y;
+    image.format = PNG_FORMAT_RGB;
+    std::error_code error;
+    if (png_image_write_to_file(&image, temporary_.c_str(), 0, picture.GetBytes(), 0, nullptr) != 0)
+        std::filesystem::rename(temporary_, path_, error);
+    else
+        error = std::make_error_code(std::errc::io_error);
+    if (error)
+    {
+        std::string const reason = image.warning_or_error != 0 ? image.message : error.message();
+        std::filesystem::remove(temporary_, error);
+        throw UserError(path_ + ": cannot be written: " + reason);
+    }
+}
+
+Texels ReadSquare(std::string const& path)
+{
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    if (png_image_begin_read_from_file(&image, path.c_str()) == 0)
+        throw UserError(path + ": " + image.message);
+    if (image.width != image.height)
+    {
+        png_image_free(&image);
+        throw UserError(path + ": is not square");
+    }
+    image.format = PNG_FORMAT_LINEAR_Y | PNG_FORMAT_FLAG_COLOR; // sixteen bits each of linear light
+    std::vector<png_uint_16> numbers(PNG_IMAGE_SIZE(image) / sizeof(png_uint_16));
+    png_color const black{};
+    if (png_image_finish_read(&image, &black, numbers.data(), 0, nullptr) == 0)
+        throw UserError(path + ": " + image.message);
+
+    Texels texels{image.width, {}};
+    for (std::size_t at = 0; at + 2 < numbers.size(); at += 3)
+        texels.colours.push_back(Colour(numbers[at], numbers[at + 1], numbers[at + 2]) / 65535.0F);
+    return texels;
+}
+
+} // namespace raytracer

@@ -1,0 +1,155 @@
+#include "Renderer.h"
+
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "Shader.h"
+#include "Tiles.h"
+#include "Tracer.h"
+#include "bv/maths/RNGenerator.h"
+#include "bv/maths/tTuple3.h"
+
+namespace raytracer
+{
+
+namespace
+{
+
+/// What all threads share: the scene to read, and the picture, of which each tile writes pixels of its own.
+struct Job
+{
+    Scene const& scene;
+    Camera const& camera;
+    Options const& options;
+    AreaAABBf window;
+    Picture& picture;
+};
+
+/// A pixel of a tile while its light is gathered.
+struct Pixel
+{
+    Tuple2u place;
+    Vector3f shift; ///< random, of this pixel's own
+    Colour light;
+};
+
+Vector2f GetMiddle(Tuple2u const& pixel)
+{
+    return {static_cast<float>(pixel.x) + 0.5F, static_cast<float>(pixel.y) + 0.5F};
+}
+
+/// The pixels of a tile that the window shows. All of the tile's numbers are drawn, so that those of a pixel depend on
+/// the seed and its place alone.
+std::vector<Pixel> GetPixels(Tile const& tile, Job const& job)
+{
+    RNGenerator random(Tuple3u(tile.place.x, tile.place.y, job.options.seed).GetHash32() | 1); // even seeds are weak
+    std::vector<Pixel> pixels;
+    for (unsigned i = 0; i < Tile::PIXEL_COUNT; ++i)
+    {
+        Vector3f const shift = random.GetVector3D();
+        Tuple2u const place = tile.GetPixel(i);
+        if (job.window.Contains(GetMiddle(place), true))
+            pixels.push_back({place, shift, {}});
+    }
+    return pixels;
+}
+
+/// Where in a pixel, from its middle, one of several rays goes through: spread evenly, the first through the middle.
+Vector2f GetOffset(unsigned sample)
+{
+    auto const centred = [](double number) { return static_cast<float>(number - std::round(number)); };
+    return {centred(sample * 0.7548776662466927), centred(sample * 0.5698402909980532)};
+}
+
+void DrawTile(Tile const& tile, Job const& job, Tracer& tracer)
+{
+    AreaAABBf seen = tile.area;
+    seen.Offset(1);
+    std::vector<std::uint32_t> const entries = job.scene.GetBvh().GetVisible(job.camera.GetView(seen));
+
+    Shader shader(job.scene, tracer, job.options.ao);
+    std::vector<Pixel> pixels = GetPixels(tile, job);
+    std::vector<DepthRayf> rays(pixels.size());
+    std::vector<Hit> hits;
+    float const narrowing = 1 / std::sqrt(static_cast<float>(job.options.samples));
+    for (unsigned sample = 0; sample < job.options.samples; ++sample)
+    {
+        for (std::size_t i = 0; i < pixels.size(); ++i)
+        {
+            rays[i] = job.camera.GetRay(GetMiddle(pixels[i].place) + GetOffset(sample));
+            rays[i].dDirectionDu *= narrowing;
+            rays[i].dDirectionDv *= narrowing;
+        }
+        hits.assign(pixels.size(), Hit{});
+        tracer.FindClosest(rays, hits, entries);
+        for (std::size_t i = 0; i < pixels.size(); ++i)
+            pixels[i].light += shader.GetLight(rays[i], hits[i], {pixels[i].shift, sample});
+    }
+    Vector2f const& corner = job.window.GetMin();
+    Tuple2u const first(static_cast<unsigned>(corner.x), static_cast<unsigned>(corner.y));
+    for (Pixel const& pixel : pixels)
+        job.picture.SetPixel({pixel.place.x - first.x, pixel.place.y - first.y},
+                             pixel.light / static_cast<float>(job.options.samples));
+}
+
+Tuple2u GetSize(AreaAABBf const& window)
+{
+    Vector2f const size = window.GetDiagonal();
+    return {static_cast<unsigned>(size.x), static_cast<unsigned>(size.y)};
+}
+
+} // namespace
+
+Rendering Render(Scene const& scene, Camera const& camera, Options const& options, Packets const& packets,
+                 Vector2f const& middle, Progress& progress)
+{
+    auto const start = std::chrono::steady_clock::now();
+    Vector2f const size(static_cast<float>(options.size.x), static_cast<float>(options.size.y));
+    AreaAABBf const window = options.crop.value_or(AreaAABBf(size));
+    std::vector<Tile> tiles = GetTilesAround(middle, window);
+    tiles.resize(tiles.size() * options.part.GetNumerator() / options.part.GetDenominator());
+
+    Rendering rendering{Picture(GetSize(window)), 0, 0};
+    Job const job{scene, camera, options, window, rendering.picture};
+    Percentage const share(1, std::max(1U, static_cast<unsigned>(tiles.size())));
+    std::atomic<std::size_t> next = 0;
+    std::mutex mutex;
+    std::exception_ptr failure;
+    auto const draw = [&]
+    {
+        Tracer tracer(scene, packets);
+        try
+        {
+            for (std::size_t i = next++; i < tiles.size(); i = next++)
+            {
+                DrawTile(tiles[i], job, tracer);
+                progress.Add(share);
+            }
+        }
+        catch (...)
+        {
+            std::scoped_lock const lock(mutex);
+            failure = std::current_exception();
+            next = tiles.size();
+        }
+        std::scoped_lock const lock(mutex);
+        rendering.rays += tracer.GetRayCount();
+    };
+    {
+        std::vector<std::jthread> threads;
+        for (unsigned i = 1; i < options.threads; ++i)
+            threads.emplace_back(draw);
+        draw();
+    }
+    if (failure)
+        std::rethrow_exception(failure);
+    rendering.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return rendering;
+}
+
+} // namespace raytracer

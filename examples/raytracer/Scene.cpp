@@ -1,0 +1,219 @@
+#include "Scene.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+#include "Textures.h"
+
+namespace raytracer
+{
+
+namespace
+{
+
+void Paint(Surface& surface, Material material, Colour const& plain, Vector3f const& texturePoint)
+{
+    switch (material)
+    {
+    case Material::Plain:
+        surface.colour = plain;
+        surface.gloss = 0;
+        break;
+    case Material::Marble:
+        surface.colour = GetMarble(texturePoint, surface.footprint);
+        surface.gloss = 0.04F;
+        break;
+    case Material::Wood:
+        surface.colour = GetWood(texturePoint, surface.footprint);
+        surface.gloss = 0.03F;
+        break;
+    case Material::Mirror:
+        surface.colour = plain * 0.1F;
+        surface.gloss = 0.9F;
+        break;
+    }
+}
+
+/// How the place of a hit on a plane changes along one image direction. Igehy, "Tracing Ray Differentials", 1999.
+Vector3f GetPlaneChange(Vector3f const& originChange, Vector3f const& directionChange, DepthRayf const& ray,
+                        float distance, Vector3f const& normal)
+{
+    Vector3f const change = originChange + directionChange * distance;
+    return change - ray.direction * (change.Dot(normal) / ray.direction.Dot(normal));
+}
+
+/// The footprint, unless a ray only grazes the surface, where a pixel covers it without bound: then a very wide one.
+Differential3f Bound(Differential3f const& footprint)
+{
+    constexpr float WIDEST = 1e3F;
+    return footprint.GetRadius() < WIDEST ? footprint : Differential3f({WIDEST, 0, 0}, {0, 0, WIDEST});
+}
+
+Differential3f GetPlaneFootprint(DepthRayf const& ray, float distance, Vector3f const& normal)
+{
+    return Bound({GetPlaneChange(ray.dOriginDu, ray.dDirectionDu, ray, distance, normal),
+                  GetPlaneChange(ray.dOriginDv, ray.dDirectionDv, ray, distance, normal)});
+}
+
+/// How a vector's direction, as a unit vector, changes when the vector does.
+Differential3f GetUnitChange(Vector3f const& vector, Differential3f const& change)
+{
+    Vector3f const unit = vector.Normalised();
+    Vector3f const& u = change[Differential3f::DIFF_U];
+    Vector3f const& v = change[Differential3f::DIFF_V];
+    return Differential3f(u - unit * unit.Dot(u), v - unit * unit.Dot(v)) * (1 / vector.Length());
+}
+
+/// The vector, or its opposite, that points to the same side as another.
+Vector3f FaceForward(Vector3f const& vector, Vector3f const& side)
+{
+    return vector.Dot(side) < 0 ? -vector : vector;
+}
+
+} // namespace
+
+Scene::Scene(Options const& options, Mesh mesh, Vector3f const& eye)
+    : mesh_(std::move(mesh)),
+      bvh_(mesh_, eye),
+      sky_(options.sky.empty() ? ComputeSky() : LoadSky(options.sky, options.skyAxes)),
+      material_(options.material),
+      sphereMaterial_(options.sphereMaterial),
+      checkered_(options.floor == Floor::Checker)
+{
+    if (options.floor != Floor::None)
+        floor_ = Planef({0, 1, 0}, 0);
+    AddSpheres(options.spheres);
+}
+
+/// On the floor, in a ring around the mesh, in three sizes.
+void Scene::AddSpheres(unsigned count)
+{
+    constexpr float FIRST_ANGLE = 0.9F; // from the x axis to the viewer, so that the first stands in front
+    constexpr std::array RADII{0.34F, 0.22F, 0.28F};
+    std::array const colours{Colour(0.70F, 0.17F, 0.10F), Colour(0.75F, 0.55F, 0.13F), Colour(0.12F, 0.42F, 0.45F),
+                             Colour(0.55F, 0.55F, 0.58F), Colour(0.18F, 0.27F, 0.60F)};
+    Vector3f const half = mesh_.bounds.GetDiagonal() * 0.5F;
+    float const ring = std::max(half.x, half.z) + 0.35F;
+    for (unsigned i = 0; i < count; ++i)
+    {
+        float const turn = 2 * std::numbers::pi_v<float> * static_cast<float>(i) / static_cast<float>(count);
+        float const angle = FIRST_ANGLE + turn;
+        float const radius = RADII[i % RADII.size()];
+        spheres_.push_back({VolumeSpheref({ring * std::cos(angle), radius, ring * std::sin(angle)}, radius * radius),
+                            colours[i % colours.size()]});
+    }
+}
+
+/// A ray that leaves a sphere may seem, by rounding, to meet it again at once.
+void Scene::FindClosestBeside(DepthRayf const& ray, Hit& hit) const
+{
+    constexpr float LEAST_DISTANCE = 1e-3F;
+    for (std::uint32_t i = 0; i < spheres_.size(); ++i)
+    {
+        float tNear = 0;
+        float tFar = 0;
+        if (!ray.Clip(spheres_[i].shape, tNear, tFar))
+            continue;
+        float const distance = tNear > 0 ? tNear : tFar; // from inside, the far side shows
+        if (distance > LEAST_DISTANCE && distance < hit.distance)
+            hit = {distance, i, 0, 0, Hit::What::Sphere};
+    }
+    if (!floor_)
+        return;
+    float const distance = -floor_->GetDistance(ray.origin) / floor_->GetNormal().Dot(ray.direction);
+    if (distance > 0 && distance < hit.distance)
+        hit = {distance, 0, 0, 0, Hit::What::Floor};
+}
+
+bool Scene::IsBlockedBeside(DepthRayf const& ray, Hit const& hit) const
+{
+    Hit beside = hit;
+    FindClosestBeside(ray, beside);
+    return beside.distance < hit.distance;
+}
+
+Surface Scene::GetSurface(DepthRayf const& ray, Hit const& hit) const
+{
+    Surface surface{};
+    surface.position = ray.origin + ray.direction * hit.distance;
+    surface.start = surface.position;
+    switch (hit.what)
+    {
+    case Hit::What::Triangle:
+        SetTriangle(surface, ray, hit);
+        break;
+    case Hit::What::Sphere:
+        SetSphere(surface, ray, hit);
+        break;
+    case Hit::What::Floor:
+        SetFloor(surface, ray, hit);
+        break;
+    case Hit::What::Nothing:
+        break;
+    }
+    return surface;
+}
+
+/// The start of other rays is lifted to where a smooth surface would be, so that the edges of the triangles do not show
+/// in the shadows. Hanika, "Hacking the Shadow Terminator", Ray Tracing Gems II, 2021.
+void Scene::SetTriangle(Surface& surface, DepthRayf const& ray, Hit const& hit) const
+{
+    Triangle const& triangle = mesh_.triangles[hit.index];
+    Vector3f const cross = triangle.GetCross();
+    float const area = cross.Length(); // twice that of the triangle
+    Vector3f const normal = cross / area;
+    surface.face = FaceForward(normal, -ray.direction);
+    surface.footprint = GetPlaneFootprint(ray, hit.distance, surface.face);
+
+    Vector3f smooth;
+    Differential3f smoothChange;
+    std::array const weights{1 - hit.u - hit.v, hit.u, hit.v};
+    for (std::size_t i = 0; i < weights.size(); ++i)
+    {
+        Vector3f const normalThere = FaceForward(triangle.normals[i], surface.face);
+        float const height = (surface.position - triangle.corners[i]).Dot(normalThere);
+        surface.start -= normalThere * (weights[i] * std::min(0.0F, height));
+        // A weight grows at right angles to the side that faces its corner.
+        Vector3f const side = triangle.corners[(i + 2) % 3] - triangle.corners[(i + 1) % 3];
+        Vector3f const growth = normal.Cross(side) / area;
+        smooth += normalThere * weights[i];
+        smoothChange += Differential3f(normalThere * growth.Dot(surface.footprint[Differential3f::DIFF_U]),
+                                       normalThere * growth.Dot(surface.footprint[Differential3f::DIFF_V]));
+    }
+    surface.normal = FaceForward(smooth.Normalised(), surface.face);
+    surface.normalChange = GetUnitChange(smooth, smoothChange);
+    Paint(surface, material_, {0.62F, 0.50F, 0.40F}, surface.position);
+}
+
+void Scene::SetSphere(Surface& surface, DepthRayf const& ray, Hit const& hit) const
+{
+    Ball const& ball = spheres_[hit.index];
+    float tNear = 0;
+    float tFar = 0;
+    Vector2f nearChange;
+    Vector2f farChange;
+    if (ray.ClipDiff(ball.shape, tNear, tFar, nearChange, farChange))
+    {
+        Vector2f const change = tNear > 0 ? nearChange : farChange;
+        surface.footprint = Bound({ray.dOriginDu + ray.dDirectionDu * hit.distance + ray.direction * change.x,
+                                   ray.dOriginDv + ray.dDirectionDv * hit.distance + ray.direction * change.y});
+    }
+    Vector3f const outwards = surface.position - ball.shape.GetCentre();
+    surface.face = FaceForward(outwards.Normalised(), -ray.direction);
+    surface.normal = surface.face;
+    surface.normalChange = surface.footprint * (surface.normal.Dot(outwards) / ball.shape.GetRadiusSquared());
+    Paint(surface, sphereMaterial_, ball.colour, outwards);
+}
+
+void Scene::SetFloor(Surface& surface, DepthRayf const& ray, Hit const& hit) const
+{
+    surface.face = FaceForward(floor_->GetNormal(), -ray.direction);
+    surface.normal = surface.face;
+    surface.footprint = GetPlaneFootprint(ray, hit.distance, surface.face);
+    surface.colour = checkered_ ? GetChecker(surface.position, surface.footprint) : Colour(0.40F, 0.39F, 0.38F);
+}
+
+} // namespace raytracer

@@ -1,5 +1,7 @@
 #include "bv/maths/tAreaAABB.h"
 
+#include <string>
+
 #include "Maths/Text.h"
 #include "bv/InvalidArgumentException.h"
 #include "bv/maths/tAreaDisc.h"

@@ -445,22 +445,13 @@ tMatrix4<T> tMatrix4<T>::OrthogonalProjection(T const& left, T const& right, T c
     T const perWidth = T{1} / view.width;
     T const perHeight = T{1} / view.height;
     T const perDepth = T{1} / view.depth;
-    T const values[] = {T{2} * perWidth,
-                        0,
-                        0,
-                        -(left + right) * perWidth, //
-                        0,
-                        T{2} * perHeight,
-                        0,
-                        -(bottom + top) * perHeight, //
-                        0,
-                        0,
-                        T{-2} * perDepth,
-                        -(nearPlane + farPlane) * perDepth,
-                        0,
-                        0,
-                        0,
-                        1};
+    // clang-format off
+    T const values[] = {
+        T{2} * perWidth, 0,                0,                -(left + right) * perWidth,
+        0,               T{2} * perHeight, 0,                -(bottom + top) * perHeight,
+        0,               0,                T{-2} * perDepth, -(nearPlane + farPlane) * perDepth,
+        0,               0,                0,                1};
+    // clang-format on
     return tMatrix4(values, GENERAL);
 }
 
@@ -469,22 +460,13 @@ tMatrix4<T> tMatrix4<T>::PerspectiveProjection(T const& left, T const& right, T 
                                                T const& nearPlane, T const& farPlane)
 {
     View<T> const view(left, right, bottom, top, nearPlane, farPlane, "PerspectiveProjection", 1251);
-    T const values[] = {T{2} * nearPlane / view.width,
-                        0,
-                        (right + left) / view.width,
-                        0, //
-                        0,
-                        T{2} * nearPlane / view.height,
-                        (top + bottom) / view.height,
-                        0, //
-                        0,
-                        0,
-                        -(farPlane + nearPlane) / view.depth,
-                        T{-2} * farPlane * nearPlane / view.depth, //
-                        0,
-                        0,
-                        -1,
-                        0};
+    // clang-format off
+    T const values[] = {
+        T{2} * nearPlane / view.width, 0,                              (right + left) / view.width,          0,
+        0,                             T{2} * nearPlane / view.height, (top + bottom) / view.height,         0,
+        0,                             0,                              -(farPlane + nearPlane) / view.depth, T{-2} * farPlane * nearPlane / view.depth,
+        0,                             0,                              -1,                                   0};
+    // clang-format on
     return tMatrix4(values, GENERAL);
 }
 

@@ -38,7 +38,7 @@ constexpr std::int32_t REFERENCE_PERMUTATION[] = {
 };
 
 /// The permutation twice in a row, so that sums of two entries, and the entry behind, need no wrapping.
-constexpr std::array<std::int32_t, 512> PERMUTATION = []
+constexpr std::array<std::int32_t, 512> PERMUTATION = []()
 {
     std::array<std::int32_t, 512> table{};
     for (std::size_t i = 0; i < table.size(); ++i)
@@ -69,7 +69,7 @@ constexpr unsigned int MAX_OCTAVES = 10;
 
 /// The weight of the first of n octaves, each half as heavy as the one before, for which the weights add up to 1:
 /// 2^(n-1) / (2^n - 1).
-constexpr std::array<float, MAX_OCTAVES + 1> AMPLITUDES = []
+constexpr std::array<float, MAX_OCTAVES + 1> AMPLITUDES = []()
 {
     std::array<float, MAX_OCTAVES + 1> table{1.0F};
     for (std::size_t n = 1; n < table.size(); ++n)

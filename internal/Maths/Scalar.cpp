@@ -28,6 +28,8 @@ float Log2(float x, float precision) noexcept
     float weight = 1.0f;
     if (weight < precision)
         return result;
+    // With a precision of 0 or less the loop never ends; only one with a side effect, such as this read, may do so.
+    float const volatile lastWeight = precision;
     do
     {
         x = x * x;
@@ -37,7 +39,7 @@ float Log2(float x, float precision) noexcept
             x = x * 0.5f;
             result = result + weight;
         }
-    } while (weight >= precision);
+    } while (weight >= lastWeight);
     return result;
 }
 

@@ -1,5 +1,7 @@
 #include "bv/maths/tVolumeAABB.h"
 
+#include <string>
+
 #include "Maths/Text.h"
 #include "bv/InvalidArgumentException.h"
 #include "bv/maths/tMatrix4.h"

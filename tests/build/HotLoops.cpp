@@ -8,6 +8,7 @@
 #include "bv/maths/RNGenerator.h"
 #include "bv/maths/simd/SSERay.h"
 #include "bv/maths/tDepthRay.h"
+#include "bv/maths/tFrustum.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tPlane.h"
 #include "bv/maths/tRay.h"
@@ -76,6 +77,54 @@ T Clip(std::span<tRay<T> const> rays, tVolumeAABB<T> const& box)
 }
 
 template <typename T>
+T ClipSpheres(std::span<tRay<T> const> rays, tVolumeSphere<T> const& sphere)
+{
+    T sum{};
+    for (tRay<T> const& ray : rays)
+    {
+        T tNear{};
+        T tFar{};
+        if (ray.Clip(sphere, tNear, tFar))
+            sum += tNear + tFar;
+    }
+    return sum;
+}
+
+template <typename T>
+T Differentials(std::span<tDepthRay<T, bv::IRayPayloadInternal> const> rays, tVolumeSphere<T> const& sphere)
+{
+    T sum{};
+    for (tDepthRay<T, bv::IRayPayloadInternal> const& ray : rays)
+    {
+        T tNear{};
+        T tFar{};
+        tVector2<T> dNear;
+        tVector2<T> dFar;
+        if (ray.ClipDiff(sphere, tNear, tFar, dNear, dFar))
+            sum += tNear + tFar + dNear.x + dNear.y + dFar.x + dFar.y;
+    }
+    return sum;
+}
+
+template <typename T>
+std::size_t Visible(std::span<tVolumeAABB<T> const> boxes, tFrustum<T> const& view)
+{
+    std::size_t count = 0;
+    for (tVolumeAABB<T> const& box : boxes)
+        count += view.ContainsAABB(box) != tFrustum<T>::OUTSIDE ? 1U : 0U;
+    return count;
+}
+
+template <typename T>
+T Intersections(std::span<tRay<T> const> rays, tPlane<T> const& plane)
+{
+    T sum{};
+    for (tRay<T> const& ray : rays)
+        sum += plane.GetIntersection(ray.origin, ray.direction).x;
+    return sum;
+}
+
+template <typename T>
 T Distances(std::span<tVector3<T> const> points, tPlane<T> const& plane)
 {
     T sum{};
@@ -135,6 +184,15 @@ template std::size_t Spheres(std::span<tVolumeSphere<double> const>, std::span<t
                              tVolumeAABB<double> const&);
 template float Clip(std::span<tRay<float> const>, tVolumeAABB<float> const&);
 template double Clip(std::span<tRay<double> const>, tVolumeAABB<double> const&);
+template float ClipSpheres(std::span<tRay<float> const>, tVolumeSphere<float> const&);
+template double ClipSpheres(std::span<tRay<double> const>, tVolumeSphere<double> const&);
+template float Differentials(std::span<tDepthRay<float, bv::IRayPayloadInternal> const>, tVolumeSphere<float> const&);
+template double Differentials(std::span<tDepthRay<double, bv::IRayPayloadInternal> const>,
+                              tVolumeSphere<double> const&);
+template std::size_t Visible(std::span<tVolumeAABB<float> const>, tFrustum<float> const&);
+template std::size_t Visible(std::span<tVolumeAABB<double> const>, tFrustum<double> const&);
+template float Intersections(std::span<tRay<float> const>, tPlane<float> const&);
+template double Intersections(std::span<tRay<double> const>, tPlane<double> const&);
 template float Distances(std::span<tVector3<float> const>, tPlane<float> const&);
 template double Distances(std::span<tVector3<double> const>, tPlane<double> const&);
 template void Transforms(std::span<tVector3<float>>, tMatrix4<float> const&);

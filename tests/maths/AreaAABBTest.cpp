@@ -115,32 +115,26 @@ constexpr bool KeepsItsSignatures(tAreaAABB<T>& box, tAreaAABB<T> const& constan
     static_assert(std::is_same_v<decltype(constant.Serialise(out)), std::ostream&> &&
                   std::is_same_v<decltype(box.Deserialise(in)), std::istream&>);
     static_assert(std::is_same_v<decltype(box = tAreaAABB<Other<T>>()), Box&>);
-    static_assert(noexcept(constant.IsValid())&& noexcept(constant.Contains(point, true))&& noexcept(constant.DistanceSquared(point))&& noexcept(
-        constant.Distance(
-            point))&& noexcept(constant
-                                   .GetArea())&& noexcept(constant
-                                                              .GetCentre())&& noexcept(constant
-                                                                                           .GetDiagonal())&& noexcept(constant
-                                                                                                                          .Overlaps(
-                                                                                                                              disc))&& noexcept(constant
-                                                                                                                                                    .Split(
-                                                                                                                                                        0,
-                                                                                                                                                        box,
-                                                                                                                                                        box))&& noexcept(constant ==
-                                                                                                                                                                         constant)&& noexcept(constant !=
-                                                                                                                                                                                              constant));
-    static_assert(
-        noexcept(box.GetMin())&& noexcept(box.SetMin(point))&& noexcept(box.Reset())&& noexcept(box.Expand(constant))&& noexcept(
-            box.Expand(
-                point))&& noexcept(box
-                                       .Expand(
-                                           T{}))&& noexcept(box
-                                                                .ExpandAndSignal(
-                                                                    constant))&& noexcept(box
-                                                                                              .ExpandAndSignal(
-                                                                                                  point))&& noexcept(box
-                                                                                                                         .Offset(
-                                                                                                                             T{})));
+    static_assert(noexcept(constant.IsValid()));
+    static_assert(noexcept(constant.Contains(point, true)));
+    static_assert(noexcept(constant.DistanceSquared(point)));
+    static_assert(noexcept(constant.Distance(point)));
+    static_assert(noexcept(constant.GetArea()));
+    static_assert(noexcept(constant.GetCentre()));
+    static_assert(noexcept(constant.GetDiagonal()));
+    static_assert(noexcept(constant.Overlaps(disc)));
+    static_assert(noexcept(constant.Split(0, box, box)));
+    static_assert(noexcept(constant == constant));
+    static_assert(noexcept(constant != constant));
+    static_assert(noexcept(box.GetMin()));
+    static_assert(noexcept(box.SetMin(point)));
+    static_assert(noexcept(box.Reset()));
+    static_assert(noexcept(box.Expand(constant)));
+    static_assert(noexcept(box.Expand(point)));
+    static_assert(noexcept(box.Expand(T{})));
+    static_assert(noexcept(box.ExpandAndSignal(constant)));
+    static_assert(noexcept(box.ExpandAndSignal(point)));
+    static_assert(noexcept(box.Offset(T{})));
     static_assert(!noexcept(constant.GetLength(0)));
     return true;
 }
@@ -232,7 +226,7 @@ TYPED_TEST(AreaAABBTest, CopiesAndMovesTakeTheFourNumbers)
     ExpectBox(copyAssigned, 1, TypeParam{-0.0}, 3, INF<TypeParam>);
 }
 
-TEST(AreaAABBConversionTest, FromDoubleToFloatEachNumberIsRoundedToNearest)
+TEST(AreaAABBConversionTest, NarrowingRoundsEachNumberToNearest)
 {
     // 1 + 2^-24 is a tie that goes to the even 1; 1 + 3 * 2^-24 one that goes to 1 + 2^-22; 2^-150 to 0.
     tAreaAABB<double> const wide({1 + 0x1p-24, 1 + 3 * 0x1p-24}, {-0x1p-150, 0.1});
@@ -243,7 +237,16 @@ TEST(AreaAABBConversionTest, FromDoubleToFloatEachNumberIsRoundedToNearest)
     ExpectBox(assigned, 1.0F, 1 + 0x1p-22F, -0.0F, 0.1F);
 }
 
-TEST(AreaAABBConversionTest, FromFloatToDoubleEachNumberIsKept)
+TEST(AreaAABBConversionTest, NarrowingBeyondTheRangeGivesInfinities)
+{
+    tAreaAABB<double> const wide({-1e300, 1e39}, {1e300, -1e39});
+    ExpectBox(tAreaAABB<float>(wide), -INF<float>, INF<float>, INF<float>, -INF<float>);
+    tAreaAABB<float> assigned;
+    assigned = wide;
+    ExpectBox(assigned, -INF<float>, INF<float>, INF<float>, -INF<float>);
+}
+
+TEST(AreaAABBConversionTest, WideningKeepsEachNumber)
 {
     tAreaAABB<float> const narrow({0.1F, -0.0F}, {0x1p-149F, INF<float>});
     tAreaAABB<double> const constructed = narrow;
@@ -452,7 +455,7 @@ TYPED_TEST(AreaAABBTest, TheDistanceIsZeroInsideAndOnTheEdges)
     ExpectSameBits(box.Distance({3, 2}), TypeParam{0});
 }
 
-TYPED_TEST(AreaAABBTest, OfAnInvertedBoxOnlyTheMinSideCounts)
+TYPED_TEST(AreaAABBTest, BelowMinTheMaxSideIsNotLookedAt)
 {
     tAreaAABB<TypeParam> const box({2, 0}, {-5, 0});
     EXPECT_EQ(box.DistanceSquared({0, 0}), TypeParam{4});  // 2 below min; the 5 above max are not looked at
@@ -635,7 +638,7 @@ TYPED_TEST(AreaAABBTest, ANaNInADiscRejectsNothing)
     EXPECT_FALSE(box.Overlaps(Disc({9, NOT_A_NUMBER<TypeParam>}, TypeParam{1})));
 }
 
-TYPED_TEST(AreaAABBTest, OfAnInvertedBoxOnlyTheMinSideCountsForADisc)
+TYPED_TEST(AreaAABBTest, BelowMinTheMaxSideIsNotLookedAtForADisc)
 {
     using Disc = tAreaDisc<TypeParam>;
     tAreaAABB<TypeParam> const box({2, 0}, {-5, 0});
@@ -951,6 +954,9 @@ TYPED_TEST(AreaAABBTest, AFactorTurnsTheEmptyBoxIntoNaN)
     box.Expand(TypeParam{0});
     TypeParam const nan = NOT_A_NUMBER<TypeParam>;
     ExpectBox(box, nan, nan, nan, nan);
+    tAreaAABB<TypeParam> halfPlane({0, 1}, {INF<TypeParam>, 2});
+    halfPlane.Expand(TypeParam{1});
+    ExpectBox(halfPlane, -INF<TypeParam>, TypeParam(0.5), nan, TypeParam(2.5)); // the centre of x is infinite
 }
 
 TYPED_TEST(AreaAABBTest, AnOffsetMovesEveryEdgeOutward)

@@ -23,6 +23,7 @@
 using bv::maths::tAreaAABB;
 using bv::maths::tAreaDisc;
 using bv::maths::tVector2;
+using bv::test::Bits;
 using bv::test::ExpectSameBits;
 
 namespace
@@ -91,19 +92,17 @@ constexpr bool KeepsItsSignatures(tAreaDisc<T>& disc, tAreaDisc<T> const& consta
                   std::is_same_v<decltype(disc.Deserialise(in)), std::istream&>);
     static_assert(std::is_same_v<decltype(disc = constant), tAreaDisc<T>&> &&
                   std::is_same_v<decltype(disc = tAreaDisc<Other<T>>({0, 0})), tAreaDisc<T>&>);
-    static_assert(noexcept(constant.GetCentre())&& noexcept(disc.SetCentre(point))&& noexcept(disc.SetRadius(T{}))&& noexcept(
-        constant
-            .GetRadiusSquared())&& noexcept(constant
-                                                .GetRadius())&& noexcept(constant
-                                                                             .GetArea())&& noexcept(constant
-                                                                                                        .Contains(
-                                                                                                            point))&& noexcept(constant
-                                                                                                                                   .Overlaps(
-                                                                                                                                       constant))&& noexcept(constant
-                                                                                                                                                                 .Overlaps(
-                                                                                                                                                                     box))&& noexcept(constant ==
-                                                                                                                                                                                      constant)&& noexcept(constant !=
-                                                                                                                                                                                                           constant));
+    static_assert(noexcept(constant.GetCentre()));
+    static_assert(noexcept(disc.SetCentre(point)));
+    static_assert(noexcept(disc.SetRadius(T{})));
+    static_assert(noexcept(constant.GetRadiusSquared()));
+    static_assert(noexcept(constant.GetRadius()));
+    static_assert(noexcept(constant.GetArea()));
+    static_assert(noexcept(constant.Contains(point)));
+    static_assert(noexcept(constant.Overlaps(constant)));
+    static_assert(noexcept(constant.Overlaps(box)));
+    static_assert(noexcept(constant == constant));
+    static_assert(noexcept(constant != constant));
     return true;
 }
 [[maybe_unused]] constexpr auto SINGLE_SIGNATURES = KeepsItsSignatures<float>;
@@ -247,7 +246,7 @@ TYPED_TEST(AreaDiscTest, CopiesAndMovesTakeTheThreeNumbers)
     ExpectDisc(copyAssigned, INF<TypeParam>, 1, TypeParam{-0.0});
 }
 
-TEST(AreaDiscConversionTest, FromDoubleToFloatEachNumberIsRoundedToNearest)
+TEST(AreaDiscConversionTest, NarrowingRoundsEachNumberToNearest)
 {
     // 1 + 2^-24 is a tie that goes to the even 1; 1 + 3 * 2^-24 one that goes to 1 + 2^-22; 2^-150 to 0.
     tAreaDisc<double> const wide({1 + 0x1p-24, -0x1p-150}, 1 + 3 * 0x1p-24);
@@ -258,7 +257,16 @@ TEST(AreaDiscConversionTest, FromDoubleToFloatEachNumberIsRoundedToNearest)
     ExpectDisc(assigned, 1 + 0x1p-22F, 1.0F, -0.0F);
 }
 
-TEST(AreaDiscConversionTest, FromFloatToDoubleEachNumberIsKept)
+TEST(AreaDiscConversionTest, NarrowingBeyondTheRangeGivesInfinities)
+{
+    tAreaDisc<double> const wide({-1e300, 1e39}, 1e300);
+    ExpectDisc(tAreaDisc<float>(wide), INF<float>, -INF<float>, INF<float>);
+    tAreaDisc<float> assigned({9, 9});
+    assigned = wide;
+    ExpectDisc(assigned, INF<float>, -INF<float>, INF<float>);
+}
+
+TEST(AreaDiscConversionTest, WideningKeepsEachNumber)
 {
     tAreaDisc<float> const narrow({0.1F, -0.0F}, 0x1p-149F);
     tAreaDisc<double> const constructed = narrow;
@@ -446,6 +454,16 @@ TYPED_TEST(AreaDiscTest, TheProductOfTheSquaredRadiiOverflowsAndUnderflowsAsItIs
     EXPECT_FALSE(small.Overlaps(tAreaDisc<TypeParam>({std::ldexp(TypeParam(1.75), single ? -40 : -300), 0}, least)));
 }
 
+TEST(AreaDiscOverlapTest, NegativeSquaredRadiiWhoseProductOverflowsOrUnderflowsGiveWhatTheFormulaGives)
+{
+    tAreaDisc<float> const large({0, 0}, -1e30F); // twice the root of an infinite product, less 2e30
+    EXPECT_TRUE(large.Overlaps(large));
+    EXPECT_TRUE(large.Overlaps(tAreaDisc<float>({1e18F, 0}, -1e30F)));
+    tAreaDisc<float> const small({0, 0}, -1e-30F); // the root of -0 is no NaN, and 1e-20 - 1e-30 is above 0
+    EXPECT_TRUE(small.Overlaps(tAreaDisc<float>({0, 0}, 1e-20F)));
+    EXPECT_FALSE(small.Overlaps(small));
+}
+
 TEST(AreaDiscOverlapTest, TheSumOfTheSquaredRadiiIsFormedBeforeTheRootIsAdded)
 {
     // Discs that touch exactly, in numbers that are not exact. In single precision: radii 1923 and 179/16, twice their
@@ -583,12 +601,14 @@ TYPED_TEST(AreaDiscTest, WritingAndReadingKeepsTheSquaredRadiusToTheBit)
     for (int round = 0; round < 1000; ++round)
     {
         std::stringstream stream;
-        using Integer = decltype(bv::test::Bits(TypeParam{}));
-        auto const squaredRadius = std::bit_cast<TypeParam>(static_cast<Integer>(random())); // any bits, NaN included
-        tAreaDisc<TypeParam>({1, 2}, squaredRadius).Serialise(stream);
+        using Integer = decltype(Bits(TypeParam{}));
+        // Any bits, NaN included. A stream computes nothing, so that even the bits of a NaN are the same.
+        auto const bits = round == 0 ? Bits(NOT_A_NUMBER<TypeParam>) + 1 : static_cast<Integer>(random());
+        tAreaDisc<TypeParam>({1, 2}, std::bit_cast<TypeParam>(bits)).Serialise(stream);
         tAreaDisc<TypeParam> disc({7, 7});
         disc.Deserialise(stream);
-        ExpectDisc(disc, squaredRadius, 1, 2);
+        EXPECT_EQ(Bits(disc.GetRadiusSquared()), bits);
+        ExpectSameBits(disc.GetCentre(), {1, 2});
     }
 }
 

@@ -319,6 +319,7 @@ void ExpectReadingBackTheSameBits()
 template <typename V>
 void ExpectAShortStreamToLeaveTheRestAlone()
 {
+    constexpr std::size_t BEGIN_OF_LAST = sizeof(V) - sizeof(Component<V>);
     for (std::size_t length = 0; length < sizeof(V); ++length)
     {
         std::istringstream stream(std::string(length, '\x55'));
@@ -328,6 +329,9 @@ void ExpectAShortStreamToLeaveTheRestAlone()
         value.Deserialise(stream);
         EXPECT_EQ(Hex(Memory(value)), Hex(expected)) << length;
         EXPECT_TRUE(stream.eof() && stream.fail()) << length;
+        // The last component is asked for even when the stream has failed before, and then gets nothing.
+        std::size_t const ofLast = length > BEGIN_OF_LAST ? length - BEGIN_OF_LAST : 0;
+        EXPECT_EQ(stream.gcount(), static_cast<std::streamsize>(ofLast)) << length;
     }
 }
 

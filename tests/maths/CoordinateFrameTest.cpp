@@ -609,12 +609,15 @@ TYPED_TEST(CoordinateFrameTest, KeepsTheCodesThatAShortStreamDoesNotReach)
     EXPECT_EQ(&frame.Deserialise(empty), &empty);
     ExpectCodes(frame, {5, 3, 1});
     EXPECT_TRUE(empty.fail());
+    EXPECT_EQ(empty.gcount(), 0);
     std::istringstream one(std::string(1, '\x0'));
     frame.Deserialise(one);
     ExpectCodes(frame, {0, 3, 1});
+    EXPECT_EQ(one.gcount(), 0); // each code is a read of its own, so the last one gets nothing
     std::istringstream two("\x4\x1");
     frame.Deserialise(two);
     ExpectCodes(frame, {4, 1, 1});
+    EXPECT_EQ(two.gcount(), 0);
     std::istringstream failed("\x1\x2\x3");
     failed.setstate(std::ios::failbit);
     frame.Deserialise(failed);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <random>
 #include <string>
 #include <type_traits>
@@ -107,7 +108,9 @@ TYPED_TEST(DepthRayTest, PromisesItsTypesToTheCompiler)
 
 TYPED_TEST(DepthRayTest, IsZeroByDefault)
 {
-    DepthRay<TypeParam> const ray;
+    alignas(DepthRay<TypeParam>) unsigned char memory[sizeof(DepthRay<TypeParam>)];
+    std::memset(memory, 0xFF, sizeof(memory));
+    DepthRay<TypeParam> const& ray = *new (memory) DepthRay<TypeParam>;
     for (tVector3<TypeParam> const& vector :
          {ray.origin, ray.direction, ray.dOriginDu, ray.dOriginDv, ray.dDirectionDu, ray.dDirectionDv})
         ExpectSameBits(vector, tVector3<TypeParam>());
@@ -159,10 +162,9 @@ TYPED_TEST(DepthRayTest, WithoutDifferentialsTheDerivativesAreZero)
     EXPECT_TRUE(ClipDiff(DepthRay<TypeParam>({0, 0, -5}, {0, 0, 1}), this->unitSphere, hits));
     EXPECT_EQ(hits.tNear, TypeParam{4});
     EXPECT_EQ(hits.tFar, TypeParam{6});
-    EXPECT_EQ(hits.dNear.x, TypeParam{0});
-    EXPECT_EQ(hits.dNear.y, TypeParam{0});
-    EXPECT_EQ(hits.dFar.x, TypeParam{0});
-    EXPECT_EQ(hits.dFar.y, TypeParam{0});
+    // db = 0 + 0, ds = (-10 * 0 - 2 * 0) * 0.5 = -0; -0 - -0 is 0, and -0 + -0 is -0.
+    TypeParam const zero{0};
+    this->ExpectHits(hits, 4, 6, {zero, zero}, {-zero, -zero});
 }
 
 TYPED_TEST(DepthRayTest, DerivativesFollowTheOriginAndTheDirection)

@@ -436,6 +436,16 @@ TYPED_TEST(Differential3Test, TransformMultipliesByTheReciprocalOfTheWeight)
     EXPECT_NE(differential.Transformed(tMatrix4<T>(), tVector3<T>(), 3)[0].x, T{5} / T{3});
 }
 
+TYPED_TEST(Differential3Test, TransformSubtractsBeforeItMultipliesByTheReciprocal)
+{
+    using T = TypeParam;
+    T const third = T{1} / T{3};
+    tMatrix4<T> const matrix(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 1, 0, 1); // s = d.y
+    ExpectIs(tDifferential3<T>({7, 1, 0}, {7, 1, 0}).Transformed(matrix, {1, 0, 0}, 3), {6 * third, third, 0},
+             {6 * third, third, 0});
+    EXPECT_NE(6 * third, 7 * third - third); // one step beside it
+}
+
 TYPED_TEST(Differential3Test, TransformReadsTheFourthRowWhateverTheStateSays)
 {
     using T = TypeParam;

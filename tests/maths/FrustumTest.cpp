@@ -348,14 +348,26 @@ TYPED_TEST(FrustumTest, ANaNDistanceNeitherRejectsNorStraddles)
 
 TYPED_TEST(FrustumTest, ANegativeZeroInANormalPicksTheUpperBound)
 {
-    // The right plane's normal is (-1, -0, -0). With the upper bound of y, +infinity, its distance is NaN and rejects
-    // nothing; with the lower one it would be -5 + 1.
-    TypeParam const minusZero = -TypeParam{0};
-    tFrustum<TypeParam> const frustum{
-        tMatrix4<TypeParam>(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, minusZero, minusZero, minusZero, 1)};
+    // The plane on the upper side of an axis has a normal of -1 along it and -0 across. With the upper bound of another
+    // axis, +infinity, its distance is NaN and rejects nothing; with the lower one, it would be -5 + 1.
+    using T = TypeParam;
+    T const minusZero = -T{0};
+    tFrustum<T> const frustum{tMatrix4<T>(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, minusZero, minusZero, minusZero, 1)};
     this->Expect(frustum.GetRightPlane(), {-1, minusZero, minusZero}, 1);
-    EXPECT_EQ(frustum.ContainsAABB({{5, 0, 0}, {6, this->INFINITE, 0}}), tFrustum<TypeParam>::INTERSECTING);
-    EXPECT_EQ(frustum.ContainsAABB({{5, 0, 0}, {6, 1, 0}}), tFrustum<TypeParam>::OUTSIDE);
+    this->Expect(frustum.GetTopPlane(), {minusZero, -1, minusZero}, 1);
+    this->Expect(frustum.GetFarPlane(), {minusZero, minusZero, -1}, 1);
+    for (std::size_t beyond = 0; beyond < 3; ++beyond)
+        for (std::size_t across = 0; across < 3; ++across)
+        {
+            if (across == beyond)
+                continue;
+            tVolumeAABB<T> box({0, 0, 0}, {0, 0, 0});
+            box.GetMin()[beyond] = 5;
+            box.GetMax()[beyond] = 6;
+            EXPECT_EQ(frustum.ContainsAABB(box), tFrustum<T>::OUTSIDE);
+            box.GetMax()[across] = this->INFINITE;
+            EXPECT_EQ(frustum.ContainsAABB(box), tFrustum<T>::INTERSECTING);
+        }
 }
 
 TYPED_TEST(FrustumTest, AgreesWithTheEightCornersOfRandomBoxes)
@@ -490,6 +502,12 @@ TYPED_TEST(FrustumTest, IntersectNearAlongTheNearPlaneThrowsAsThePlaneDoes)
     auto const intersect = [this] { static_cast<void>(this->camera.IntersectNear({{0, 0, 0}, {1, 1, 0}})); };
     std::string const type = bv::test::TYPE_NAME<TypeParam>;
     ExpectThrows<DivideByZeroException>(intersect, "Direction is parallel to the plane",
+                                        "bv::maths::tPlane<" + type + ">::GetIntersection", "internal\\Maths\\Plane",
+                                        157);
+    // Every ray runs along a near plane of zeros.
+    tFrustum<TypeParam> const zeros;
+    auto const intersectZeros = [&] { static_cast<void>(zeros.IntersectNear({{0, 0, 0}, {0, 0, -1}})); };
+    ExpectThrows<DivideByZeroException>(intersectZeros, "Direction is parallel to the plane",
                                         "bv::maths::tPlane<" + type + ">::GetIntersection", "internal\\Maths\\Plane",
                                         157);
 }

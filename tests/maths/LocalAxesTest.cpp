@@ -102,6 +102,21 @@ TEST(LocalAxesTest, TheFirstAxisIsTheNormalisedProductOfTheNormalAndTheSecond)
     EXPECT_NEAR(first.z, -0.8 / std::sqrt(26.0), 1e-7);
 }
 
+TEST(LocalAxesTest, TheReciprocalIsRoundedAndTheProductTakesTheNormalisedSecond)
+{
+    // Squared length 7*7 + 2*2 = 53; the product with (0, -7, 2) before its normalisation is (53, -2, -7).
+    float const reciprocal = 1.0F / std::sqrt(53.0F);
+    float const y = -7.0F * reciprocal;
+    float const z = 2.0F * reciprocal;
+    Vector const product(2.0F * z - 7.0F * y, -z, y);
+    float const scale = 1.0F / std::sqrt(product.x * product.x + product.y * product.y + product.z * product.z);
+    Axes const axes = AxesOf({1, 2, 7});
+    ExpectSameBits(axes.second, Vector(0.0F, y, z));
+    ExpectSameBits(axes.first, Vector(product.x * scale, product.y * scale, product.z * scale));
+    EXPECT_NE(axes.second.y, -7.0F / std::sqrt(53.0F));
+    EXPECT_NE(axes.first.x, 53.0F * (1.0F / std::sqrt(2862.0F))); // 53^2 + 2^2 + 7^2
+}
+
 TEST(LocalAxesTest, TiesGoToXBeforeYAndToYBeforeZ)
 {
     float const tilted = 1.0F / std::sqrt(2.0F);

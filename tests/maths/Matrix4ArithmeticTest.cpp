@@ -12,6 +12,7 @@
 
 #include "bv/maths/MatrixException.h"
 #include "bv/maths/tMatrix4.h"
+#include "support/Allocations.h"
 #include "support/MatrixBits.h"
 #include "support/Throws.h"
 
@@ -588,6 +589,88 @@ TYPED_TEST(Matrix4ArithmeticTest, TheDeterminantOfTheDiagonalIsComparedWithTheTo
         ExpectValues<TypeParam>(diagonal * turn, {0, -1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, corner}, state);
         ExpectValues<TypeParam>(turn * diagonal, {0, -1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, corner}, state);
     }
+}
+
+TYPED_TEST(Matrix4ArithmeticTest, InPlaceTheDeterminantOfTheDiagonalIsComparedWithTheTolerance)
+{
+    TypeParam const near = 1 + 50 * std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const far = 1 + 51 * std::numeric_limits<TypeParam>::epsilon();
+    // Its diagonal is all ones, so that scaling it leaves the determinant of the other as it is.
+    tMatrix4<TypeParam> const shear =
+        MakeMatrix<TypeParam>({1, 2, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, ORTHONORMAL);
+    for (auto const& [m44, state] : {std::pair(near, ORTHONORMAL), std::pair(far, GENERAL)})
+    {
+        tMatrix4<TypeParam> const diagonal = MakeMatrix(Diagonal<TypeParam>(1, 1, 1, m44), DIAGONAL);
+        TypeParam const corner = state == ORTHONORMAL ? TypeParam{1} : m44;
+        Elements<TypeParam> const product = {1, 2, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, corner};
+        tMatrix4<TypeParam> left(diagonal);
+        left *= shear;
+        ExpectMatrix(left, product, state);
+        tMatrix4<TypeParam> right(shear);
+        right *= diagonal;
+        ExpectMatrix(right, product, state);
+    }
+}
+
+TYPED_TEST(Matrix4ArithmeticTest, ADiagonalWhoseDeterminantIsMinusOneOrNaNMakesAProductGeneral)
+{
+    using M = tMatrix4<TypeParam>;
+    M const mirror = M::Scale(tVector3<TypeParam>(-1, 1, 1));
+    M const unknown = MakeMatrix(Diagonal<TypeParam>(1, 1, 1, std::numeric_limits<TypeParam>::quiet_NaN()), DIAGONAL);
+    M const turn(0, -1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
+    M const shear = MakeMatrix<TypeParam>({1, 2, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, ORTHONORMAL);
+    ASSERT_EQ(StateOf(turn), ORTHONORMAL);
+    for (M const& diagonal : {mirror, unknown})
+        for (M const& labelled : {turn, shear}) // in place, only the shear keeps the determinant of a scaled diagonal
+        {
+            EXPECT_EQ(StateOf(diagonal * labelled), GENERAL);
+            EXPECT_EQ(StateOf(labelled * diagonal), GENERAL);
+            M left(diagonal);
+            left *= labelled;
+            EXPECT_EQ(StateOf(left), GENERAL);
+            M right(labelled);
+            right *= diagonal;
+            EXPECT_EQ(StateOf(right), GENERAL);
+        }
+    ExpectValues<TypeParam>(mirror * turn, {0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, GENERAL);
+    ExpectValues<TypeParam>(turn * mirror, {0, -1, 0, 0, -1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, GENERAL);
+}
+
+TYPED_TEST(Matrix4ArithmeticTest, NoOperationAllocates)
+{
+    // The same in every state: of determinant 1 for GENERAL, and not singular in any.
+    Elements<TypeParam> const elements = {1, 0, 0, 2, 0, 1, 0, 3, 0, 0, 1, 4, 0, 0, 0, 1};
+    for (std::uint32_t const stateA : STATES)
+        for (std::uint32_t const stateB : STATES)
+        {
+            tMatrix4<TypeParam> a = MakeMatrix(elements, stateA);
+            tMatrix4<TypeParam> const b = MakeMatrix(elements, stateB);
+            tVector3<TypeParam> vector(1, 0, 0);
+            tMatrix4<TypeParam> result;
+            TypeParam determinant = 0;
+            EXPECT_EQ(CountAllocations(
+                          [&]
+                          {
+                              result = a * b;
+                              result = a + b;
+                              result = a - b;
+                              result = a.Transposed();
+                              result = a.Inverted();
+                              determinant = a.Determinant();
+                              vector = vector.Transformed(a).TransformedAsVector(a);
+                              vector.Transform(a).TransformAsVector(a);
+                              result = a;
+                              result.Transpose();
+                              result = a;
+                              result.Invert();
+                              result *= b;
+                              result += b;
+                              result -= b;
+                          }),
+                      0u);
+            EXPECT_EQ(determinant, TypeParam{1});
+        }
+    EXPECT_EQ(CountAllocations([] { delete new int(1); }), 1u); // allocations are counted
 }
 
 TYPED_TEST(Matrix4ArithmeticTest, OtherProductsWithADiagonalAreClassified)

@@ -156,6 +156,29 @@ TYPED_TEST(Matrix4BuildersTest, ANonFiniteAngleGivesNonFiniteElements)
 
 // Rotation about a line
 
+TYPED_TEST(Matrix4BuildersTest, RotationAboutALineOfNaNGivesNaNElements)
+{
+    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    for (tVector3<TypeParam> const& broken : {tVector3<TypeParam>(nan, 2, 3), {1, nan, 3}, {1, 2, nan}})
+    {
+        // A point enters the fourth column alone, a direction the 3x3, too.
+        tMatrix4<TypeParam> const shifted = tMatrix4<TypeParam>::RotateAxis(broken, {3, 2, 1}, 1);
+        tMatrix4<TypeParam> const turned = tMatrix4<TypeParam>::RotateAxis({1, 2, 3}, broken, 1);
+        for (std::size_t row = 0; row < 3; ++row)
+        {
+            for (std::size_t column = 0; column < 3; ++column)
+            {
+                EXPECT_TRUE(std::isfinite(shifted[4 * row + column]));
+                EXPECT_TRUE(std::isnan(turned[4 * row + column]));
+            }
+            EXPECT_TRUE(std::isnan(shifted[4 * row + 3]));
+            EXPECT_TRUE(std::isnan(turned[4 * row + 3]));
+        }
+        EXPECT_EQ(StateOf(shifted), ORTHONORMAL);
+        EXPECT_EQ(StateOf(turned), ORTHONORMAL);
+    }
+}
+
 TYPED_TEST(Matrix4BuildersTest, RotationAboutALineIsTheFormulaOfRodrigues)
 {
     constexpr unsigned int SEED = 27182;

@@ -17,6 +17,7 @@
 
 #include "support/MatrixBits.h"
 #include "support/SameBits.h"
+#include "support/Streams.h"
 
 using bv::maths::IsEqual;
 using bv::maths::tMatrix4;
@@ -77,7 +78,13 @@ class Storage
 public:
     /// A default matrix at this distance.
     tMatrix4<T>& Place(std::size_t distance) { return *new (bytes + distance) tMatrix4<T>(); }
-    /// The same, with every byte then set to zero.
+    /// A matrix constructed from these arguments at this distance.
+    template <typename... Arguments>
+    tMatrix4<T>& Construct(std::size_t distance, Arguments const&... arguments)
+    {
+        return *new (bytes + distance) tMatrix4<T>(arguments...);
+    }
+    /// The same as Place(), with every byte then set to zero.
     tMatrix4<T>& PlaceZeros(std::size_t distance)
     {
         tMatrix4<T>& matrix = Place(distance);
@@ -375,6 +382,36 @@ TYPED_TEST(Matrix4Test, ElementsAreAlignedWhateverTheAlignmentOfTheObject)
     }
 }
 
+TYPED_TEST(Matrix4Test, EveryConstructorAlignsTheElements)
+{
+    using T = TypeParam;
+    using V = tVector3<T>;
+    Elements<T> const values = Ramp<T>(1, 1);
+    Elements<Other<T>> const otherValues = Ramp<Other<T>>(1, 1);
+    tMatrix4<T> const matrix(values.data());
+    tMatrix4<Other<T>> const otherMatrix(otherValues.data());
+    for (std::size_t const distance : {std::size_t{0}, std::size_t{8}})
+    {
+        Storage<T> storage;
+        auto const expectAligned = [&](tMatrix4<T> const& m, Elements<T> const& elements, std::uint32_t state)
+        {
+            ASSERT_EQ(reinterpret_cast<std::uintptr_t>(&m) % 16, distance);
+            EXPECT_TRUE(IsAlignedInside(m));
+            ExpectMatrix(m, elements, state);
+        };
+        expectAligned(storage.Construct(distance), IDENTITY_ELEMENTS<T>, IDENTITY);
+        expectAligned(storage.Construct(distance, T{1}, T{2}, T{3}, T{4}, T{5}, T{6}, T{7}, T{8}, T{9}, T{10}, T{11},
+                                        T{12}, T{13}, T{14}, T{15}, T{16}),
+                      values, GENERAL);
+        expectAligned(storage.Construct(distance, values.data()), values, GENERAL);
+        expectAligned(storage.Construct(distance, V(1, 2, 3), V(4, 5, 6), V(7, 8, 9)),
+                      {1, 4, 7, 0, 2, 5, 8, 0, 3, 6, 9, 0, 0, 0, 0, 1}, GENERAL);
+        expectAligned(storage.Construct(distance, matrix), values, GENERAL);
+        expectAligned(storage.Construct(distance, otherMatrix), values, GENERAL);
+        expectAligned(storage.Construct(distance, otherValues.data()), values, GENERAL);
+    }
+}
+
 TYPED_TEST(Matrix4Test, AMatrixSurvivesTheGrowthOfItsContainer)
 {
     std::vector<tMatrix4<TypeParam>> matrices;
@@ -475,6 +512,27 @@ TYPED_TEST(Matrix4Test, ZeroFilledMemoryIsRepairedByInvertAndTranspose)
     tMatrix4<TypeParam> const& transposed = *std::launder(reinterpret_cast<tMatrix4<TypeParam>*>(&storage));
     EXPECT_TRUE(IsAlignedInside(transposed));
     ExpectMatrix(transposed, Elements<TypeParam>{}, IDENTITY);
+}
+
+TYPED_TEST(Matrix4Test, AClearedPointerIsRepairedByInvertAndTransposeInOtherStates)
+{
+    for (std::uint32_t const state : {ORTHONORMAL, GENERAL})
+        for (bool const inverts : {false, true})
+        {
+            Storage<TypeParam> storage;
+            tMatrix4<TypeParam>& m = storage.Place(0);
+            m = MakeMatrix(QuarterTurn<TypeParam>(), state);
+            std::memset(reinterpret_cast<char*>(&m) + sizeof(void*), 0, sizeof(void*));
+            ASSERT_EQ(m.Get(), nullptr);
+            if (inverts)
+                m.Invert();
+            else
+                m.Transpose();
+            ASSERT_TRUE(IsAlignedInside(m));
+            // The elements are where they were, and both turn the turn back.
+            tMatrix4<TypeParam> expected = MakeMatrix(QuarterTurn<TypeParam>(), state);
+            ExpectValues(m, ElementsOf(expected.Transpose()), state);
+        }
 }
 
 // Classification of elements
@@ -987,6 +1045,19 @@ TEST(Matrix4BinaryFormTest, TheBytesOfTheDefaultMatrixAreThese)
     std::string const wideOneAndZeros = std::string("\0\0\0\0\0\0\xF0\x3F", 8) + std::string(32, '\0');
     EXPECT_EQ(twice.str(),
               wideOneAndZeros + wideOneAndZeros + wideOneAndZeros + std::string("\0\0\0\0\0\0\xF0\x3F\0\0\0\0", 12));
+}
+
+TYPED_TEST(Matrix4Test, TheBinaryFormIsABlockOfElementsAndABlockOfTheState)
+{
+    RecordingBuffer buffer;
+    std::iostream stream(&buffer);
+    tMatrix4<TypeParam> m;
+    std::vector<std::streamsize> const blocks = {16 * sizeof(TypeParam), 4};
+    m.Serialise(stream);
+    EXPECT_EQ(buffer.sizes, blocks);
+    buffer.sizes.clear();
+    m.Deserialise(stream);
+    EXPECT_EQ(buffer.sizes, blocks);
 }
 
 TYPED_TEST(Matrix4Test, SerialiseWritesTheStateAsItStands)

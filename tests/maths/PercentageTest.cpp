@@ -142,6 +142,7 @@ constexpr bool CHANGES_IN_PLACE = requires(P p, R r)
 };
 static_assert(CHANGES_IN_PLACE<Percentage&, int> && CHANGES_IN_PLACE<Percentage&, Percentage>);
 static_assert(!CHANGES_IN_PLACE<Percentage&, float> && !CHANGES_IN_PLACE<Percentage&, double>);
+static_assert(CHANGES_IN_PLACE<Percentage&, U64> && CHANGES_IN_PLACE<Percentage&, long long>);
 static_assert(!CHANGES_IN_PLACE<Percentage const&, int>);
 
 // A floating-point number, and any number on the left, works on the ratio.

@@ -153,6 +153,13 @@ TYPED_TEST(PlaneTest, MultipliesTheNormalByTheReciprocalLengthAndDividesTheOffse
     TypeParam const below = 1 - this->EPSILON / 2;
     this->Expect({{0, n, 0}, n}, {0, below, 0}, 1);
     this->Expect({{0, 0, -n}, -n}, {0, 0, -below}, -1);
+    tPlane<TypeParam> plane;
+    plane.Set({0, n, 0}, n);
+    this->Expect(plane, {0, below, 0}, 1);
+    TypeParam const values[] = {0, 0, n, -n};
+    this->Expect(tPlane<TypeParam>(values), {0, 0, below}, -1);
+    plane = values;
+    this->Expect(plane, {0, 0, below}, -1);
 }
 
 TYPED_TEST(PlaneTest, SumsTheSquaredLengthFromXToZ)
@@ -379,6 +386,8 @@ TYPED_TEST(PlaneTest, IntersectionOfALineFromThePlaneIsItsPoint)
 {
     tPlane<TypeParam> const plane({0, 0, 1}, -2);
     ExpectSameBits(plane.GetIntersection({5, 7, 2}, {3, 1, 8}), {5, 7, 2});
+    TypeParam const zero{0}; // t = -0, and -0 + -0 * 3 is -0
+    ExpectSameBits(plane.GetIntersection({-zero, 7, 2}, {3, 1, 8}), {-zero, 7, 2});
 }
 
 TYPED_TEST(PlaneTest, IntersectionRefusesADirectionAlongThePlane)
@@ -433,6 +442,7 @@ TYPED_TEST(PlaneTest, IntersectionSumsFromXToZ)
     EXPECT_NO_THROW(static_cast<void>(plane.GetIntersection({0, 0, 0}, {huge, -huge, 1})));
     // The distance of the point: (huge + 1) - huge is 0, and so the point itself is the result.
     ExpectSameBits(plane.GetIntersection({huge, 1, -huge}, {0, 0, 2}), {huge, 1, -huge});
+    ExpectSameBits(plane.GetIntersection({1, huge, -huge}, {2, 0, 0}), {1, huge, -huge});
     // The offset comes last: (1 - huge) + huge is 0.
     auto const distant = this->Raw({1, 1, 1}, huge);
     ExpectSameBits(distant.GetIntersection({1, -huge, 0}, {0, 2, 0}), {1, -huge, 0});
@@ -457,6 +467,22 @@ TYPED_TEST(PlaneTest, EqualityIsTolerantInEachComponent)
     EXPECT_FALSE(plane != this->Raw({near, near, near}, near));
     for (tPlane<T> const& other :
          {this->Raw({far, 1, 1}, 1), this->Raw({1, far, 1}, 1), this->Raw({1, 1, far}, 1), this->Raw({1, 1, 1}, far)})
+    {
+        EXPECT_FALSE(plane == other);
+        EXPECT_TRUE(plane != other);
+    }
+}
+
+TYPED_TEST(PlaneTest, EqualityToleratesSmallDifferencesOfAnySteps)
+{
+    using T = TypeParam;
+    T const near = this->PARALLEL / 2; // very many steps from 0
+    T const far = this->PARALLEL;      // not below the tolerance any more
+    tPlane<T> const plane;
+    EXPECT_TRUE(plane == this->Raw({near, -near, near}, -near));
+    EXPECT_FALSE(plane != this->Raw({near, -near, near}, -near));
+    for (tPlane<T> const& other :
+         {this->Raw({far, 0, 0}, 0), this->Raw({0, far, 0}, 0), this->Raw({0, 0, far}, 0), this->Raw({0, 0, 0}, far)})
     {
         EXPECT_FALSE(plane == other);
         EXPECT_TRUE(plane != other);

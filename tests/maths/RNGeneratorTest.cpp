@@ -35,7 +35,7 @@ static_assert(sizeof(RNGenerator) == 16 + 3 * sizeof(int(RNGenerator::*)()));
 static_assert(std::is_nothrow_default_constructible_v<RNGenerator>);
 static_assert(std::is_nothrow_constructible_v<RNGenerator, unsigned int>);
 static_assert(std::is_nothrow_copy_constructible_v<RNGenerator> && std::is_nothrow_copy_assignable_v<RNGenerator>);
-static_assert(!std::is_convertible_v<unsigned int, RNGenerator>);
+static_assert(std::is_convertible_v<unsigned int, RNGenerator>);
 static_assert(std::is_same_v<decltype(&RNGenerator::SetSeed), RNGenerator& (RNGenerator::*)(unsigned int) noexcept>);
 static_assert(std::is_same_v<decltype(&RNGenerator::GetInteger), unsigned int (RNGenerator::*)() noexcept>);
 static_assert(std::is_same_v<decltype(&RNGenerator::GetFloat), float (RNGenerator::*)() noexcept>);

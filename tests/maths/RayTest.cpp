@@ -3,7 +3,9 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <limits>
+#include <new>
 #include <random>
 #include <string>
 #include <type_traits>
@@ -140,7 +142,9 @@ TYPED_TEST(RayTest, PromisesItsTypesToTheCompiler)
 
 TYPED_TEST(RayTest, IsZeroByDefault)
 {
-    tRay<TypeParam> const ray;
+    alignas(tRay<TypeParam>) unsigned char memory[sizeof(tRay<TypeParam>)];
+    std::memset(memory, 0xFF, sizeof(memory));
+    tRay<TypeParam> const& ray = *new (memory) tRay<TypeParam>;
     ExpectSameBits(ray.origin, tVector3<TypeParam>());
     ExpectSameBits(ray.direction, tVector3<TypeParam>());
 }
@@ -206,6 +210,39 @@ TYPED_TEST(RayTest, ATouchedSphereGivesOneParameterTwice)
     EXPECT_EQ(tFar, TypeParam{5});
     TypeParam const steps = std::numeric_limits<TypeParam>::epsilon() / 2;
     EXPECT_FALSE(this->Ray({1, 0, 0}, {0, 0, 1}).Clip(tVolumeSphere<TypeParam>({0, 0, 0}, 1 - steps), tNear, tFar));
+}
+
+TYPED_TEST(RayTest, ASphereThatTheOriginTouchesSidewaysGivesPositiveZeros)
+{
+    TypeParam const zero{0};
+    TypeParam tNear = 7;
+    TypeParam tFar = 7;
+    // b = -0 and s = 0: -b - s = 0 - 0, s - b = 0 - -0.
+    EXPECT_TRUE(this->Ray({1, 0, 0}, {-zero, -zero, -1}).Clip(tVolumeSphere<TypeParam>({0, 0, 0}, 1), tNear, tFar));
+    ExpectSameBits(tNear, zero);
+    ExpectSameBits(tFar, zero);
+}
+
+TYPED_TEST(RayTest, ASphereWithoutARadiusIsHitThroughItsCentre)
+{
+    TypeParam tNear = 7;
+    TypeParam tFar = 7;
+    EXPECT_TRUE(this->Ray({0, 0, -5}, {0, 0, 1}).Clip(tVolumeSphere<TypeParam>({0, 0, 0}, 0), tNear, tFar));
+    EXPECT_EQ(tNear, TypeParam{5});
+    EXPECT_EQ(tFar, TypeParam{5});
+}
+
+TYPED_TEST(RayTest, ARayWithoutADirectionHitsASphereAroundItsOriginOnly)
+{
+    TypeParam tNear = 7;
+    TypeParam tFar = 8;
+    auto const ray = this->Ray({3, 0, 0}, {0, 0, 0});
+    EXPECT_FALSE(ray.Clip(tVolumeSphere<TypeParam>({0, 0, 0}, 4), tNear, tFar));
+    EXPECT_EQ(tNear, TypeParam{7});
+    EXPECT_EQ(tFar, TypeParam{8});
+    EXPECT_TRUE(ray.Clip(tVolumeSphere<TypeParam>({0, 0, 0}, 25), tNear, tFar)); // b = 0, s = 4
+    EXPECT_EQ(tNear, TypeParam{-4});
+    EXPECT_EQ(tFar, TypeParam{4});
 }
 
 TYPED_TEST(RayTest, ADirectionThatIsNoUnitVectorIsTakenAsItIs)

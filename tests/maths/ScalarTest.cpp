@@ -10,6 +10,11 @@
 #include "ScalarValues.h"
 #include "support/SameBits.h"
 
+#if !defined _WIN32
+#include <csignal>
+#include <unistd.h>
+#endif
+
 namespace
 {
 
@@ -273,6 +278,15 @@ TEST(Log2Test, APrecisionOfNaNGivesOneDigit)
 {
     ExpectSameBits(Log2(3.0f, QUIET_NAN<float>), 1.5f); // 1 < NaN is false, and so is 0.5 >= NaN
 }
+
+#if !defined _WIN32
+TEST(Log2DeathTest, WithAPrecisionOfZeroOrLessNeverEnds)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    for (float const precision : {0.0f, -1.0f})
+        EXPECT_EXIT(alarm(1); static_cast<void>(Log2(3.0f, precision)), testing::KilledBySignal(SIGALRM), "");
+}
+#endif
 
 TEST(Log2Test, AgreesWithExactArithmetic)
 {

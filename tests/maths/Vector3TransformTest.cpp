@@ -184,7 +184,7 @@ TYPED_TEST(Vector3TransformTest, ADiagonalScalesByTheReciprocalInThisOrder)
 
 TYPED_TEST(Vector3TransformTest, TheReciprocalMultipliesTheElementBeforeTheComponentDoes)
 {
-    // q * m11 is 1 here, while x * q and x * m11 overflow or vanish.
+    // q * m11 is 1 here, while x * q overflows.
     TypeParam const huge = std::ldexp(TypeParam{1}, std::numeric_limits<TypeParam>::max_exponent - 10);
     TypeParam const small = std::ldexp(TypeParam{1}, -15);
     tMatrix4<TypeParam> const m = MakeMatrix(Diagonal<TypeParam>(small, small, small, small), DIAGONAL);
@@ -286,7 +286,7 @@ TYPED_TEST(Vector3TransformTest, AnInfiniteWGivesZero)
 
 TYPED_TEST(Vector3TransformTest, TheReciprocalOfWIsMultipliedInNotDividedBy)
 {
-    // 1/49 rounds, so that 49 * (1/49) is not 1 in either precision: with a division it would be.
+    // 1 / w rounds, so that w * (1 / w) is not 1: with a division it would be.
     TypeParam const w = std::is_same_v<TypeParam, float> ? TypeParam{41} : TypeParam{49};
     ASSERT_NE(w * (1 / w), TypeParam{1});
     tMatrix4<TypeParam> const m = MakeMatrix(Diagonal<TypeParam>(1, 1, 1, w), GENERAL);

@@ -140,34 +140,28 @@ constexpr bool KeepsItsSignatures(tVolumeAABB<T>& box, tVolumeAABB<T> const& con
     static_assert(std::is_same_v<decltype(constant.Serialise(out)), std::ostream&> &&
                   std::is_same_v<decltype(box.Deserialise(in)), std::istream&>);
     static_assert(std::is_same_v<decltype(box = tVolumeAABB<Other<T>>()), Box&>);
-    static_assert(noexcept(constant.IsValid())&& noexcept(constant.Contains(point, true))&& noexcept(constant.DistanceSquared(point))&& noexcept(
-        constant.Distance(
-            point))&& noexcept(constant
-                                   .GetVolume())&& noexcept(constant
-                                                                .GetCentre())&& noexcept(constant
-                                                                                             .GetDiagonal())&& noexcept(constant
-                                                                                                                            .Overlaps(
-                                                                                                                                sphere))&& noexcept(constant
-                                                                                                                                                        .Split(
-                                                                                                                                                            0,
-                                                                                                                                                            box,
-                                                                                                                                                            box))&& noexcept(constant ==
-                                                                                                                                                                             constant)&& noexcept(constant !=
-                                                                                                                                                                                                  constant)&& noexcept(constant *
-                                                                                                                                                                                                                       matrix)&& noexcept(box *=
-                                                                                                                                                                                                                                          matrix));
-    static_assert(
-        noexcept(box.GetMin())&& noexcept(box.SetMin(point))&& noexcept(box.Reset())&& noexcept(box.Expand(constant))&& noexcept(
-            box.Expand(
-                point))&& noexcept(box
-                                       .Expand(
-                                           T{}))&& noexcept(box
-                                                                .ExpandAndSignal(
-                                                                    constant))&& noexcept(box
-                                                                                              .ExpandAndSignal(
-                                                                                                  point))&& noexcept(box
-                                                                                                                         .Offset(
-                                                                                                                             T{})));
+    static_assert(noexcept(constant.IsValid()));
+    static_assert(noexcept(constant.Contains(point, true)));
+    static_assert(noexcept(constant.DistanceSquared(point)));
+    static_assert(noexcept(constant.Distance(point)));
+    static_assert(noexcept(constant.GetVolume()));
+    static_assert(noexcept(constant.GetCentre()));
+    static_assert(noexcept(constant.GetDiagonal()));
+    static_assert(noexcept(constant.Overlaps(sphere)));
+    static_assert(noexcept(constant.Split(0, box, box)));
+    static_assert(noexcept(constant == constant));
+    static_assert(noexcept(constant != constant));
+    static_assert(noexcept(constant * matrix));
+    static_assert(noexcept(box *= matrix));
+    static_assert(noexcept(box.GetMin()));
+    static_assert(noexcept(box.SetMin(point)));
+    static_assert(noexcept(box.Reset()));
+    static_assert(noexcept(box.Expand(constant)));
+    static_assert(noexcept(box.Expand(point)));
+    static_assert(noexcept(box.Expand(T{})));
+    static_assert(noexcept(box.ExpandAndSignal(constant)));
+    static_assert(noexcept(box.ExpandAndSignal(point)));
+    static_assert(noexcept(box.Offset(T{})));
     static_assert(!noexcept(constant.GetLength(0)) && !noexcept(constant.GetArea(0)));
     return true;
 }
@@ -246,7 +240,7 @@ TYPED_TEST(VolumeAABBTest, CopiesAndMovesTakeTheSixNumbers)
         ExpectBox(box, {1, TypeParam{-0.0}, 2}, {3, INF<TypeParam>, 4});
 }
 
-TEST(VolumeAABBConversionTest, FromDoubleToFloatEachNumberIsRoundedToNearest)
+TEST(VolumeAABBConversionTest, NarrowingRoundsEachNumberToNearest)
 {
     // 1 + 2^-24 is a tie that goes to the even 1; 1 + 3 * 2^-24 one that goes to 1 + 2^-22; 2^-150 to 0.
     tVolumeAABB<double> const wide({1 + 0x1p-24, 1 + 3 * 0x1p-24, 7}, {-0x1p-150, 0.1, INF<double>});
@@ -257,7 +251,17 @@ TEST(VolumeAABBConversionTest, FromDoubleToFloatEachNumberIsRoundedToNearest)
     ExpectBox(assigned, {1.0F, 1 + 0x1p-22F, 7.0F}, {-0.0F, 0.1F, INF<float>});
 }
 
-TEST(VolumeAABBConversionTest, FromFloatToDoubleEachNumberIsKept)
+TEST(VolumeAABBConversionTest, NarrowingBeyondTheRangeGivesInfinities)
+{
+    tVolumeAABB<double> const wide({-1e300, 1e39, -1e39}, {1e300, -1e39, 1e39});
+    float const inf = INF<float>;
+    ExpectBox(tVolumeAABB<float>(wide), {-inf, inf, -inf}, {inf, -inf, inf});
+    tVolumeAABB<float> assigned;
+    assigned = wide;
+    ExpectBox(assigned, {-inf, inf, -inf}, {inf, -inf, inf});
+}
+
+TEST(VolumeAABBConversionTest, WideningKeepsEachNumber)
 {
     tVolumeAABB<float> const narrow({0.1F, -0.0F, 7.0F}, {0x1p-149F, INF<float>, 8.0F});
     tVolumeAABB<double> const constructed = narrow;
@@ -423,7 +427,7 @@ TYPED_TEST(VolumeAABBTest, TheDistanceIsSummedFromXToZ)
     }
 }
 
-TYPED_TEST(VolumeAABBTest, OfAnInvertedBoxOnlyTheMinSideCounts)
+TYPED_TEST(VolumeAABBTest, BelowMinTheMaxSideIsNotLookedAt)
 {
     tVolumeAABB<TypeParam> const box({2, 0, 0}, {-5, 0, 0});
     EXPECT_EQ(box.DistanceSquared({0, 0, 0}), TypeParam{4});  // 2 below min; the 5 above max are not looked at
@@ -447,6 +451,18 @@ TYPED_TEST(VolumeAABBTest, TheEmptyBoxIsInfinitelyFarAway)
 {
     EXPECT_EQ(tVolumeAABB<TypeParam>().DistanceSquared({0, 0, 0}), INF<TypeParam>);
     EXPECT_EQ(tVolumeAABB<TypeParam>().Distance({0, 0, 0}), INF<TypeParam>);
+}
+
+TYPED_TEST(VolumeAABBTest, TheDistanceIsTheRootOfTheVerySumEvenWhereThatOverflowsOrUnderflows)
+{
+    tVolumeAABB<TypeParam> const box({0, 0, 0}, {0, 0, 0});
+    TypeParam const huge = std::numeric_limits<TypeParam>::max();
+    TypeParam const tiny = std::numeric_limits<TypeParam>::min();
+    EXPECT_EQ(box.DistanceSquared({huge, 0, 0}), INF<TypeParam>);
+    EXPECT_EQ(box.Distance({huge, 0, 0}), INF<TypeParam>);
+    EXPECT_EQ(box.Distance({0, 0, -huge}), INF<TypeParam>);
+    ExpectSameBits(box.DistanceSquared({tiny, tiny, tiny}), TypeParam{0});
+    ExpectSameBits(box.Distance({tiny, tiny, tiny}), TypeParam{0});
 }
 
 // Measures.
@@ -474,9 +490,10 @@ TYPED_TEST(VolumeAABBTest, TheVolumeIsTheProductOfTheExtentsFromXToZ)
     EXPECT_EQ(Box({10, 20, 30}, {15, 27, 41}).GetVolume(), TypeParam{385});
     EXPECT_EQ(Box({15, 20, 30}, {10, 27, 41}).GetVolume(), TypeParam{-385});
     EXPECT_EQ(Box().GetVolume(), -INF<TypeParam>);
-    // The product of x and y comes first: it overflows, or underflows, although the volume would not.
+    // The product of x and y comes first: it overflows, or underflows, although the volume would not. In any other
+    // order, the first box has the volume huge and the last one 1 / huge.
     TypeParam const huge = std::ldexp(TypeParam{1}, sizeof(TypeParam) == sizeof(float) ? 100 : 900);
-    EXPECT_EQ(Box({0, 0, 0}, {huge, huge, TypeParam(0x1p-20)}).GetVolume(), INF<TypeParam>);
+    EXPECT_EQ(Box({0, 0, 0}, {huge, huge, 1 / huge}).GetVolume(), INF<TypeParam>);
     EXPECT_EQ(Box({0, 0, 0}, {huge, 1 / huge, huge}).GetVolume(), huge);
     EXPECT_EQ(Box({0, 0, 0}, {1 / huge, 1 / huge, huge}).GetVolume(), TypeParam{0});
 }
@@ -607,6 +624,19 @@ TYPED_TEST(VolumeAABBTest, ANaNInASphereRejectsNothing)
     EXPECT_TRUE(box.Overlaps(Sphere({9, 9, 9}, nan)));
     EXPECT_TRUE(box.Overlaps(Sphere({nan, nan, nan}, TypeParam{-1})));
     EXPECT_FALSE(box.Overlaps(Sphere({nan, nan, 9}, TypeParam{1})));
+}
+
+TYPED_TEST(VolumeAABBTest, BelowMinTheMaxSideIsNotLookedAtForASphere)
+{
+    using Sphere = tVolumeSphere<TypeParam>;
+    for (std::size_t axis = 0; axis < 3; ++axis)
+    {
+        tVolumeAABB<TypeParam> box({0, 0, 0}, {0, 0, 0});
+        box.GetMin()[axis] = 2;
+        box.GetMax()[axis] = -5;
+        EXPECT_TRUE(box.Overlaps(Sphere({0, 0, 0}, TypeParam{5}))) << axis; // 2 below min; 5 above max
+        EXPECT_FALSE(box.Overlaps(Sphere({0, 0, 0}, TypeParam{4}))) << axis;
+    }
 }
 
 TYPED_TEST(VolumeAABBTest, TheEmptyBoxOverlapsNoSphere)
@@ -870,6 +900,17 @@ TYPED_TEST(VolumeAABBTest, AFactorIsAppliedAsWrittenToTheBit)
         box.Expand(factor);
         ExpectBox(box, expectedMin, expectedMax);
     }
+}
+
+TYPED_TEST(VolumeAABBTest, AFactorTurnsInfiniteEndsIntoNaN)
+{
+    TypeParam const nan = NOT_A_NUMBER<TypeParam>;
+    tVolumeAABB<TypeParam> box;
+    box.Expand(TypeParam{0});
+    ExpectBox(box, {nan, nan, nan}, {nan, nan, nan});
+    tVolumeAABB<TypeParam> halfSpace({0, 1, 0}, {INF<TypeParam>, 2, 2});
+    halfSpace.Expand(TypeParam{1});
+    ExpectBox(halfSpace, {-INF<TypeParam>, TypeParam(0.5), -1}, {nan, TypeParam(2.5), 3});
 }
 
 TYPED_TEST(VolumeAABBTest, AnOffsetMovesEveryFaceOutward)

@@ -27,6 +27,7 @@ using bv::maths::tMatrix4;
 using bv::maths::tVector3;
 using bv::maths::tVolumeAABB;
 using bv::maths::tVolumeSphere;
+using bv::test::Bits;
 using bv::test::ExpectSameBits;
 
 namespace
@@ -107,21 +108,19 @@ constexpr bool KeepsItsSignatures(tVolumeSphere<T>& sphere, tVolumeSphere<T> con
                   std::is_same_v<decltype(sphere.Deserialise(in)), std::istream&>);
     static_assert(std::is_same_v<decltype(sphere = constant), Sphere&> &&
                   std::is_same_v<decltype(sphere = tVolumeSphere<Other<T>>({0, 0, 0})), Sphere&>);
-    static_assert(noexcept(constant.GetCentre())&& noexcept(sphere.SetCentre(point))&& noexcept(sphere.SetRadius(T{}))&& noexcept(
-        constant
-            .GetRadiusSquared())&& noexcept(constant
-                                                .GetRadius())&& noexcept(constant
-                                                                             .GetVolume())&& noexcept(constant
-                                                                                                          .Contains(
-                                                                                                              point))&& noexcept(constant
-                                                                                                                                     .Overlaps(
-                                                                                                                                         constant))&& noexcept(constant
-                                                                                                                                                                   .Overlaps(
-                                                                                                                                                                       box))&& noexcept(constant ==
-                                                                                                                                                                                        constant)&& noexcept(constant !=
-                                                                                                                                                                                                             constant)&& noexcept(constant *
-                                                                                                                                                                                                                                  matrix)&& noexcept(sphere *=
-                                                                                                                                                                                                                                                     matrix));
+    static_assert(noexcept(constant.GetCentre()));
+    static_assert(noexcept(sphere.SetCentre(point)));
+    static_assert(noexcept(sphere.SetRadius(T{})));
+    static_assert(noexcept(constant.GetRadiusSquared()));
+    static_assert(noexcept(constant.GetRadius()));
+    static_assert(noexcept(constant.GetVolume()));
+    static_assert(noexcept(constant.Contains(point)));
+    static_assert(noexcept(constant.Overlaps(constant)));
+    static_assert(noexcept(constant.Overlaps(box)));
+    static_assert(noexcept(constant == constant));
+    static_assert(noexcept(constant != constant));
+    static_assert(noexcept(constant * matrix));
+    static_assert(noexcept(sphere *= matrix));
     return true;
 }
 [[maybe_unused]] constexpr auto SINGLE_SIGNATURES = KeepsItsSignatures<float>;
@@ -269,7 +268,7 @@ TYPED_TEST(VolumeSphereTest, CopiesAndMovesTakeTheFourNumbers)
         ExpectSphere(sphere, INF<TypeParam>, {1, TypeParam{-0.0}, 3});
 }
 
-TEST(VolumeSphereConversionTest, FromDoubleToFloatEachNumberIsRoundedToNearest)
+TEST(VolumeSphereConversionTest, NarrowingRoundsEachNumberToNearest)
 {
     // 1 + 2^-24 is a tie that goes to the even 1; 1 + 3 * 2^-24 one that goes to 1 + 2^-22; 2^-150 to 0.
     tVolumeSphere<double> const wide({1 + 0x1p-24, -0x1p-150, 0.1}, 1 + 3 * 0x1p-24);
@@ -280,7 +279,16 @@ TEST(VolumeSphereConversionTest, FromDoubleToFloatEachNumberIsRoundedToNearest)
     ExpectSphere(assigned, 1 + 0x1p-22F, {1.0F, -0.0F, 0.1F});
 }
 
-TEST(VolumeSphereConversionTest, FromFloatToDoubleEachNumberIsKept)
+TEST(VolumeSphereConversionTest, NarrowingBeyondTheRangeGivesInfinities)
+{
+    tVolumeSphere<double> const wide({-1e300, 1e39, -1e39}, 1e300);
+    ExpectSphere(tVolumeSphere<float>(wide), INF<float>, {-INF<float>, INF<float>, -INF<float>});
+    tVolumeSphere<float> assigned({9, 9, 9});
+    assigned = wide;
+    ExpectSphere(assigned, INF<float>, {-INF<float>, INF<float>, -INF<float>});
+}
+
+TEST(VolumeSphereConversionTest, WideningKeepsEachNumber)
 {
     tVolumeSphere<float> const narrow({0.1F, -0.0F, 7.0F}, 0x1p-149F);
     tVolumeSphere<double> const constructed = narrow;
@@ -347,6 +355,8 @@ TYPED_TEST(VolumeSphereTest, TheVolumeIsTheSquaredRadiusToThePowerOfOneAndAHalfT
     EXPECT_EQ(Sphere({1, 2, 3}, TypeParam{0}).GetVolume(), TypeParam{0});
     EXPECT_EQ(Sphere({1, 2, 3}, INF<TypeParam>).GetVolume(), INF<TypeParam>);
     EXPECT_TRUE(std::isnan(Sphere({1, 2, 3}, TypeParam{-1}).GetVolume()));
+    // A power that is no odd integer takes -infinity to +infinity; the squared radius times its root would be NaN.
+    EXPECT_EQ(Sphere({0, 0, 0}, -INF<TypeParam>).GetVolume(), INF<TypeParam>);
     EXPECT_TRUE(std::isnan(Sphere({1, 2, 3}, NOT_A_NUMBER<TypeParam>).GetVolume()));
 }
 
@@ -456,6 +466,16 @@ TYPED_TEST(VolumeSphereTest, ASphereOfNoOrNegativeSquaredRadiusOverlapsNoOther)
     EXPECT_FALSE(Sphere({1, 2, 3}, TypeParam{-1}).Overlaps(Sphere({1, 2, 3}, TypeParam{9})));
     EXPECT_FALSE(Sphere({1, 2, 3}, TypeParam{9}).Overlaps(Sphere({1, 2, 3}, TypeParam{-1})));
     EXPECT_FALSE(Sphere({0, 0, 0}, INF<TypeParam>).Overlaps(Sphere({0, 0, NOT_A_NUMBER<TypeParam>}, TypeParam{1})));
+}
+
+TEST(VolumeSphereOverlapTest, NegativeSquaredRadiiWhoseProductOverflowsOrUnderflowsGiveWhatTheFormulaGives)
+{
+    tVolumeSphere<float> const large({0, 0, 0}, -1e30F); // twice the root of an infinite product, less 2e30
+    EXPECT_TRUE(large.Overlaps(large));
+    EXPECT_TRUE(large.Overlaps(tVolumeSphere<float>({0, 0, 1e18F}, -1e30F)));
+    tVolumeSphere<float> const small({0, 0, 0}, -1e-30F); // the root of -0 is no NaN, and 1e-20 - 1e-30 is above 0
+    EXPECT_TRUE(small.Overlaps(tVolumeSphere<float>({0, 0, 0}, 1e-20F)));
+    EXPECT_FALSE(small.Overlaps(small));
 }
 
 TEST(VolumeSphereOverlapTest, TheSumOfTheSquaredRadiiIsFormedBeforeTheRootIsAdded)
@@ -643,6 +663,23 @@ TYPED_TEST(VolumeSphereTest, ReadingTakesTheSameNumbersInTheSameOrder)
     std::string rest;
     stream >> rest;
     EXPECT_EQ(rest, "rest");
+}
+
+TYPED_TEST(VolumeSphereTest, WritingAndReadingKeepsTheSquaredRadiusToTheBit)
+{
+    std::mt19937_64 random(20247); // seed
+    for (int round = 0; round < 1000; ++round)
+    {
+        std::stringstream stream;
+        using Integer = decltype(Bits(TypeParam{}));
+        // Any bits, NaN included. A stream computes nothing, so that even the bits of a NaN are the same.
+        auto const bits = round == 0 ? Bits(NOT_A_NUMBER<TypeParam>) + 1 : static_cast<Integer>(random());
+        tVolumeSphere<TypeParam>({1, 2, 3}, std::bit_cast<TypeParam>(bits)).Serialise(stream);
+        tVolumeSphere<TypeParam> sphere({7, 7, 7});
+        sphere.Deserialise(stream);
+        EXPECT_EQ(Bits(sphere.GetRadiusSquared()), bits);
+        ExpectSameBits(sphere.GetCentre(), {1, 2, 3});
+    }
 }
 
 TYPED_TEST(VolumeSphereTest, ReadingChecksNothing)

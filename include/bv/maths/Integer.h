@@ -13,7 +13,7 @@ namespace bv::maths
 namespace detail
 {
 
-[[noreturn]] BV_API void ThrowLogarithmOfZero();
+[[noreturn, gnu::cold]] BV_API void ThrowLogarithmOfZero();
 
 } // namespace detail
 

@@ -28,7 +28,7 @@ constexpr bool RaiseTo(T& end, T value) noexcept
 }
 
 /// Distance from a value to the interval [lower, upper], 0 when it is inside. The lower end is looked at first, and
-/// decides alone when the interval is inverted.
+/// decides alone for a value below it, even when the interval is inverted; the upper end decides for any other value.
 template <typename T>
 [[nodiscard]] constexpr T Gap(T lower, T upper, T value) noexcept
 {

@@ -46,7 +46,8 @@ template <typename T>
 /// Tolerant equality: true when the values are at most 50 representable values apart, or when the square of their
 /// difference is strictly below the square of `TOLERANCE`.
 ///
-/// A NaN equals another value only when their bit patterns are that close, so a NaN equals itself. The relation is
+/// A NaN equals another value only when their bit patterns are that close, so a NaN equals itself. An infinity equals
+/// the 50 largest finite values of its sign and, on its other side, the 50 nearest NaN patterns. The relation is
 /// symmetric but not transitive. Opposite values exactly half the range of bit patterns apart, such as 2 and -2, are
 /// far apart like any others.
 [[nodiscard]] constexpr bool IsEqual(float const& a, float const& b) noexcept

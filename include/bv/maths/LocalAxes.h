@@ -20,7 +20,7 @@ namespace bv::maths
 /// The arguments may be one and the same object; when both axes are, it ends as the first.
 ///
 /// @param normal a unit vector; neither checked nor normalised. Any finite vector other than zero gives unit axes, as
-///               long as its square neither overflows nor underflows; zero and NaN give NaN.
+///               long as its square neither overflows nor underflows; zero, infinities and NaN give NaN.
 /// @param[out] first the first axis.
 /// @param[out] second the second axis.
 inline void EvaluateLocalAxes(tVector3<float> const& normal, tVector3<float>& first, tVector3<float>& second) noexcept

@@ -40,9 +40,11 @@ namespace bv::maths
 /// as the one before. No absolute value is taken.
 /// @param x the coordinate.
 /// @param octaves the number of terms: 0 gives 0, 1 gives Noise1() itself, and more than 10 count as 10.
+/// @return a value in [0.25, 0.75], or 0 for no octave.
 [[nodiscard]] BV_API float Turbulence1(float x, unsigned int octaves) noexcept;
 
 /// Turbulence in the plane: as Turbulence1(), of Noise2().
+/// @return a value in [0, 1].
 [[nodiscard]] BV_API float Turbulence2(tVector2<float> const& point, unsigned int octaves) noexcept;
 
 /// Turbulence in space: as Turbulence1(), of Noise3(); like that, it can leave [0, 1] slightly.

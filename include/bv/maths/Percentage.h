@@ -36,8 +36,9 @@ concept LongerInteger = std::integral<N> && sizeof(N) > sizeof(unsigned int);
 /// reduce 0/0 it throws, and the value stays what it was before. Products are formed in 64 bits and wrap unnoticed.
 ///
 /// An integer of at most 32 bits on the right of `+`, `*` and `/` is taken as an `unsigned int`, and the result is a
-/// fraction; a longer one does not compile. All other arithmetic with numbers goes through the conversion to `float`:
-/// with p = 1/3, `p * 100` is the fraction 100/3, while `p * 100.0f` and `100 * p` are of type `float`.
+/// fraction; a longer one does not compile. The constructors and the forms in place convert any integer to `unsigned
+/// int`, a longer one modulo 2^32. All other arithmetic with numbers goes through the conversion to `float`: with p =
+/// 1/3, `p * 100` is the fraction 100/3, while `p * 100.0f` and `100 * p` are of type `float`.
 class BV_API Percentage
 {
     unsigned long long numerator;
@@ -138,7 +139,7 @@ private:
     template <typename U>
     [[nodiscard]] static constexpr U GreatestCommonDivisor(U a, U b);
     constexpr void Reduce();
-    [[noreturn]] static void ThrowDivisionByZero(char const* function, unsigned int line);
+    [[noreturn, gnu::cold]] static void ThrowDivisionByZero(char const* function, unsigned int line);
 };
 
 /// Euclid's algorithm; never 0, since both fields are divided by the result.

@@ -38,10 +38,8 @@ class RNGenerator
 public:
     /// @name Construction
     /// @{
-    /// The generator of seed 0.
-    constexpr RNGenerator() noexcept : RNGenerator(0) {}
     /// The generator of this seed, see SetSeed().
-    explicit constexpr RNGenerator(unsigned int seed) noexcept;
+    constexpr RNGenerator(unsigned int seed = 0) noexcept;
     /// @}
 
     /// @name Changes

@@ -20,8 +20,8 @@ namespace bv::maths
 /// Disc in the plane, kept as its squared radius and its centre.
 ///
 /// Every test compares squared distances and every rejection is strict: a point on the circle is outside, and what only
-/// touches does not overlap. Nothing is checked: a disc of negative squared radius contains nothing and overlaps no
-/// disc, and its radius is NaN.
+/// touches does not overlap. Nothing is checked: a disc of negative squared radius contains nothing, and its radius is
+/// NaN. It overlaps no disc, up to rounding, overflow and underflow of the product of the squared radii.
 ///
 /// May be derived from and deleted through a pointer to it: the destructor, and nothing else, is virtual.
 ///

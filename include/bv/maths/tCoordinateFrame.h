@@ -109,7 +109,7 @@ private:
     [[nodiscard]] static constexpr tVector3<T> GetAxisVector(unsigned char direction) noexcept;
     [[nodiscard]] constexpr bool IsValid() const noexcept;
     void CubeMapIndex(unsigned char direction, unsigned char& face, unsigned char& oppositeFace) const noexcept;
-    [[noreturn]] static void ThrowIncorrectFrame(char const* member, unsigned int line);
+    [[noreturn, gnu::cold]] static void ThrowIncorrectFrame(char const* member, unsigned int line);
 };
 
 template <typename T>

@@ -57,8 +57,8 @@ public:
     ///             grazes the sphere, where the parameters have no derivative; NaN if its differentials are zero, too.
     /// @param[out] dFar the same for tFar.
     /// @return whether the line meets the sphere. If it does not, nothing is written.
-    [[nodiscard]] inline bool ClipDiff(tVolumeSphere<T> const& sphere, T& tNear, T& tFar, tVector2<T>& dNear,
-                                       tVector2<T>& dFar) const noexcept;
+    [[nodiscard, gnu::always_inline]] inline bool ClipDiff(tVolumeSphere<T> const& sphere, T& tNear, T& tFar,
+                                                           tVector2<T>& dNear, tVector2<T>& dFar) const noexcept;
     /// @}
 };
 

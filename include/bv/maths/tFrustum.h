@@ -85,7 +85,8 @@ public:
     ///
     /// Conservative: a box near a corner of the view may be INTERSECTING although it lies outside. Assarsson, Moeller,
     /// "Optimized View Frustum Culling Algorithms for Bounding Boxes", 2000.
-    [[nodiscard]] constexpr IntersectionResult ContainsAABB(tVolumeAABB<T> const& box) const noexcept;
+    [[nodiscard, gnu::always_inline]] constexpr IntersectionResult
+    ContainsAABB(tVolumeAABB<T> const& box) const noexcept;
     /// Unit direction of an edge: the vector product of the normals of its two planes, in the order in which the Edge
     /// names them, times the reciprocal of its length. It points away from the eye of a perspective view.
     ///
@@ -101,12 +102,10 @@ public:
     /// @}
 
 private:
-    static constexpr tPlane<T> tFrustum::*TEST_ORDER[] = {&tFrustum::leftPlane, &tFrustum::rightPlane,
-                                                          &tFrustum::topPlane,  &tFrustum::bottomPlane,
-                                                          &tFrustum::farPlane,  &tFrustum::nearPlane};
-
     [[nodiscard]] static constexpr tVector3<T> ChooseCorner(tVector3<T> const& normal, tVector3<T> const& along,
                                                             tVector3<T> const& against) noexcept;
+    [[nodiscard, gnu::always_inline]] static constexpr bool Rejects(tPlane<T> const& plane, tVolumeAABB<T> const& box,
+                                                                    bool& straddles) noexcept;
 };
 
 /// The corner made of one corner's components where the normal's are zero or positive, and of another's elsewhere.
@@ -118,18 +117,26 @@ constexpr tVector3<T> tFrustum<T>::ChooseCorner(tVector3<T> const& normal, tVect
             normal.z >= T{0} ? along.z : against.z};
 }
 
+/// Whether a box lies wholly behind a plane. One that lies partly behind it is noted, the others leave the note alone.
+template <typename T>
+constexpr bool tFrustum<T>::Rejects(tPlane<T> const& plane, tVolumeAABB<T> const& box, bool& straddles) noexcept
+{
+    tVector3<T> const& normal = plane.GetNormal();
+    if (T{0} > plane.GetDistance(ChooseCorner(normal, box.GetMax(), box.GetMin())))
+        return true;
+    if (T{0} > plane.GetDistance(ChooseCorner(normal, box.GetMin(), box.GetMax())))
+        straddles = true;
+    return false;
+}
+
 template <typename T>
 constexpr typename tFrustum<T>::IntersectionResult tFrustum<T>::ContainsAABB(tVolumeAABB<T> const& box) const noexcept
 {
-    bool straddles = false;
-    for (tPlane<T> tFrustum::*const member : TEST_ORDER)
-    {
-        tPlane<T> const& plane = this->*member;
-        if (T{0} > plane.GetDistance(ChooseCorner(plane.GetNormal(), box.GetMax(), box.GetMin())))
-            return OUTSIDE;
-        if (T{0} > plane.GetDistance(ChooseCorner(plane.GetNormal(), box.GetMin(), box.GetMax())))
-            straddles = true;
-    }
+    bool straddles = false; // the sides reject most, so they come first
+    if (Rejects(leftPlane, box, straddles) || Rejects(rightPlane, box, straddles) ||
+        Rejects(topPlane, box, straddles) || Rejects(bottomPlane, box, straddles) ||
+        Rejects(farPlane, box, straddles) || Rejects(nearPlane, box, straddles))
+        return OUTSIDE;
     return straddles ? INTERSECTING : INSIDE;
 }
 

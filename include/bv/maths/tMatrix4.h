@@ -31,7 +31,12 @@ namespace bv::maths
 /// Each operation documents the state that it leaves. Three things follow. Writing an element through a reference does
 /// not touch the state, which then describes the old elements until an operation classifies anew. Deserialise() trusts
 /// the state that it reads; a value other than the four acts as GENERAL. And the fourth row and column of a matrix in
-/// state ORTHONORMAL are taken to be (0, 0, 0, 1) by arithmetic, although RotateAxis() puts a translation there.
+/// state ORTHONORMAL may hold something else than (0, 0, 0, 1), as RotateAxis() puts a translation there. They are
+/// reset by the product of two such matrices, by the product with a DIAGONAL one of determinant 1 (`operator*` only),
+/// by Inverted() and by Transposed(). Everything else uses or keeps them as they are.
+///
+/// The functions that build a rotation, scaling, translation or projection do not reject infinities and NaN as such: a
+/// matrix that is built from one holds infinities or NaN.
 ///
 /// The sixteen elements lie inside the object, aligned to 16 bytes whatever the alignment of the object is, behind a
 /// pointer of its own. The object cannot be copied as bytes. Raw memory filled with zeros becomes a matrix when it is
@@ -50,7 +55,7 @@ public:
     {
         IDENTITY = 0,    ///< the identity
         DIAGONAL = 1,    ///< zero off the diagonal
-        ORTHONORMAL = 2, ///< a rotation; the fourth row and column are taken to be (0, 0, 0, 1)
+        ORTHONORMAL = 2, ///< a rotation; some operations reset the fourth row and column to (0, 0, 0, 1)
         GENERAL = 3      ///< anything else
     };
 
@@ -127,7 +132,9 @@ public:
     /// d'un systeme solide", 1840.
     ///
     /// The state is ORTHONORMAL for an axis off the origin, too, although the fourth column is then a translation:
-    /// Transform() of a vector applies it, but products, Inverted() and Transposed() drop it, and Invert() leaves it.
+    /// Transform() of a vector applies it. It is dropped by a product with another ORTHONORMAL matrix, by `operator*`
+    /// with a DIAGONAL one of determinant 1, by Inverted() and by Transposed(). Other products use it, those in place
+    /// with such a diagonal on the right keep it, and so does Invert().
     ///
     /// @param point any point on the axis; it stays where it is.
     /// @param direction of the axis, of any length.
@@ -595,15 +602,16 @@ inline tVector3<T> tVector3<T>::Projected(tMatrix4<T> const& matrix, char const*
     T const* const row2 = matrix.GetRow(tMatrix4<T>::ROW_2);
     T const* const row3 = matrix.GetRow(tMatrix4<T>::ROW_3);
     T const* const row4 = matrix.GetRow(tMatrix4<T>::ROW_4);
+    T const tolerance = TOLERANCE<T>;
     if (matrix.IsDiagonal())
     {
-        if (TOLERANCE < T >> std::abs(row4[3]))
+        if (tolerance > std::abs(row4[3])) // this way round, so that NaN passes
             ThrowDivisionByZero(member, diagonalLine);
         T const reciprocal = T{1} / row4[3];
         return {x * (reciprocal * row1[0]), y * (reciprocal * row2[1]), reciprocal * row3[2] * z};
     }
     T const w = x * row4[0] + y * row4[1] + z * row4[2] + row4[3];
-    if (TOLERANCE < T >> std::abs(w))
+    if (tolerance > std::abs(w))
         ThrowDivisionByZero(member, generalLine);
     T const reciprocal = T{1} / w;
     return {(row1[0] * x + row1[1] * y + row1[2] * z + row1[3]) * reciprocal,

@@ -137,7 +137,7 @@ private:
     {
     }
 
-    [[noreturn]] static void ThrowParallel();
+    [[noreturn, gnu::cold]] static void ThrowParallel();
 };
 
 template <typename T>
@@ -150,7 +150,8 @@ template <typename T>
 inline tVector3<T> tPlane<T>::GetIntersection(tVector3<T> const& point, tVector3<T> const& direction) const
 {
     T const denominator = normal.x * direction.x + direction.y * normal.y + direction.z * normal.z;
-    if (TOLERANCE < T >> std::abs(denominator))
+    T const tolerance = TOLERANCE<T>;
+    if (tolerance > std::abs(denominator)) // this way round, so that NaN passes
         ThrowParallel();
     T const t = -((point.x * normal.x + point.y * normal.y + point.z * normal.z) + offset) / denominator;
     return {point.x + t * direction.x, point.y + t * direction.y, point.z + t * direction.z};

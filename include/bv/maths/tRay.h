@@ -43,7 +43,8 @@ public:
     /// Clips the ray's line against a sphere.
     ///
     /// The direction must be of unit length; it is neither checked nor normalised, and a direction of another length
-    /// gives wrong parameters.
+    /// gives wrong parameters. A NaN anywhere in the ray or the sphere is a miss. Haines, "Essential Ray Tracing
+    /// Algorithms", 1989.
     /// @param sphere what to clip against.
     /// @param[out] tNear parameter where the line enters the sphere: negative when the origin is inside or beyond.
     /// @param[out] tFar parameter where the line leaves the sphere: negative when the sphere lies behind the origin.
@@ -56,13 +57,15 @@ public:
     /// widened by `TOLERANCE` on both sides. A slab wholly behind the origin is a miss. Along an axis whose component
     /// of the direction is not larger than `TOLERANCE`, the ray counts as parallel to the faces: it misses unless the
     /// origin lies between them or on one, without a tolerance, and narrows nothing. The direction may have any length.
-    /// Kay, Kajiya, "Ray Tracing Complex Scenes", 1986.
+    /// A slab parameter that is NaN does not count as ahead of the origin and narrows nothing; an end of the interval
+    /// that is NaN stays so and misses on the first axis that the ray crosses. Kay, Kajiya, "Ray Tracing Complex
+    /// Scenes", 1986.
     /// @param box what to clip against; valid, since of two faces either may be met first: a ray that crosses all three
     ///        slabs keeps its interval in the empty box.
     /// @param[in,out] tNear lower end of the interval.
     /// @param[in,out] tFar upper end of the interval.
     /// @return false when nothing is left; tNear and tFar then hold what the axes up to that one made of them.
-    [[nodiscard]] inline bool Clip(tVolumeAABB<T> const& box, T& tNear, T& tFar) const noexcept;
+    [[nodiscard, gnu::always_inline]] inline bool Clip(tVolumeAABB<T> const& box, T& tNear, T& tFar) const noexcept;
     /// Position of the ray's direction on the screen of a view whose eye is taken to be the ray's origin: x from 0 at
     /// the left edge to 1 at the right one, y from 0 at the bottom edge to 1 at the top one. tFrustum::IntersectNear()
     /// counts y from the top.

@@ -61,7 +61,8 @@ public:
     /// Euclidean length: the square root of LengthSquared(), which may overflow or underflow where the length would
     /// not.
     [[nodiscard]] T Length() const noexcept { return std::sqrt(LengthSquared()); }
-    /// The vector of length 1 in this direction: each component times 1 / Length(). A zero vector gives NaN.
+    /// The vector of length 1 in this direction: each component times 1 / Length(). A zero vector gives NaN; any other
+    /// whose squared length underflows to 0 gives infinities, and NaN where a component is 0.
     [[nodiscard]] tVector2 Normalised() const noexcept;
     /// Whether every component is +infinity. Recognises that one value and no other: a vector with a finite, negative
     /// or NaN component is not infinite.
@@ -76,6 +77,7 @@ public:
     /// @}
 
     /// @name Operators
+    /// The in-place forms return this vector; their operands may be parts of it and are read before it changes.
     /// @{
     /// The opposite vector; a zero component changes its sign, too.
     [[nodiscard]] constexpr tVector2 operator-() const noexcept { return {-x, -y}; }

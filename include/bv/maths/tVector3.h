@@ -65,7 +65,8 @@ public:
     /// Euclidean length: the square root of LengthSquared(), which may overflow or underflow where the length would
     /// not.
     [[nodiscard]] T Length() const noexcept { return std::sqrt(LengthSquared()); }
-    /// The vector of length 1 in this direction: each component times 1 / Length(). A zero vector gives NaN.
+    /// The vector of length 1 in this direction: each component times 1 / Length(). A zero vector gives NaN; any other
+    /// whose squared length underflows to 0 gives infinities, and NaN where a component is 0.
     [[nodiscard]] tVector3 Normalised() const noexcept;
     /// Whether every component is +infinity. Recognises that one value and no other: a vector with a finite, negative
     /// or NaN component is not infinite.
@@ -94,9 +95,11 @@ public:
     /// @throws DivideByZeroException when w is closer to zero than `TOLERANCE` (exactly the tolerance passes, and so
     ///         does NaN); the vector is then unchanged.
     [[gnu::always_inline]] inline tVector3& Transform(tMatrix4<T> const& matrix);
-    /// Transforms as a direction: the linear part of the matrix only, so that a translation leaves it alone. For a
-    /// matrix in state ORTHONORMAL, a vector of unit length (IsEqual()) is renormalised afterwards, so that rotating it
-    /// over and over does not let its length drift.
+    /// Transforms as a direction: the linear part of the matrix only, so that a translation leaves it alone. A matrix
+    /// in state IDENTITY leaves the vector unchanged, and one in state DIAGONAL scales by its first three diagonal
+    /// elements alone: m44 and everything off the diagonal are ignored. For a matrix in state ORTHONORMAL, a vector of
+    /// unit length (IsEqual()) is renormalised afterwards, so that rotating it over and over does not let its length
+    /// drift.
     ///
     /// Declared here and defined in `bv/maths/tMatrix4.h`.
     /// @return this vector.
@@ -104,6 +107,7 @@ public:
     /// @}
 
     /// @name Operators
+    /// The in-place forms return this vector; their operands may be parts of it and are read before it changes.
     /// @{
     /// The opposite vector; a zero component changes its sign, too.
     [[nodiscard]] constexpr tVector3 operator-() const noexcept { return {-x, -y, -z}; }

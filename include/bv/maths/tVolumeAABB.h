@@ -20,9 +20,9 @@ namespace bv::maths
 /// Axis-aligned box in space, kept as its lower and upper corners: six numbers, min.x to min.z, then max.x to max.z.
 ///
 /// The empty box has every component of its lower corner at +infinity and every component of its upper corner at
-/// -infinity, so that growing it by a point or a box needs no special case. No operation but GetArea() and GetLength()
-/// checks anything: on an empty, inverted or NaN box, each gives what its formula gives. Comparisons are ordered: a NaN
-/// fails them.
+/// -infinity, so that growing it by a point or a box needs no special case. No operation checks anything but an axis:
+/// GetArea() and GetLength() throw for a wrong one, Split() then does nothing. On an empty, inverted or NaN box, each
+/// operation gives what its formula gives. Comparisons are ordered: a NaN fails them.
 ///
 /// @tparam T `float` or `double`; both instances are in the library.
 template <typename T>
@@ -87,9 +87,11 @@ public:
     /// An empty box contains nothing, and a point with a NaN is nowhere inside.
     [[nodiscard]] constexpr bool Contains(tVector3<T> const& point, bool exclusiveMax) const noexcept;
     /// Squared distance from a point to the box, 0 inside. Summed x, y, z; on each axis the lower face is looked at
-    /// first, and the upper face only for a point that is not below the lower one.
+    /// first, and the upper face only for a point that is not below the lower one. A component that is NaN adds
+    /// nothing; the empty box is at +infinity. The squares overflow and underflow as they are.
     [[nodiscard]] constexpr T DistanceSquared(tVector3<T> const& point) const noexcept;
-    /// Distance from a point to the box, 0 inside: the square root of DistanceSquared().
+    /// Distance from a point to the box, 0 inside: the square root of DistanceSquared(), also where that overflows to
+    /// +infinity or underflows to 0.
     [[nodiscard]] T Distance(tVector3<T> const& point) const noexcept { return std::sqrt(DistanceSquared(point)); }
     /// Volume: the product of the three extents, (x * y) * z, never clamped: -infinity for the empty box.
     [[nodiscard]] constexpr T GetVolume() const noexcept;
@@ -112,7 +114,8 @@ public:
     [[nodiscard]] constexpr T GetLength(unsigned char axis) const;
     /// Whether a sphere and the box have more than a touch in common: whether the squared distance from the centre to
     /// the box is below the squared radius. A sphere whose centre lies inside always overlaps, even one of radius 0 or
-    /// of negative squared radius, since nothing is compared where no axis lies between the two.
+    /// of negative squared radius, since nothing is compared where no axis lies between the two. A NaN rejects nothing,
+    /// neither as a component of the centre nor as the squared radius.
     ///
     /// The caller includes `bv/maths/tVolumeSphere.h`. Arvo, "A Simple Method for Box-Sphere Intersection Testing",
     /// Graphics Gems, 1990.
@@ -135,7 +138,8 @@ public:
     /// Grows to hold a point, too. A NaN moves nothing. Grown by its first point, the empty box becomes that point.
     constexpr void Expand(tVector3<T> const& point) noexcept { ExpandAndSignal(point); }
     /// Scales about the centre: each half-extent grows by this fraction of itself, so that 1 doubles the box, -0.5
-    /// halves it and 0 leaves it alone. A relative growth; Offset() is the absolute one.
+    /// halves it and 0 leaves it alone if its centre is finite. An infinite end becomes NaN whatever the factor, and so
+    /// does every end of the empty box. A relative growth; Offset() is the absolute one.
     constexpr void Expand(T factor) noexcept;
     /// Grows to hold another box, too.
     /// @return whether any of the six numbers changed; a number equal to the present one is no change.
@@ -181,7 +185,7 @@ public:
 
 private:
     static constexpr void AddSpan(T element, T lower, T upper, T& newLower, T& newUpper) noexcept;
-    [[noreturn]] static void ThrowWrongAxis(char const* member, unsigned int line);
+    [[noreturn, gnu::cold]] static void ThrowWrongAxis(char const* member, unsigned int line);
 };
 
 template <typename T>

@@ -20,8 +20,9 @@ namespace bv::maths
 /// Solid sphere in space, kept as its squared radius and its centre.
 ///
 /// Every test compares squared distances and every rejection is strict: a point on the surface is outside, and what
-/// only touches does not overlap. Nothing is checked: a sphere of negative squared radius contains nothing and overlaps
-/// no sphere, and its radius and volume are NaN.
+/// only touches does not overlap. Nothing is checked: a sphere of negative squared radius contains nothing, and its
+/// radius and volume are NaN, but for the volume of a squared radius of -infinity, which is +infinity. It overlaps no
+/// sphere, up to rounding, overflow and underflow of the product of the squared radii.
 ///
 /// May be derived from and deleted through a pointer to it: the destructor, and nothing else, is virtual.
 ///

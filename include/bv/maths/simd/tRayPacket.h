@@ -57,8 +57,10 @@ public:
     ///
     /// The caller sets both ends first, say to 0 and the farthest distance of interest. The slabs of the x and z axes
     /// are widened by `TOLERANCE<float>` on both sides, that of the y axis is not. A ray that runs along a slab keeps
-    /// its interval inside of it and loses all of it outside; on a face of the unwidened slab, whose parameter is then
-    /// NaN, the other face decides. A box behind the rays is a hit unless tNear rules it out. There is no early out:
+    /// its interval inside of it and loses all of it outside. Exactly on a face of the slab, as it is widened or not,
+    /// that face's parameter is NaN: on the lower face the upper face decides for both ends, and on the upper face both
+    /// ends become NaN until a later axis replaces them. A NaN in the caller's interval is replaced by the end of the
+    /// slab. A box behind the rays is a hit unless tNear rules it out. There is no early out:
     /// every axis narrows every lane. Kay, Kajiya, "Ray Tracing Complex Scenes", 1986.
     /// @param box what to clip against; valid, since of two faces either may be met first.
     /// @param[in,out] tNear lower ends of the intervals.

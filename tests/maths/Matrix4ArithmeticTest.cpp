@@ -670,7 +670,7 @@ TYPED_TEST(Matrix4ArithmeticTest, NoOperationAllocates)
                       0u);
             EXPECT_EQ(determinant, TypeParam{1});
         }
-    EXPECT_EQ(CountAllocations([] { delete new int(1); }), 1u); // allocations are counted
+    EXPECT_EQ(CountAllocations([] { ::operator delete(::operator new(1)); }), 1u); // allocations are counted
 }
 
 TYPED_TEST(Matrix4ArithmeticTest, OtherProductsWithADiagonalAreClassified)

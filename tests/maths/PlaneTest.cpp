@@ -446,6 +446,7 @@ TYPED_TEST(PlaneTest, IntersectionSumsFromXToZ)
     // The offset comes last: (1 - huge) + huge is 0.
     auto const distant = this->Raw({1, 1, 1}, huge);
     ExpectSameBits(distant.GetIntersection({1, -huge, 0}, {0, 2, 0}), {1, -huge, 0});
+    ExpectSameBits(distant.GetIntersection({1, 0, -huge}, {0, 2, 0}), {1, 0, -huge});
 }
 
 TYPED_TEST(PlaneTest, IntersectionDividesByTheDenominator)

@@ -1,12 +1,20 @@
 #include "bv/String.h"
 
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <cwchar>
 #include <iterator>
 #include <memory>
-#include <string_view>
+#include <string>
 #include <type_traits>
 #include <utility>
 
 #include <utf8.h>
+
+#include "Ascii.h"
 
 namespace bv
 {
@@ -20,28 +28,220 @@ struct String::StringImpl
 namespace
 {
 
-/// The text as UTF-16. An element above 0xFFFF, which only a wide `wchar_t` can hold, becomes a pair of units.
-/// @throws utf8::invalid_code_point for an element above 0x10FFFF.
-std::u16string ToUnits(wchar_t const* text)
+/// Elements that are converted into a buffer on the stack before they join the result. A longer text is converted in
+/// portions.
+constexpr std::size_t PORTION = 1024;
+/// Elements that are handed over together where a text has no ASCII at all.
+constexpr std::size_t LONG_PIECE = 256;
+/// Elements that are looked at one by one rather than together first.
+constexpr std::size_t FEW = 4;
+/// The most elements that one element of a text becomes: a `wchar_t` up to four bytes, a byte one `wchar_t`.
+template <typename Out>
+constexpr std::size_t GROWTH = sizeof(Out) == 1 ? 4 : 1;
+
+bool IsSurrogate(wchar_t element) noexcept
 {
-    std::u16string units;
-    for (; *text != 0; ++text)
+    return static_cast<std::uint32_t>(element) - 0xD800 < 0x800;
+}
+
+/// Whether a text is not to be cut between two elements. Of what is not valid, either answer will do: one of the parts
+/// stays so.
+bool AreJoined(char, char second) noexcept
+{
+    return (static_cast<unsigned char>(second) & 0xC0) == 0x80;
+}
+
+bool AreJoined(wchar_t first, wchar_t) noexcept
+{
+    return static_cast<std::uint32_t>(first) - 0xD800 < 0x400;
+}
+
+/// The length of the first `count` elements of a text, less those of a character that they would cut.
+template <typename Char>
+std::size_t KeepWhole(Char const* text, Char const* end, std::size_t count) noexcept
+{
+    if (count == static_cast<std::size_t>(end - text))
+        return count;
+    constexpr std::size_t MORE = sizeof(Char) == 1 ? 3 : 1; // the most elements of a character after its first
+    std::size_t whole = count;
+    while (whole + MORE > count && AreJoined(text[whole - 1], text[whole]))
+        --whole;
+    return whole;
+}
+
+/// Hands a text over in pieces, in order: to `ascii(piece, count)` what is ASCII, to `others(piece, count)` the rest,
+/// until that returns false. Every piece holds whole characters. Where little ASCII stands between the rest, or little
+/// text is left, it may go with the rest.
+/// @return whether no call returned false.
+template <typename Char, typename Ascii, typename Others>
+inline bool ForEachPiece(Char const* text, Char const* end, Ascii ascii, Others others)
+{
+    constexpr std::uint64_t ALL = ~std::uint64_t{0}; // a bit for each element of a block
+    static_assert(ascii::BLOCK == 64);
+    while (text != end)
     {
-        // Through the unsigned type, so that a negative element counts as one that is too large.
-        char32_t const element = static_cast<std::make_unsigned_t<wchar_t>>(*text);
-        if (element > 0x10FFFF)
-            throw utf8::invalid_code_point(element);
-        if (element > 0xFFFF)
+        auto const rest = static_cast<std::size_t>(end - text);
+        std::size_t count = std::min(rest, ascii::BLOCK);
+        std::uint64_t mask = sizeof(Char) > 1 && count < ascii::STEP ? ALL : ascii::FindOthers(text, count);
+        std::size_t at = 0;
+        if (mask != 0)
         {
-            units.push_back(static_cast<char16_t>(0xD800 + ((element - 0x10000) >> 10)));
-            units.push_back(static_cast<char16_t>(0xDC00 + (element & 0x3FF)));
+            if (count < ascii::STEP)
+                mask = ALL;
+            count = KeepWhole(text, end, mask == ALL ? std::min(rest, LONG_PIECE) : count);
+            if (mask != ALL && count < ascii::BLOCK)
+                mask &= ALL >> (ascii::BLOCK - count);
+            while (mask != 0)
+            {
+                auto const first = static_cast<std::size_t>(std::countr_zero(mask));
+                std::uint64_t const above = mask + (std::uint64_t{1} << first); // the carry clears the row of ones
+                std::size_t const last = above == 0 ? count : static_cast<std::size_t>(std::countr_zero(above));
+                mask &= above;
+                ascii(text + at, first - at);
+                if (!others(text + first, last - first))
+                    return false;
+                at = last;
+            }
+        }
+        ascii(text + at, count - at);
+        text += count;
+    }
+    return true;
+}
+
+/// A long piece, in a function of its own so that its loop has the registers to itself.
+[[gnu::flatten, gnu::noinline]] bool IsValidLongPiece(char const* text, char const* end)
+{
+    return utf8::is_valid(text, end);
+}
+
+[[gnu::flatten]] bool IsValid(char const* text, char const* end)
+{
+    return ForEachPiece(
+        text, end, [](char const*, std::size_t) {},
+        [](char const* piece, std::size_t count)
+        {
+            char const* const pieceEnd = piece + count;
+            return count > FEW ? IsValidLongPiece(piece, pieceEnd) : utf8::is_valid(piece, pieceEnd);
+        });
+}
+
+/// Converts what is not ASCII.
+/// @throws utf8::exception when it is not valid.
+wchar_t* ConvertPiece(char const* text, std::size_t count, wchar_t* out)
+{
+    return utf8::utf8to16(text, text + count, out);
+}
+
+/// A long piece, in a function of its own so that its loop has the registers to itself.
+[[gnu::noinline]] char* ConvertUnits(wchar_t const* text, wchar_t const* end, char* out)
+{
+    return utf8::utf16to8(text, end, out);
+}
+
+/// Converts what is not ASCII.
+/// @throws utf8::exception for a surrogate without its partner and an element above 0x10FFFF.
+char* ConvertPiece(wchar_t const* text, std::size_t count, char* out)
+{
+    if (count > FEW)
+    {
+        std::uint32_t bits = 0;
+        for (std::size_t i = 0; i < count; ++i)
+            bits |= static_cast<std::make_unsigned_t<wchar_t>>(text[i]);
+        if (bits <= 0xFFFF)
+            return ConvertUnits(text, text + count, out);
+    }
+    for (wchar_t const* const end = text + count; text != end;)
+    {
+        if (IsSurrogate(*text))
+        {
+            // Nothing else goes with them: of each element, utfcpp looks at 16 bits here.
+            wchar_t const* const first = text;
+            do
+                ++text;
+            while (text != end && IsSurrogate(*text));
+            out = utf8::utf16to8(first, text, out);
         }
         else
         {
-            units.push_back(static_cast<char16_t>(element));
+            // Through the unsigned type, so that a negative element counts as one that is too large.
+            out = utf8::append(static_cast<std::make_unsigned_t<wchar_t>>(*text), out);
+            ++text;
         }
     }
-    return units;
+    return out;
+}
+
+/// Converts a text into a buffer that is long enough.
+/// @return the end of what was converted.
+template <typename In, typename Out>
+[[gnu::flatten]] Out* Convert(In const* text, In const* end, Out* out)
+{
+    ForEachPiece(
+        text, end,
+        [&](In const* piece, std::size_t count)
+        { out = ascii::Convert(piece, count, static_cast<std::size_t>(end - piece), out); },
+        [&](In const* piece, std::size_t count)
+        {
+            out = ConvertPiece(piece, count, out);
+            return true;
+        });
+    return out;
+}
+
+/// How many elements more than one an element of a valid text becomes.
+int GetGrowth(char element) noexcept
+{
+    return static_cast<int>(static_cast<unsigned char>(element) >= 0xF0) - static_cast<int>(AreJoined({}, element));
+}
+
+int GetGrowth(wchar_t element) noexcept
+{
+    auto const value = static_cast<std::int32_t>(element); // negative only where the text is not valid
+    return static_cast<int>(value > 0x7F) + static_cast<int>(value > 0x7FF) + static_cast<int>(value > 0xFFFF) -
+           static_cast<int>(value >> 11 == 0xD800 >> 11);
+}
+
+/// The number of elements that a valid text becomes.
+template <typename Char>
+std::size_t GetConvertedLength(Char const* text, Char const* end) noexcept
+{
+    std::ptrdiff_t length = end - text;
+    while (text != end)
+    {
+        std::size_t const count = std::min(static_cast<std::size_t>(end - text), ascii::BLOCK);
+        if (ascii::FindOthers(text, count) != 0)
+        {
+            int growth = 0;
+            for (std::size_t i = 0; i < count; ++i)
+                growth += GetGrowth(text[i]);
+            length += growth;
+        }
+        text += count;
+    }
+    return static_cast<std::size_t>(length);
+}
+
+/// Replaces the target by the converted text. When memory runs out, the target stays as it was.
+/// @throws utf8::exception when the text is not valid; the target then holds a part of it.
+template <typename Out, typename In>
+void Assign(std::basic_string<Out>& target, In const* text, In const* end)
+{
+    if (static_cast<std::size_t>(end - text) > PORTION)
+        target.reserve(GetConvertedLength(text, end));
+    bool isFirst = true;
+    do
+    {
+        Out buffer[PORTION * GROWTH<Out> + ascii::STEP];
+        std::size_t const count = KeepWhole(text, end, std::min(static_cast<std::size_t>(end - text), PORTION));
+        auto const length = static_cast<std::size_t>(Convert(text, text + count, buffer) - buffer);
+        if (isFirst)
+            target.assign(buffer, length);
+        else
+            target.append(buffer, length);
+        isFirst = false;
+        text += count;
+    } while (text != end);
 }
 
 } // namespace
@@ -53,28 +253,12 @@ String::String(String const& other) : impl{new StringImpl{other.impl->text, null
 // The constructors from text delegate, so that the destructor frees the StringImpl when the rest fails.
 String::String(char const* text) : String()
 {
-    if (text == nullptr)
-        return;
-    std::string_view const bytes(text);
-    if (utf8::is_valid(bytes.begin(), bytes.end()))
-        impl->text = bytes;
+    *this = text;
 }
 
 String::String(wchar_t const* text) : String()
 {
-    if (text == nullptr)
-        return;
-    try
-    {
-        std::u16string const units = ToUnits(text);
-        std::string bytes;
-        utf8::utf16to8(units.begin(), units.end(), std::back_inserter(bytes));
-        impl->text = bytes;
-    }
-    catch (utf8::exception const&)
-    {
-        // The text is not UTF-16, and the string stays empty.
-    }
+    *this = text;
 }
 
 String::~String()
@@ -120,12 +304,29 @@ String& String::operator=(String const& other)
 
 String& String::operator=(char const* text)
 {
-    return *this = String(text);
+    if (text == nullptr)
+        text = "";
+    std::size_t const length = std::strlen(text);
+    if (IsValid(text, text + length))
+        impl->text.assign(text, length); // which may be a part of itself
+    else
+        impl->text.clear();
+    return *this;
 }
 
 String& String::operator=(wchar_t const* text)
 {
-    return *this = String(text);
+    if (text == nullptr)
+        text = L"";
+    try
+    {
+        Assign(impl->text, text, text + std::wcslen(text));
+    }
+    catch (utf8::exception const&)
+    {
+        impl->text.clear();
+    }
+    return *this;
 }
 
 bool String::operator==(String const& other) const noexcept
@@ -155,12 +356,21 @@ String String::operator+(String const& other)
 
 String String::operator+(String const& other) const
 {
-    return String((ToStdString() + other.impl->text).c_str());
+    String joined;
+    joined.impl->text.reserve(impl->text.size() + other.impl->text.size());
+    joined.impl->text = impl->text;
+    joined += other;
+    return joined;
 }
 
 String& String::operator+=(String const& other)
 {
-    return *this = *this + other;
+    impl->text += other.impl->text;
+    // The joined text comes in like any other: up to its first NUL, and valid or not at all.
+    impl->text.resize(std::strlen(impl->text.data()));
+    if (!IsValid(impl->text.data(), impl->text.data() + impl->text.size()))
+        impl->text.clear();
+    return *this;
 }
 
 std::string String::ToStdString() const
@@ -170,16 +380,25 @@ std::string String::ToStdString() const
 
 std::wstring String::ToStdWString() const
 {
-    std::u16string units;
+    std::wstring wide;
     try
     {
-        utf8::utf8to16(impl->text.begin(), impl->text.end(), std::back_inserter(units));
+        Assign(wide, impl->text.data(), impl->text.data() + impl->text.size());
     }
-    catch (utf8::invalid_utf8 const&)
+    catch (utf8::exception const&)
     {
-        return {};
+        // Damaged from outside. What is wrong with a text depends on what comes after it, so it is converted whole.
+        wide.clear();
+        try
+        {
+            utf8::utf8to16(impl->text.begin(), impl->text.end(), std::back_inserter(wide));
+        }
+        catch (utf8::invalid_utf8 const&)
+        {
+            wide.clear();
+        }
     }
-    return {units.begin(), units.end()};
+    return wide;
 }
 
 } // namespace bv

@@ -1,0 +1,181 @@
+#pragma once
+
+/// @file
+/// ASCII in text, found and converted sixteen elements at a time: with SSE2 where the compiler has it, in plain C++
+/// elsewhere. Whatever is not ASCII is left to the caller.
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+namespace bv::ascii
+{
+
+/// Elements that are looked at together, one bit of a mask for each.
+inline constexpr std::size_t BLOCK = 64;
+/// Elements that are converted together.
+inline constexpr std::size_t STEP = 16;
+
+/// Whether an element of text is ASCII. A wide element that is negative is not.
+template <typename Char>
+[[nodiscard]] constexpr bool IsAscii(Char element) noexcept
+{
+    return static_cast<std::make_unsigned_t<Char>>(element) < 0x80;
+}
+
+/// Which of the 16 elements at `text` are not ASCII: bit i for element i.
+template <typename Char>
+[[nodiscard]] inline std::uint32_t FindOthersInStep(Char const* text) noexcept
+{
+#ifdef __SSE2__
+    auto const load = [text](std::size_t at) { return _mm_loadu_si128(reinterpret_cast<__m128i const*>(text + at)); };
+    if constexpr (sizeof(Char) == 1)
+    {
+        return static_cast<std::uint32_t>(_mm_movemask_epi8(load(0)));
+    }
+    else
+    {
+        __m128i const zero = _mm_setzero_si128();
+        __m128i ascii;
+        if constexpr (sizeof(Char) == 2)
+        {
+            __m128i const high = _mm_set1_epi16(static_cast<short>(0xFF80));
+            auto const test = [&](std::size_t at) { return _mm_cmpeq_epi16(_mm_and_si128(load(at), high), zero); };
+            ascii = _mm_packs_epi16(test(0), test(8));
+        }
+        else
+        {
+            __m128i const high = _mm_set1_epi32(~0x7F);
+            auto const test = [&](std::size_t at) { return _mm_cmpeq_epi32(_mm_and_si128(load(at), high), zero); };
+            ascii = _mm_packs_epi16(_mm_packs_epi32(test(0), test(4)), _mm_packs_epi32(test(8), test(12)));
+        }
+        return static_cast<std::uint32_t>(_mm_movemask_epi8(ascii)) ^ 0xFFFF;
+    }
+#else
+    if constexpr (sizeof(Char) == 1)
+    {
+        std::uint64_t words[2];
+        std::memcpy(words, text, sizeof words);
+        if (((words[0] | words[1]) & 0x8080808080808080) == 0)
+            return 0;
+    }
+    std::uint32_t others = 0;
+    for (std::size_t i = 0; i < STEP; ++i)
+        others |= static_cast<std::uint32_t>(!IsAscii(text[i])) << i;
+    return others;
+#endif
+}
+
+/// Which of the first `count` elements at `text`, fewer than 16, are not ASCII.
+template <typename Char>
+[[nodiscard]] inline std::uint64_t FindOthersInLess(Char const* text, std::size_t count) noexcept
+{
+#ifdef __SSE2__
+    if (sizeof(Char) == 1 && count >= STEP / 2)
+    {
+        // Two halves, which overlap.
+        auto const find = [](Char const* half)
+        {
+            __m128i const bytes = _mm_loadl_epi64(reinterpret_cast<__m128i const*>(half));
+            return static_cast<std::uint64_t>(_mm_movemask_epi8(bytes));
+        };
+        std::size_t const at = count - STEP / 2;
+        return find(text) | find(text + at) << at;
+    }
+#endif
+    std::uint64_t others = 0;
+    for (std::size_t i = 0; i < count; ++i)
+        others |= std::uint64_t{!IsAscii(text[i])} << i;
+    return others;
+}
+
+/// Which of the first `count` elements at `text`, at most 64, are not ASCII: bit i for element i. Nothing after them is
+/// read.
+template <typename Char>
+[[nodiscard]] inline std::uint64_t FindOthers(Char const* text, std::size_t count) noexcept
+{
+    std::uint64_t others = 0;
+    std::size_t at = 0;
+    for (; at + STEP <= count; at += STEP)
+        others |= std::uint64_t{FindOthersInStep(text + at)} << at;
+    if (at == count)
+        return others;
+    if (count >= STEP)
+    {
+        // The last step overlaps the one before.
+        at = count - STEP;
+        return others | std::uint64_t{FindOthersInStep(text + at)} << at;
+    }
+    return FindOthersInLess(text, count);
+}
+
+/// Converts 16 elements. Of those that are ASCII the result is right, of the others it means nothing.
+inline void ConvertStep(char const* text, wchar_t* out) noexcept
+{
+#ifdef __SSE2__
+    __m128i const zero = _mm_setzero_si128();
+    __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const*>(text));
+    __m128i const halves[2] = {_mm_unpacklo_epi8(bytes, zero), _mm_unpackhi_epi8(bytes, zero)};
+    auto const store = [out](std::size_t at, __m128i elements)
+    { _mm_storeu_si128(reinterpret_cast<__m128i*>(out + at), elements); };
+    if constexpr (sizeof(wchar_t) == 2)
+    {
+        store(0, halves[0]);
+        store(8, halves[1]);
+    }
+    else
+    {
+        store(0, _mm_unpacklo_epi16(halves[0], zero));
+        store(4, _mm_unpackhi_epi16(halves[0], zero));
+        store(8, _mm_unpacklo_epi16(halves[1], zero));
+        store(12, _mm_unpackhi_epi16(halves[1], zero));
+    }
+#else
+    for (std::size_t i = 0; i < STEP; ++i)
+        out[i] = static_cast<wchar_t>(static_cast<unsigned char>(text[i]));
+#endif
+}
+
+/// @copydoc ConvertStep(char const*, wchar_t*)
+inline void ConvertStep(wchar_t const* text, char* out) noexcept
+{
+#ifdef __SSE2__
+    auto const load = [text](std::size_t at) { return _mm_loadu_si128(reinterpret_cast<__m128i const*>(text + at)); };
+    __m128i bytes;
+    if constexpr (sizeof(wchar_t) == 2)
+        bytes = _mm_packus_epi16(load(0), load(8));
+    else
+        bytes = _mm_packus_epi16(_mm_packs_epi32(load(0), load(4)), _mm_packs_epi32(load(8), load(12)));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
+#else
+    for (std::size_t i = 0; i < STEP; ++i)
+        out[i] = static_cast<char>(text[i]);
+#endif
+}
+
+/// Converts ASCII of which `count` elements are known. Reads up to `readable` elements and writes up to `count` rounded
+/// up to a multiple of 16.
+/// @return the end of what was converted.
+template <typename In, typename Out>
+inline Out* Convert(In const* text, std::size_t count, std::size_t readable, Out* out) noexcept
+{
+    std::size_t at = 0;
+    for (; at < count && at + STEP <= readable; at += STEP)
+        ConvertStep(text + at, out + at);
+    if (at < count)
+    {
+        // Fewer than 16, which the compiler is told, so that it does not make room for more.
+        std::size_t const rest = (count - at) % STEP;
+        for (std::size_t i = 0; i < rest; ++i)
+            out[at + i] = static_cast<Out>(text[at + i]);
+    }
+    return out + count;
+}
+
+} // namespace bv::ascii

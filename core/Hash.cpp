@@ -13,27 +13,8 @@ namespace
 
 // clang-format off
 
-constexpr std::uint8_t PEARSON[256] = {
-     92, 213, 150, 172, 106,  87, 185,  17, 113, 198, 216,  69, 182, 251, 234, 132,
-     22,  73, 120, 255, 179, 153, 143, 139, 195,  41, 190, 127, 201, 191,   8,  60,
-    252,  56,  39, 104,  53, 222, 247,  51, 154,  37, 123,  59,  34,  49, 236,  82,
-    230, 174, 149, 128, 137,  85, 189, 165,  43, 156,   6,  75, 243,  13, 163, 101,
-    210, 112, 164, 158,  95, 235,  33, 186, 184,   1,  79, 124, 144,  46,  16,  12,
-     54,  93,  40, 133, 166, 100,  15, 126, 140,   5,  65, 194,  48,  45, 119, 212,
-    175, 250, 187, 117, 183,   3,  67,  91, 155, 168, 134,  29,  27, 122,  84, 199,
-     42,  90, 130,  38, 220, 178,  89, 246, 192, 227,  86, 242, 145, 169, 146, 142,
-    108,  10,  66, 152,   4, 200,  36,  62, 237, 105, 217,  25, 171,  57,  35,  26,
-     61,  83,  20, 109, 167, 162,  99, 224, 221,   2,  68,  58,  28,  81, 135,  74,
-     31, 228, 233,  44, 219, 116, 231, 205, 232, 160, 202,  14, 114,  64,  24, 203,
-    193, 218, 131, 138,  72, 211, 188, 111,  30, 254, 161,   7,  98, 103, 240, 115,
-    176, 196,  18, 223, 151, 148, 147, 136, 118,  63, 215, 129, 225,  76,  94, 181,
-    170, 253, 159, 244, 238,  50, 204, 177,  47, 214, 229, 206, 208, 249, 239,  78,
-    173,  19, 245,   9, 209,  88, 102, 226, 110,  52,   0,  32, 125, 180, 121,  55,
-     97,  70, 197,  71,  77,  96, 107, 241,  11, 157, 248, 207,  23, 141,  80,  21,
-};
-
 /// The permutations of GetLagaeHash(), one after the other.
-constexpr std::uint32_t LAGAE[180] = {
+constexpr std::uint8_t LAGAE[180] = {
     // 0 to 16
      7,  4,  6, 15, 11,  9,  1,  3,  0,  5, 10, 16, 13,  2,  8, 12, 14,
     // 0 to 18
@@ -58,15 +39,29 @@ constexpr std::uint32_t LAGAE[180] = {
 // clang-format on
 
 /// One term of the Lagae hash, from the permutation of SIZE entries that starts at LAGAE[FIRST].
-template <int SIZE, std::size_t FIRST>
-std::uint32_t LagaeTerm(int x, std::uint32_t y)
+/// @tparam IS_NEGATIVE whether x stands for -1 - x, counted down from the permutation's end.
+template <bool IS_NEGATIVE, std::uint32_t SIZE, std::size_t FIRST>
+std::uint32_t LagaeTerm(std::uint32_t x, std::uint32_t y)
 {
-    int const remainder = x % SIZE;
-    std::size_t const i = static_cast<std::size_t>(remainder < 0 ? remainder + SIZE : remainder);
+    std::uint32_t const remainder = x % SIZE;
+    std::uint32_t const i = IS_NEGATIVE ? SIZE - 1 - remainder : remainder;
     // The sum wraps modulo 2^32 before its remainder is taken.
     std::uint32_t const j = (LAGAE[FIRST + i] + y) % SIZE;
     return LAGAE[FIRST + j];
 }
+
+template <bool IS_NEGATIVE>
+std::uint32_t LagaeSum(std::uint32_t x, std::uint32_t y)
+{
+    return LagaeTerm<IS_NEGATIVE, 37, 143>(x, y) + LagaeTerm<IS_NEGATIVE, 31, 112>(x, y) +
+           LagaeTerm<IS_NEGATIVE, 29, 83>(x, y) + LagaeTerm<IS_NEGATIVE, 24, 59>(x, y) +
+           LagaeTerm<IS_NEGATIVE, 23, 36>(x, y) + LagaeTerm<IS_NEGATIVE, 19, 17>(x, y) +
+           LagaeTerm<IS_NEGATIVE, 17, 0>(x, y);
+}
+
+// The inline functions of the header have a symbol in the library, too.
+[[gnu::used]] constexpr auto JENKINS_SYMBOL = &GetJenkinsHash;
+[[gnu::used]] constexpr auto PEARSON_SYMBOL = &GetPearsonHash;
 
 } // namespace
 
@@ -78,38 +73,11 @@ unsigned int FNVHash32(String const& text) noexcept
     return hash;
 }
 
-unsigned int GetJenkinsHash(void const* data, unsigned long long length, unsigned int seed) noexcept
-{
-    auto const* bytes = static_cast<unsigned char const*>(data);
-    std::uint32_t hash = seed;
-    for (unsigned long long i = 0; i < length; ++i)
-    {
-        hash += bytes[i];
-        hash += hash << 10;
-        hash ^= hash >> 6;
-    }
-    hash += hash << 3;
-    hash ^= hash >> 11;
-    hash += hash << 15;
-    return hash;
-}
-
-unsigned char GetPearsonHash(void const* data, unsigned long long length, unsigned char seed) noexcept
-{
-    auto const* bytes = static_cast<unsigned char const*>(data);
-    std::uint8_t hash = seed;
-    for (unsigned long long i = 0; i < length; ++i)
-        hash = PEARSON[bytes[i] ^ hash];
-    return hash;
-}
-
 unsigned int GetLagaeHash(int x, int y) noexcept
 {
+    auto const column = static_cast<std::uint32_t>(x);
     auto const row = static_cast<std::uint32_t>(y);
-    return (LagaeTerm<37, 143>(x, row) + LagaeTerm<31, 112>(x, row) + LagaeTerm<29, 83>(x, row) +
-            LagaeTerm<24, 59>(x, row) + LagaeTerm<23, 36>(x, row) + LagaeTerm<19, 17>(x, row) +
-            LagaeTerm<17, 0>(x, row)) %
-           24;
+    return (x >= 0 ? LagaeSum<false>(column, row) : LagaeSum<true>(~column, row)) % 24;
 }
 
 } // namespace bv

@@ -65,11 +65,11 @@ public:
     /// The next draw as a number in [0, 1): a multiple of 2^-23, at most 1 - 2^-23.
     constexpr float GetFloat() noexcept { return ToFloat(Kiss99()); }
     /// The next two draws, x first, each as GetFloat() gives it.
-    constexpr tVector2<float> GetVector2D() noexcept { return (this->*generate2D)(); }
+    constexpr tVector2<float> GetVector2D() noexcept;
     /// The next three draws, x first and z last, each as GetFloat() gives it.
-    constexpr tVector3<float> GetVector3D() noexcept { return (this->*generate3D)(); }
+    constexpr tVector3<float> GetVector3D() noexcept;
     /// The next two draws: the first as GetFloat() gives it, the second whole.
-    constexpr std::pair<float, unsigned int> GetFloatAndInteger() noexcept { return (this->*generatePair)(); }
+    constexpr std::pair<float, unsigned int> GetFloatAndInteger() noexcept;
     /// @}
 
 private:
@@ -81,6 +81,7 @@ private:
     constexpr tVector3<float> GetFloat3D() noexcept;
     constexpr std::pair<float, unsigned int> GetFloatIntegerPair() noexcept;
 
+    static constexpr void WriteAlone(std::uint32_t const& word) noexcept;
     [[nodiscard]] static constexpr float ToFloat(std::uint32_t draw) noexcept;
 };
 
@@ -110,6 +111,23 @@ constexpr RNGenerator& RNGenerator::SetSeed(unsigned int seed) noexcept
     return *this;
 }
 
+// The usual implementation is known here, so that a compiler can put it in place of the call.
+
+constexpr tVector2<float> RNGenerator::GetVector2D() noexcept
+{
+    return generate2D == &RNGenerator::GetFloat2D ? GetFloat2D() : (this->*generate2D)();
+}
+
+constexpr tVector3<float> RNGenerator::GetVector3D() noexcept
+{
+    return generate3D == &RNGenerator::GetFloat3D ? GetFloat3D() : (this->*generate3D)();
+}
+
+constexpr std::pair<float, unsigned int> RNGenerator::GetFloatAndInteger() noexcept
+{
+    return generatePair == &RNGenerator::GetFloatIntegerPair ? GetFloatIntegerPair() : (this->*generatePair)();
+}
+
 /// One step of the linear congruential generator.
 constexpr unsigned int RNGenerator::Cong() noexcept
 {
@@ -123,6 +141,7 @@ constexpr unsigned int RNGenerator::Shr3() noexcept
     jsr ^= jsr << 17;
     jsr ^= jsr >> 13;
     jsr ^= jsr << 5;
+    WriteAlone(jsr);
     return jsr;
 }
 
@@ -130,8 +149,9 @@ constexpr unsigned int RNGenerator::Shr3() noexcept
 /// its carry.
 constexpr unsigned int RNGenerator::Mwc() noexcept
 {
-    z = 36969 * (z & 0xFFFF) + (z >> 16);
     w = 18000 * (w & 0xFFFF) + (w >> 16);
+    WriteAlone(w);
+    z = 36969 * (z & 0xFFFF) + (z >> 16);
     return (z << 16) + w;
 }
 
@@ -154,6 +174,16 @@ constexpr tVector3<float> RNGenerator::GetFloat3D() noexcept
 constexpr std::pair<float, unsigned int> RNGenerator::GetFloatIntegerPair() noexcept
 {
     return {GetFloat(), GetInteger()};
+}
+
+/// Has a state word written before the next one is. GCC gathers the four words into one vector otherwise, to write them
+/// at once, and every draw waits for the way there and back: three times as long as for the arithmetic.
+constexpr void RNGenerator::WriteAlone([[maybe_unused]] std::uint32_t const& word) noexcept
+{
+#if defined __GNUC__ && !defined __clang__
+    if (!std::is_constant_evaluated())
+        __asm__ volatile("" : : "m"(word));
+#endif
 }
 
 /// The top 23 bits as the mantissa of a number in [1, 2), less 1: neither a division nor a rounding, and never 1.

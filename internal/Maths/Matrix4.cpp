@@ -3,7 +3,6 @@
 #include <cmath>
 #include <istream>
 #include <ostream>
-#include <utility>
 
 #include "Maths/Text.h"
 #include "bv/InvalidArgumentException.h"
@@ -17,68 +16,11 @@ namespace
 
 constexpr char const* FILE_NAME = "internal\\Maths\\Matrix4";
 
-template <typename T>
-[[noreturn, gnu::cold]] void ThrowSingular(char const* member, unsigned int line)
-{
-    throw MatrixException(L"Attempt to invert singular matrix", FILE_NAME, line,
-                          FunctionName<T>("tMatrix4", member).c_str());
-}
-
-template <typename T>
-[[noreturn, gnu::cold]] void ThrowInvalidView(char const* member, unsigned int line)
-{
-    throw InvalidArgumentException(L"Invalid view parameters", FILE_NAME, line,
-                                   FunctionName<T>("tMatrix4", member).c_str());
-}
-
-/// The extents of a view volume.
-template <typename T>
-struct View
-{
-    T width, height, depth;
-
-    View(T left, T right, T bottom, T top, T nearPlane, T farPlane, char const* member, unsigned int line)
-        : width{right - left}, height{top - bottom}, depth{farPlane - nearPlane}
-    {
-        if (IsEqual(left, right) || IsEqual(bottom, top) || IsEqual(nearPlane, farPlane))
-            ThrowInvalidView<T>(member, line);
-    }
-};
-
-template <typename T>
-[[nodiscard]] bool IsTooSmall(T divisor) noexcept
-{
-    return TOLERANCE<T> > std::abs(divisor); // this way round, so that NaN passes
-}
-
 /// Whether the scalar product is closer to zero than the tolerance.
 template <typename T>
 [[nodiscard]] bool AreOrthogonal(tVector3<T> const& a, tVector3<T> const& b) noexcept
 {
     return std::abs(a.Dot(b)) < TOLERANCE<T>;
-}
-
-/// One column of a matrix for all four determinants that lack a row: lane j holds the first, second and third of the
-/// elements that remain without row j.
-template <typename T>
-struct Column
-{
-    detail::tQuad<T> first, second, third;
-
-    explicit Column(detail::tQuad<T> const& rows) noexcept
-        : first{rows.template Shuffled<1, 0, 0, 0>()},
-          second{rows.template Shuffled<2, 2, 1, 1>()},
-          third{rows.template Shuffled<3, 3, 3, 2>()}
-    {
-    }
-};
-
-/// The four 3x3 determinants of three columns, each without another row, expanded along their first rows.
-template <typename T>
-[[nodiscard]] detail::tQuad<T> Minors(Column<T> const& a, Column<T> const& b, Column<T> const& c) noexcept
-{
-    return a.first * (b.second * c.third - c.second * b.third) - b.first * (a.second * c.third - c.second * a.third) +
-           c.first * (a.second * b.third - b.second * a.third);
 }
 
 [[nodiscard]] char const* BytesOf(void const* object) noexcept
@@ -94,38 +36,43 @@ template <typename T>
 } // namespace
 
 template <typename T>
+void tMatrix4<T>::ThrowSingular(char const* member, unsigned int line)
+{
+    throw MatrixException(L"Attempt to invert singular matrix", FILE_NAME, line,
+                          FunctionName<T>("tMatrix4", member).c_str());
+}
+
+template <typename T>
+void tMatrix4<T>::ThrowInvalidView(char const* member, unsigned int line)
+{
+    throw InvalidArgumentException(L"Invalid view parameters", FILE_NAME, line,
+                                   FunctionName<T>("tMatrix4", member).c_str());
+}
+
+template <typename T>
 tMatrix4<T>::tMatrix4(T m11, T m12, T m13, T m14, T m21, T m22, T m23, T m24, T m31, T m32, T m33, T m34, T m41, T m42,
                       T m43, T m44) noexcept
-    : tMatrix4(GENERAL)
-{
-    StoreRow(ROW_1, Quad(m11, m12, m13, m14));
-    StoreRow(ROW_2, Quad(m21, m22, m23, m24));
-    StoreRow(ROW_3, Quad(m31, m32, m33, m34));
-    StoreRow(ROW_4, Quad(m41, m42, m43, m44));
-    SetState();
-}
-
-template <typename T>
-tMatrix4<T>::tMatrix4(T const* values) noexcept : tMatrix4(values, GENERAL)
+    : tMatrix4(
+          Rows{Quad(m11, m12, m13, m14), Quad(m21, m22, m23, m24), Quad(m31, m32, m33, m34), Quad(m41, m42, m43, m44)},
+          GENERAL)
 {
     SetState();
 }
 
 template <typename T>
-tMatrix4<T>::tMatrix4(T const* values, State known) noexcept : tMatrix4(known)
+tMatrix4<T>::tMatrix4(T const* values) noexcept
 {
+    InitMemory();
     ReadElements(values);
+    SetState();
 }
 
 template <typename T>
 tMatrix4<T>::tMatrix4(tVector3<T> const& xAxis, tVector3<T> const& yAxis, tVector3<T> const& zAxis) noexcept
-    : tMatrix4(GENERAL)
+    : tMatrix4(Rows{Quad(xAxis.x, yAxis.x, zAxis.x, T{0}), Quad(xAxis.y, yAxis.y, zAxis.y, T{0}),
+                    Quad(xAxis.z, yAxis.z, zAxis.z, T{0}), Quad(T{0}, T{0}, T{0}, T{1})},
+               GENERAL)
 {
-    StoreRow(ROW_1, Quad(xAxis.x, yAxis.x, zAxis.x, T{0}));
-    StoreRow(ROW_2, Quad(xAxis.y, yAxis.y, zAxis.y, T{0}));
-    StoreRow(ROW_3, Quad(xAxis.z, yAxis.z, zAxis.z, T{0}));
-    StoreRow(ROW_4, Quad(T{0}, T{0}, T{0}, T{1}));
-
     auto const isZero = [](T component) { return IsEqual(component, T{0}); };
     auto const isOne = [](T component) { return IsEqual(component, T{1}); };
     bool const isDiagonal =
@@ -149,75 +96,35 @@ tMatrix4<T>& tMatrix4<T>::operator=(T const* values) noexcept
 template <typename T>
 typename tMatrix4<T>::State tMatrix4<T>::SetState() noexcept
 {
+    return state = Classify(Load());
+}
+
+template <typename T>
+typename tMatrix4<T>::State tMatrix4<T>::Classify(T const* m) noexcept
+{
     auto const isZero = [](T value) { return IsEqual(value, T{0}); };
     auto const isOne = [](T value) { return IsEqual(value, T{1}); };
     auto const isDiagonal = [&]
     {
         for (std::size_t i = 0; i < SIZE; ++i)
-            if (i % (ROWSIZE + 1) != 0 && !isZero(elements[i]))
+            if (i % (ROWSIZE + 1) != 0 && !isZero(m[i]))
                 return false;
         return true;
     };
     auto const columnDot = [&](std::size_t a, std::size_t b)
-    {
-        T const* const m = elements;
-        return m[a] * m[b] + m[a + 4] * m[b + 4] + m[a + 8] * m[b + 8] + m[a + 12] * m[b + 12];
-    };
+    { return m[a] * m[b] + m[a + 4] * m[b + 4] + m[a + 8] * m[b + 8] + m[a + 12] * m[b + 12]; };
+    // No test changes anything, so the cheapest come first.
     auto const isRotation = [&]
     {
-        return isOne(Determinant()) && //
-               isOne(columnDot(0, 0)) && isOne(columnDot(1, 1)) && isOne(columnDot(2, 2)) && isOne(columnDot(3, 3)) &&
+        return isOne(columnDot(0, 0)) && isOne(columnDot(1, 1)) && isOne(columnDot(2, 2)) && isOne(columnDot(3, 3)) &&
                isZero(columnDot(0, 1)) && isZero(columnDot(0, 2)) && isZero(columnDot(0, 3)) &&
-               isZero(columnDot(1, 2)) && isZero(columnDot(1, 3)) && isZero(columnDot(2, 3));
+               isZero(columnDot(1, 2)) && isZero(columnDot(1, 3)) && isZero(columnDot(2, 3)) &&
+               isOne(FullDeterminant(m));
     };
 
-    state = GENERAL; // the determinant goes by it
     if (isDiagonal())
-        state = isOne(elements[IDX_11]) && isOne(elements[IDX_22]) && isOne(elements[IDX_33]) && isOne(elements[IDX_44])
-                    ? IDENTITY
-                    : DIAGONAL;
-    else if (isRotation())
-        state = ORTHONORMAL;
-    return state;
-}
-
-// The product where at least one operand is DIAGONAL and none is IDENTITY.
-template <typename T>
-tMatrix4<T> tMatrix4<T>::MultipliedDiagonal(tMatrix4 const& other) const noexcept
-{
-    if (state == other.state)
-    {
-        tMatrix4 result;
-        for (std::size_t i = 0; i < SIZE; i += ROWSIZE + 1)
-            result.elements[i] = elements[i] * other.elements[i];
-        result.state = DIAGONAL;
-        return result;
-    }
-
-    tMatrix4 result(GENERAL);
-    bool isRotation = false;
-    if (state == DIAGONAL)
-    {
-        for (std::size_t row = 0; row < ROWSIZE; ++row)
-            result.StoreRow(row, Quad::Broadcast(GetRow(row)[row]) * other.LoadRow(row));
-        isRotation = other.state == ORTHONORMAL && IsEqual(Determinant(), T{1});
-    }
-    else
-    {
-        T const* const d = other.elements;
-        Quad const diagonal(d[IDX_11], d[IDX_22], d[IDX_33], d[IDX_44]);
-        for (std::size_t row = 0; row < ROWSIZE; ++row)
-            result.StoreRow(row, LoadRow(row) * diagonal);
-        isRotation = state == ORTHONORMAL && IsEqual(other.Determinant(), T{1});
-    }
-    if (isRotation)
-    {
-        result.ResetFourthRowAndColumn();
-        result.state = ORTHONORMAL;
-    }
-    else
-        result.SetState();
-    return result;
+        return isOne(m[IDX_11]) && isOne(m[IDX_22]) && isOne(m[IDX_33]) && isOne(m[IDX_44]) ? IDENTITY : DIAGONAL;
+    return isRotation() ? ORTHONORMAL : GENERAL;
 }
 
 // The same in place, with rules of its own: see the header.
@@ -267,103 +174,13 @@ tMatrix4<T>& tMatrix4<T>::MultiplyDiagonal(tMatrix4 const& other) noexcept
 }
 
 template <typename T>
-void tMatrix4<T>::TransposeElements(std::size_t rows) noexcept
-{
-    for (std::size_t row = 0; row < rows; ++row)
-        for (std::size_t column = row + 1; column < rows; ++column)
-            std::swap(elements[4 * row + column], elements[4 * column + row]);
-}
-
-template <typename T>
-tMatrix4<T>& tMatrix4<T>::Transpose() noexcept
-{
-    RepairMemory();
-    if (!IsDiagonal())
-        TransposeElements(state == ORTHONORMAL ? 3 : 4);
-    return *this;
-}
-
-template <typename T>
-tMatrix4<T> tMatrix4<T>::Transposed() const noexcept
-{
-    tMatrix4 result(*this);
-    result.Transpose();
-    if (state == ORTHONORMAL)
-        result.ResetFourthRowAndColumn();
-    else if (!IsDiagonal())
-        result.SetState();
-    return result;
-}
-
-template <typename T>
-void tMatrix4<T>::InvertDiagonal(char const* member, unsigned int line)
-{
-    for (std::size_t i = 0; i < SIZE; i += ROWSIZE + 1)
-        if (IsTooSmall(elements[i]))
-            ThrowSingular<T>(member, line);
-    for (std::size_t i = 0; i < SIZE; i += ROWSIZE + 1)
-        elements[i] = T{1} / elements[i];
-}
-
-// The adjugate times the reciprocal of the determinant, a row at a time: row i holds the determinants without column i.
-template <typename T>
-void tMatrix4<T>::InvertGeneral(char const* member, unsigned int line)
-{
-    T const determinant = Determinant();
-    if (IsTooSmall(determinant))
-        ThrowSingular<T>(member, line);
-
-    T const q = T{1} / determinant;
-    Quad const evenSigns(q, -q, q, -q);
-    Quad const oddSigns(-q, q, -q, q);
-    T const* const m = elements;
-    Column<T> const column1(Quad(m[IDX_11], m[IDX_21], m[IDX_31], m[IDX_41]));
-    Column<T> const column2(Quad(m[IDX_12], m[IDX_22], m[IDX_32], m[IDX_42]));
-    Column<T> const column3(Quad(m[IDX_13], m[IDX_23], m[IDX_33], m[IDX_43]));
-    Column<T> const column4(Quad(m[IDX_14], m[IDX_24], m[IDX_34], m[IDX_44]));
-    StoreRow(ROW_1, Minors(column2, column3, column4) * evenSigns);
-    StoreRow(ROW_2, Minors(column1, column3, column4) * oddSigns);
-    StoreRow(ROW_3, Minors(column1, column2, column4) * evenSigns);
-    StoreRow(ROW_4, Minors(column1, column2, column3) * oddSigns);
-}
-
-template <typename T>
-tMatrix4<T>& tMatrix4<T>::Invert()
-{
-    RepairMemory();
-    if (state == DIAGONAL)
-        InvertDiagonal("Invert", 773);
-    else if (state == ORTHONORMAL)
-        TransposeElements(3);
-    else if (state != IDENTITY)
-        InvertGeneral("Invert", 801);
-    return *this;
-}
-
-template <typename T>
-tMatrix4<T> tMatrix4<T>::Inverted() const
-{
-    if (state == IDENTITY || state == ORTHONORMAL)
-        return Transposed();
-
-    tMatrix4 result(*this);
-    if (state == DIAGONAL)
-        result.InvertDiagonal("Inverted", 883);
-    else
-    {
-        result.InvertGeneral("Inverted", 920);
-        result.state = GENERAL;
-    }
-    return result;
-}
-
-template <typename T>
 tMatrix4<T> tMatrix4<T>::RotateX(T const& angle) noexcept
 {
     T const c = std::cos(angle);
     T const s = std::sin(angle);
-    T const values[] = {1, 0, 0, 0, 0, c, -s, 0, 0, s, c, 0, 0, 0, 0, 1};
-    return tMatrix4(values, ORTHONORMAL);
+    return tMatrix4(Rows{Quad(T{1}, T{0}, T{0}, T{0}), Quad(T{0}, c, -s, T{0}), Quad(T{0}, s, c, T{0}),
+                         Quad(T{0}, T{0}, T{0}, T{1})},
+                    ORTHONORMAL);
 }
 
 template <typename T>
@@ -373,8 +190,9 @@ tMatrix4<T> tMatrix4<T>::RotateY(T const& angle) noexcept
         return tMatrix4();
     T const c = std::cos(angle);
     T const s = std::sin(angle);
-    T const values[] = {c, 0, s, 0, 0, 1, 0, 0, -s, 0, c, 0, 0, 0, 0, 1};
-    return tMatrix4(values, ORTHONORMAL);
+    return tMatrix4(Rows{Quad(c, T{0}, s, T{0}), Quad(T{0}, T{1}, T{0}, T{0}), Quad(-s, T{0}, c, T{0}),
+                         Quad(T{0}, T{0}, T{0}, T{1})},
+                    ORTHONORMAL);
 }
 
 template <typename T>
@@ -384,8 +202,9 @@ tMatrix4<T> tMatrix4<T>::RotateZ(T const& angle) noexcept
         return tMatrix4();
     T const c = std::cos(angle);
     T const s = std::sin(angle);
-    T const values[] = {c, -s, 0, 0, s, c, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
-    return tMatrix4(values, ORTHONORMAL);
+    return tMatrix4(Rows{Quad(c, -s, T{0}, T{0}), Quad(s, c, T{0}, T{0}), Quad(T{0}, T{0}, T{1}, T{0}),
+                         Quad(T{0}, T{0}, T{0}, T{1})},
+                    ORTHONORMAL);
 }
 
 template <typename T>
@@ -402,9 +221,9 @@ tMatrix4<T> tMatrix4<T>::RotateAxis(tVector3<T> const& point, tVector3<T> const&
     tVector3<T> const row2(t * x * y + s * z, t * y * y + c, t * y * z - s * x);
     tVector3<T> const row3(t * x * z - s * y, t * y * z + s * x, t * z * z + c);
     tVector3<T> const offset = point - tVector3<T>(row1.Dot(point), row2.Dot(point), row3.Dot(point));
-    T const values[] = {row1.x, row1.y, row1.z, offset.x, row2.x, row2.y, row2.z, offset.y,
-                        row3.x, row3.y, row3.z, offset.z, 0,      0,      0,      1};
-    return tMatrix4(values, ORTHONORMAL);
+    return tMatrix4(Rows{Quad(row1.x, row1.y, row1.z, offset.x), Quad(row2.x, row2.y, row2.z, offset.y),
+                         Quad(row3.x, row3.y, row3.z, offset.z), Quad(T{0}, T{0}, T{0}, T{1})},
+                    ORTHONORMAL);
 }
 
 template <typename T>
@@ -418,8 +237,9 @@ tMatrix4<T> tMatrix4<T>::Scale(T const& factor) noexcept
 template <typename T>
 tMatrix4<T> tMatrix4<T>::Scale(tVector3<T> const& factors) noexcept
 {
-    T const values[] = {factors.x, 0, 0, 0, 0, factors.y, 0, 0, 0, 0, factors.z, 0, 0, 0, 0, 1};
-    return tMatrix4(values, DIAGONAL);
+    return tMatrix4(Rows{Quad(factors.x, T{0}, T{0}, T{0}), Quad(T{0}, factors.y, T{0}, T{0}),
+                         Quad(T{0}, T{0}, factors.z, T{0}), Quad(T{0}, T{0}, T{0}, T{1})},
+                    DIAGONAL);
 }
 
 template <typename T>
@@ -433,41 +253,25 @@ tMatrix4<T> tMatrix4<T>::Translate(tVector3<T> const& offset) noexcept
 template <typename T>
 tMatrix4<T> tMatrix4<T>::Translate(T x, T y, T z) noexcept
 {
-    T const values[] = {1, 0, 0, x, 0, 1, 0, y, 0, 0, 1, z, 0, 0, 0, 1};
-    return tMatrix4(values, GENERAL);
+    return tMatrix4(Rows{Quad(T{1}, T{0}, T{0}, x), Quad(T{0}, T{1}, T{0}, y), Quad(T{0}, T{0}, T{1}, z),
+                         Quad(T{0}, T{0}, T{0}, T{1})},
+                    GENERAL);
 }
 
 template <typename T>
 tMatrix4<T> tMatrix4<T>::OrthogonalProjection(T const& left, T const& right, T const& bottom, T const& top,
                                               T const& nearPlane, T const& farPlane)
 {
-    View<T> const view(left, right, bottom, top, nearPlane, farPlane, "OrthogonalProjection", 1212);
-    T const perWidth = T{1} / view.width;
-    T const perHeight = T{1} / view.height;
-    T const perDepth = T{1} / view.depth;
-    // clang-format off
-    T const values[] = {
-        T{2} * perWidth, 0,                0,                -(left + right) * perWidth,
-        0,               T{2} * perHeight, 0,                -(bottom + top) * perHeight,
-        0,               0,                T{-2} * perDepth, -(nearPlane + farPlane) * perDepth,
-        0,               0,                0,                1};
-    // clang-format on
-    return tMatrix4(values, GENERAL);
-}
-
-template <typename T>
-tMatrix4<T> tMatrix4<T>::PerspectiveProjection(T const& left, T const& right, T const& bottom, T const& top,
-                                               T const& nearPlane, T const& farPlane)
-{
-    View<T> const view(left, right, bottom, top, nearPlane, farPlane, "PerspectiveProjection", 1251);
-    // clang-format off
-    T const values[] = {
-        T{2} * nearPlane / view.width, 0,                              (right + left) / view.width,          0,
-        0,                             T{2} * nearPlane / view.height, (top + bottom) / view.height,         0,
-        0,                             0,                              -(farPlane + nearPlane) / view.depth, T{-2} * farPlane * nearPlane / view.depth,
-        0,                             0,                              -1,                                   0};
-    // clang-format on
-    return tMatrix4(values, GENERAL);
+    if (IsEmptyView(left, right, bottom, top, nearPlane, farPlane))
+        ThrowInvalidView("OrthogonalProjection", 1212);
+    T const perWidth = T{1} / (right - left);
+    T const perHeight = T{1} / (top - bottom);
+    T const perDepth = T{1} / (farPlane - nearPlane);
+    return tMatrix4(Rows{Quad(T{2} * perWidth, T{0}, T{0}, -(left + right) * perWidth),
+                         Quad(T{0}, T{2} * perHeight, T{0}, -(bottom + top) * perHeight),
+                         Quad(T{0}, T{0}, T{-2} * perDepth, -(nearPlane + farPlane) * perDepth),
+                         Quad(T{0}, T{0}, T{0}, T{1})},
+                    GENERAL);
 }
 
 template <typename T>

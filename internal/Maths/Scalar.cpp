@@ -1,16 +1,7 @@
 #include "bv/maths/Scalar.h"
 
-#include <cmath>
-
 namespace bv::maths
 {
-
-template <typename T>
-T SawTooth(T x, T period) noexcept
-{
-    T const remainder = std::fmod(x, period);
-    return x >= T{0} ? remainder : remainder + period;
-}
 
 float Log2(float x, float precision) noexcept
 {

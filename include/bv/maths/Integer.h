@@ -4,8 +4,14 @@
 /// Integer logarithm and square root, and rounding to powers of two.
 
 #include <bit>
+#include <cstdint>
+#include <type_traits>
 
 #include "bv/Export.h"
+
+#if defined __SSE2__ || defined _M_X64
+#include <emmintrin.h>
+#endif
 
 namespace bv::maths
 {
@@ -14,6 +20,12 @@ namespace detail
 {
 
 [[noreturn, gnu::cold]] BV_API void ThrowLogarithmOfZero();
+
+/// Number of bits that the value takes, as `std::bit_width` gives it, without a case of its own for 0.
+[[nodiscard]] constexpr unsigned int BitWidth(unsigned int value) noexcept
+{
+    return static_cast<unsigned int>(63 - std::countl_zero(std::uint64_t{value} << 1 | 1));
+}
 
 } // namespace detail
 
@@ -25,14 +37,23 @@ namespace detail
 {
     if (value == 0)
         detail::ThrowLogarithmOfZero();
-    return static_cast<unsigned char>(std::bit_width(value - 1));
+    return static_cast<unsigned char>(detail::BitWidth(value - 1));
 }
 
 /// Square root, rounded down: 15 gives 3, 16 gives 4, 0xFFFFFFFF gives 65535.
 ///
-/// Digit by digit, two bits of the value for one bit of the root: J. W. Crenshaw, "Integer Square Roots", 1998.
+/// Digit by digit, two bits of the value for one bit of the root: J. W. Crenshaw, "Integer Square Roots", 1998. Where
+/// the processor has a square root of its own, that of the value in double precision is taken: a root that is no
+/// integer lies too far below the next one to be rounded up to it.
 [[nodiscard]] constexpr unsigned short IntSqrt(unsigned int value) noexcept
 {
+#if defined __SSE2__ || defined _M_X64
+    if (!std::is_constant_evaluated())
+    {
+        __m128d const number = _mm_set_sd(static_cast<double>(value));
+        return static_cast<unsigned short>(_mm_cvttsd_si32(_mm_sqrt_sd(number, number)));
+    }
+#endif
     unsigned int remainder = 0;
     unsigned int root = 0; // twice the root of the bits seen so far
     for (int round = 0; round < 16; ++round)
@@ -54,16 +75,15 @@ namespace detail
 /// result wraps to 0.
 [[nodiscard]] constexpr unsigned int RoundUpToPO2(unsigned int value) noexcept
 {
-    unsigned int const floor = std::bit_floor(value);
-    return value == floor ? floor : floor << 1;
+    return static_cast<unsigned int>(std::uint64_t{1} << detail::BitWidth(value - 1)); // 0 - 1 has 32 bits
 }
 
 /// The nearest power of two; a tie goes up, so 3 gives 4 and 6 gives 8. 0 gives 0, and values from 0xC0000000 upwards,
 /// whose nearest power does not fit 32 bits, wrap to 0.
 [[nodiscard]] constexpr unsigned int RoundToNearestPO2(unsigned int value) noexcept
 {
-    unsigned int const floor = std::bit_floor(value);
-    return (value & (floor >> 1)) != 0 ? floor << 1 : floor;
+    unsigned int const floor = static_cast<unsigned int>((std::uint64_t{1} << detail::BitWidth(value)) >> 1);
+    return floor + (floor & (value << 1)); // twice the floor when the bit below its own is set
 }
 
 } // namespace bv::maths

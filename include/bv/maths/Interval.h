@@ -4,15 +4,29 @@
 /// One axis of a box: growing an interval, and the way from a value to it. Every comparison is strict and ordered, so a
 /// NaN changes nothing and lies nowhere outside.
 
+#include <type_traits>
+
+#include "bv/maths/Lanes3.h"
+
 namespace bv::maths::detail
 {
 
 /// Lowers the lower end of an interval to a value below it.
 /// @return whether the end moved.
 template <typename T>
-constexpr bool LowerTo(T& end, T value) noexcept
+[[gnu::always_inline]] constexpr bool LowerTo(T& end, T value) noexcept
 {
     bool const moves = end > value;
+#if defined __clang__ && defined __SSE2__
+    if constexpr (sizeof(T) == sizeof(float))
+    {
+        if (!std::is_constant_evaluated())
+        {
+            end = Smaller(value, end);
+            return moves;
+        }
+    }
+#endif
     end = moves ? value : end;
     return moves;
 }
@@ -20,9 +34,19 @@ constexpr bool LowerTo(T& end, T value) noexcept
 /// Raises the upper end of an interval to a value above it.
 /// @return whether the end moved.
 template <typename T>
-constexpr bool RaiseTo(T& end, T value) noexcept
+[[gnu::always_inline]] constexpr bool RaiseTo(T& end, T value) noexcept
 {
     bool const moves = value > end;
+#if defined __clang__ && defined __SSE2__
+    if constexpr (sizeof(T) == sizeof(float))
+    {
+        if (!std::is_constant_evaluated())
+        {
+            end = Larger(value, end);
+            return moves;
+        }
+    }
+#endif
     end = moves ? value : end;
     return moves;
 }

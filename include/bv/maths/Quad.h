@@ -52,6 +52,52 @@ public:
         return {lanes[0] * other.lanes[0], lanes[1] * other.lanes[1], lanes[2] * other.lanes[2],
                 lanes[3] * other.lanes[3]};
     }
+    [[nodiscard, gnu::always_inline]] tQuad operator/(tQuad const& other) const noexcept
+    {
+        return {lanes[0] / other.lanes[0], lanes[1] / other.lanes[1], lanes[2] / other.lanes[2],
+                lanes[3] / other.lanes[3]};
+    }
+    template <int LANE>
+    [[nodiscard, gnu::always_inline]] T Get() const noexcept
+    {
+        return lanes[LANE];
+    }
+    /// Whether a lane is not below the bound, or NaN.
+    [[nodiscard, gnu::always_inline]] bool HasLaneNotBelow(T bound) const noexcept
+    {
+        return !(lanes[0] < bound && lanes[1] < bound && lanes[2] < bound && lanes[3] < bound);
+    }
+    /// With 0 in the last lane.
+    [[nodiscard, gnu::always_inline]] tQuad WithoutLast() const noexcept
+    {
+        return {lanes[0], lanes[1], lanes[2], T{0}};
+    }
+    /// With one lane of another quad.
+    template <int LANE>
+    [[nodiscard, gnu::always_inline]] tQuad With(tQuad const& other) const noexcept
+    {
+        tQuad result = *this;
+        result.lanes[LANE] = other.lanes[LANE];
+        return result;
+    }
+    /// Turns four rows into four columns.
+    [[gnu::always_inline]] static void Transpose(tQuad& a, tQuad& b, tQuad& c, tQuad& d) noexcept
+    {
+        tQuad const first(a.lanes[0], b.lanes[0], c.lanes[0], d.lanes[0]);
+        tQuad const second(a.lanes[1], b.lanes[1], c.lanes[1], d.lanes[1]);
+        tQuad const third(a.lanes[2], b.lanes[2], c.lanes[2], d.lanes[2]);
+        tQuad const fourth(a.lanes[3], b.lanes[3], c.lanes[3], d.lanes[3]);
+        a = first;
+        b = second;
+        c = third;
+        d = fourth;
+    }
+    /// Turns three rows into their first three columns, which have anything in the last lane.
+    [[gnu::always_inline]] static void Transpose(tQuad& a, tQuad& b, tQuad& c) noexcept
+    {
+        tQuad d = c;
+        Transpose(a, b, c, d);
+    }
 };
 
 #if defined __SSE2__ || defined _M_X64
@@ -85,6 +131,48 @@ public:
     [[nodiscard, gnu::always_inline]] tQuad operator*(tQuad const& other) const noexcept
     {
         return tQuad(_mm_mul_ps(lanes, other.lanes));
+    }
+    [[nodiscard, gnu::always_inline]] tQuad operator/(tQuad const& other) const noexcept
+    {
+        return tQuad(_mm_div_ps(lanes, other.lanes));
+    }
+    template <int LANE>
+    [[nodiscard, gnu::always_inline]] float Get() const noexcept
+    {
+        return _mm_cvtss_f32(_mm_shuffle_ps(lanes, lanes, _MM_SHUFFLE(LANE, LANE, LANE, LANE)));
+    }
+    [[nodiscard, gnu::always_inline]] bool HasLaneNotBelow(float bound) const noexcept
+    {
+        return _mm_movemask_ps(_mm_cmpnlt_ps(lanes, _mm_set1_ps(bound))) != 0;
+    }
+    [[nodiscard, gnu::always_inline]] tQuad WithoutLast() const noexcept
+    {
+        return tQuad(_mm_and_ps(lanes, _mm_castsi128_ps(_mm_setr_epi32(-1, -1, -1, 0))));
+    }
+    template <int LANE>
+    [[nodiscard, gnu::always_inline]] tQuad With(tQuad const& other) const noexcept
+    {
+        __m128 const chosen = _mm_castsi128_ps(_mm_setr_epi32(-(LANE == 0), -(LANE == 1), -(LANE == 2), -(LANE == 3)));
+        return tQuad(_mm_or_ps(_mm_and_ps(chosen, other.lanes), _mm_andnot_ps(chosen, lanes)));
+    }
+    [[gnu::always_inline]] static void Transpose(tQuad& a, tQuad& b, tQuad& c, tQuad& d) noexcept
+    {
+        __m128 const lowAB = _mm_unpacklo_ps(a.lanes, b.lanes);
+        __m128 const highAB = _mm_unpackhi_ps(a.lanes, b.lanes);
+        __m128 const lowCD = _mm_unpacklo_ps(c.lanes, d.lanes);
+        __m128 const highCD = _mm_unpackhi_ps(c.lanes, d.lanes);
+        a.lanes = _mm_movelh_ps(lowAB, lowCD);
+        b.lanes = _mm_movehl_ps(lowCD, lowAB);
+        c.lanes = _mm_movelh_ps(highAB, highCD);
+        d.lanes = _mm_movehl_ps(highCD, highAB);
+    }
+    [[gnu::always_inline]] static void Transpose(tQuad& a, tQuad& b, tQuad& c) noexcept
+    {
+        __m128 const lowAB = _mm_unpacklo_ps(a.lanes, b.lanes);
+        __m128 const highAB = _mm_unpackhi_ps(a.lanes, b.lanes);
+        a.lanes = _mm_movelh_ps(lowAB, c.lanes);
+        b.lanes = _mm_shuffle_ps(lowAB, c.lanes, _MM_SHUFFLE(3, 1, 3, 2));
+        c.lanes = _mm_shuffle_ps(highAB, c.lanes, _MM_SHUFFLE(3, 2, 1, 0));
     }
 };
 
@@ -132,6 +220,57 @@ public:
     [[nodiscard, gnu::always_inline]] tQuad operator*(tQuad const& other) const noexcept
     {
         return {_mm_mul_pd(low, other.low), _mm_mul_pd(high, other.high)};
+    }
+    [[nodiscard, gnu::always_inline]] tQuad operator/(tQuad const& other) const noexcept
+    {
+        return {_mm_div_pd(low, other.low), _mm_div_pd(high, other.high)};
+    }
+    template <int LANE>
+    [[nodiscard, gnu::always_inline]] double Get() const noexcept
+    {
+        __m128d const pair = LANE < 2 ? low : high;
+        return _mm_cvtsd_f64((LANE & 1) != 0 ? _mm_unpackhi_pd(pair, pair) : pair);
+    }
+    [[nodiscard, gnu::always_inline]] bool HasLaneNotBelow(double bound) const noexcept
+    {
+        __m128d const bounds = _mm_set1_pd(bound);
+        return _mm_movemask_pd(_mm_or_pd(_mm_cmpnlt_pd(low, bounds), _mm_cmpnlt_pd(high, bounds))) != 0;
+    }
+    [[nodiscard, gnu::always_inline]] tQuad WithoutLast() const noexcept
+    {
+        return {low, _mm_move_sd(_mm_setzero_pd(), high)};
+    }
+    template <int LANE>
+    [[nodiscard, gnu::always_inline]] tQuad With(tQuad const& other) const noexcept
+    {
+        if constexpr (LANE == 0)
+            return {_mm_move_sd(low, other.low), high};
+        else if constexpr (LANE == 1)
+            return {_mm_move_sd(other.low, low), high};
+        else if constexpr (LANE == 2)
+            return {low, _mm_move_sd(high, other.high)};
+        else
+            return {low, _mm_move_sd(other.high, high)};
+    }
+    [[gnu::always_inline]] static void Transpose(tQuad& a, tQuad& b, tQuad& c, tQuad& d) noexcept
+    {
+        tQuad const first(_mm_unpacklo_pd(a.low, b.low), _mm_unpacklo_pd(c.low, d.low));
+        tQuad const second(_mm_unpackhi_pd(a.low, b.low), _mm_unpackhi_pd(c.low, d.low));
+        tQuad const third(_mm_unpacklo_pd(a.high, b.high), _mm_unpacklo_pd(c.high, d.high));
+        tQuad const fourth(_mm_unpackhi_pd(a.high, b.high), _mm_unpackhi_pd(c.high, d.high));
+        a = first;
+        b = second;
+        c = third;
+        d = fourth;
+    }
+    [[gnu::always_inline]] static void Transpose(tQuad& a, tQuad& b, tQuad& c) noexcept
+    {
+        tQuad const first(_mm_unpacklo_pd(a.low, b.low), c.low);
+        tQuad const second(_mm_unpackhi_pd(a.low, b.low), _mm_unpackhi_pd(c.low, c.low));
+        tQuad const third(_mm_unpacklo_pd(a.high, b.high), c.high);
+        a = first;
+        b = second;
+        c = third;
     }
 };
 

@@ -3,6 +3,7 @@
 /// @file
 /// Easing curves, a periodic ramp and a logarithm to a chosen number of binary digits.
 
+#include <cmath>
 #include <limits>
 
 #include "bv/Export.h"
@@ -81,7 +82,11 @@ template <typename T>
 /// @param period a positive length, which is not checked.
 /// @tparam T `float` or `double`; both instances are in the library.
 template <typename T>
-[[nodiscard]] T SawTooth(T x, T period) noexcept;
+[[nodiscard]] inline T SawTooth(T x, T period) noexcept
+{
+    T const remainder = std::fmod(x, period);
+    return x >= T{0} ? remainder : remainder + period;
+}
 
 /// Base-2 logarithm, one binary digit at a time.
 ///

@@ -3,7 +3,6 @@
 /// @file
 /// An axis-aligned box in the plane.
 
-#include <cmath>
 #include <iosfwd>
 #include <limits>
 #include <type_traits>
@@ -11,6 +10,7 @@
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/Interval.h"
+#include "bv/maths/Lanes3.h"
 #include "bv/maths/Precision.h"
 #include "bv/maths/tVector2.h"
 
@@ -91,7 +91,10 @@ public:
     [[nodiscard]] constexpr T DistanceSquared(tVector2<T> const& point) const noexcept;
     /// Distance from a point to the box, 0 inside: the square root of DistanceSquared(), also where that overflows to
     /// +infinity or underflows to 0.
-    [[nodiscard]] T Distance(tVector2<T> const& point) const noexcept { return std::sqrt(DistanceSquared(point)); }
+    [[nodiscard]] T Distance(tVector2<T> const& point) const noexcept
+    {
+        return detail::SquareRoot(DistanceSquared(point));
+    }
     /// Area: the product of the two extents, never clamped: +infinity for the empty box.
     [[nodiscard]] constexpr T GetArea() const noexcept { return (max.y - min.y) * (max.x - min.x); }
     /// The point in the middle; NaN in both components for the empty box.

@@ -3,13 +3,13 @@
 /// @file
 /// A disc in the plane.
 
-#include <cmath>
 #include <iosfwd>
 #include <type_traits>
 
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
+#include "bv/maths/Lanes3.h"
 #include "bv/maths/Precision.h"
 #include "bv/maths/tAreaAABB.h"
 #include "bv/maths/tVector2.h"
@@ -75,7 +75,7 @@ public:
     /// The square of the radius, as it is kept.
     [[nodiscard]] constexpr T GetRadiusSquared() const noexcept { return radiusSquared; }
     /// The radius, at the price of a square root; NaN when the squared radius is negative.
-    [[nodiscard]] T GetRadius() const noexcept { return std::sqrt(radiusSquared); }
+    [[nodiscard]] T GetRadius() const noexcept { return detail::SquareRoot(radiusSquared); }
     /// Sets the radius, not its square; a negative radius acts as its magnitude.
     constexpr void SetRadius(T radius) noexcept { radiusSquared = radius * radius; }
     /// @}
@@ -141,7 +141,7 @@ inline bool tAreaDisc<T>::Overlaps(tAreaDisc const& other) const noexcept
 {
     T const a = radiusSquared;
     T const b = other.radiusSquared;
-    return T{2} * std::sqrt(a * b) + (a + b) > (other.centre - centre).LengthSquared();
+    return T{2} * detail::SquareRoot(a * b) + (a + b) > (other.centre - centre).LengthSquared();
 }
 
 template <typename T>

@@ -67,7 +67,7 @@ inline bool tDepthRay<T, Payload>::ClipDiff(tVolumeSphere<T> const& sphere, T& t
                                             tVector2<T>& dFar) const noexcept
 {
     tVector3<T> fromCentre;
-    T b, s;
+    T b{}, s{}; // GCC does not see that nothing is read where nothing is set
     if (!this->FindChord(sphere, fromCentre, b, s))
         return false;
 

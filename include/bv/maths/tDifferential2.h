@@ -3,11 +3,11 @@
 /// @file
 /// A pair of derivatives in the plane.
 
-#include <cmath>
 #include <cstddef>
 #include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/maths/Lanes3.h"
 #include "bv/maths/tVector2.h"
 
 namespace bv::maths
@@ -96,7 +96,7 @@ public:
 template <typename T>
 inline T tDifferential2<T>::GetRadius() const noexcept
 {
-    return std::sqrt(derivatives[DIFF_V].Length() * derivatives[DIFF_U].Length());
+    return detail::SquareRoot(derivatives[DIFF_V].Length() * derivatives[DIFF_U].Length());
 }
 
 template <typename T>

@@ -3,11 +3,11 @@
 /// @file
 /// A pair of derivatives in space.
 
-#include <cmath>
 #include <cstddef>
 #include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/maths/Lanes3.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tVector3.h"
 
@@ -55,14 +55,15 @@ public:
     [[nodiscard]] T GetRadius() const noexcept;
     /// Whether either derivative is null, that is, equal to zero in every component by IsEqual(). One degenerate
     /// direction is enough.
-    [[nodiscard]] constexpr bool IsNull() const noexcept;
+    [[nodiscard, gnu::always_inline]] constexpr bool IsNull() const noexcept;
     /// Whether either derivative is infinite in the sense of tVector3::IsInfinite(): +infinity in every component.
     [[nodiscard]] constexpr bool IsInfinite() const noexcept;
     /// TransformAsVector(), into a copy.
-    [[nodiscard]] tDifferential3 TransformedAsVector(tMatrix4<T> const& matrix) const noexcept;
+    [[nodiscard, gnu::always_inline]] inline tDifferential3
+    TransformedAsVector(tMatrix4<T> const& matrix) const noexcept;
     /// Transform(), into a copy.
-    [[nodiscard]] tDifferential3 Transformed(tMatrix4<T> const& matrix, tVector3<T> const& position,
-                                             T const& weight) const noexcept;
+    [[nodiscard, gnu::always_inline]] inline tDifferential3
+    Transformed(tMatrix4<T> const& matrix, tVector3<T> const& position, T const& weight) const noexcept;
     /// @}
 
     /// @name Changes
@@ -74,7 +75,7 @@ public:
     /// Transforms both derivatives as directions, each with tVector3::TransformAsVector(): the linear part of the
     /// matrix only.
     /// @return this differential.
-    tDifferential3& TransformAsVector(tMatrix4<T> const& matrix) noexcept;
+    [[gnu::always_inline]] inline tDifferential3& TransformAsVector(tMatrix4<T> const& matrix) noexcept;
     /// Carries the derivatives of a point through a projective transform of that point: differentiates (matrix * point)
     /// / w. Each derivative d becomes (d' - s * position) * (1 / weight), where d' is d transformed with
     /// tVector3::TransformAsVector() and s = d.x * m41 + d.y * m42 + d.z * m43 is the derivative of w. The fourth row
@@ -83,7 +84,8 @@ public:
     /// @param position where the transform takes the point to, after the division by w.
     /// @param weight the homogeneous coordinate w of the transformed point; not checked, zero follows IEEE arithmetic.
     /// @return this differential. The arguments may be parts of it and are read before it changes.
-    tDifferential3& Transform(tMatrix4<T> const& matrix, tVector3<T> const& position, T const& weight) noexcept;
+    [[gnu::always_inline]] inline tDifferential3& Transform(tMatrix4<T> const& matrix, tVector3<T> const& position,
+                                                            T const& weight) noexcept;
     /// @}
 
     /// @name Operators
@@ -112,14 +114,16 @@ public:
     /// @}
 
 private:
-    [[nodiscard]] static tVector3<T> Projected(tVector3<T> const& derivative, tMatrix4<T> const& matrix,
-                                               tVector3<T> const& position, T const& weight) noexcept;
+    [[nodiscard, gnu::always_inline]] static inline tVector3<T> Projected(tVector3<T> const& derivative,
+                                                                          tMatrix4<T> const& matrix,
+                                                                          tVector3<T> const& position,
+                                                                          T const& weight) noexcept;
 };
 
 template <typename T>
 inline T tDifferential3<T>::GetRadius() const noexcept
 {
-    return std::sqrt(derivatives[DIFF_V].Length() * derivatives[DIFF_U].Length());
+    return detail::SquareRoot(derivatives[DIFF_V].Length() * derivatives[DIFF_U].Length());
 }
 
 template <typename T>

@@ -8,6 +8,7 @@
 
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
+#include "bv/maths/PlaneLanes.h"
 #include "bv/maths/tPlane.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
@@ -102,6 +103,7 @@ public:
     /// @}
 
 private:
+    [[nodiscard, gnu::always_inline]] inline IntersectionResult Classify(tVolumeAABB<T> const& box) const noexcept;
     [[nodiscard]] static constexpr tVector3<T> ChooseCorner(tVector3<T> const& normal, tVector3<T> const& along,
                                                             tVector3<T> const& against) noexcept;
     [[nodiscard, gnu::always_inline]] static constexpr bool Rejects(tPlane<T> const& plane, tVolumeAABB<T> const& box,
@@ -132,6 +134,10 @@ constexpr bool tFrustum<T>::Rejects(tPlane<T> const& plane, tVolumeAABB<T> const
 template <typename T>
 constexpr typename tFrustum<T>::IntersectionResult tFrustum<T>::ContainsAABB(tVolumeAABB<T> const& box) const noexcept
 {
+#if defined __SSE2__ || defined _M_X64
+    if (!std::is_constant_evaluated())
+        return Classify(box);
+#endif
     bool straddles = false; // the sides reject most, so they come first
     if (Rejects(leftPlane, box, straddles) || Rejects(rightPlane, box, straddles) ||
         Rejects(topPlane, box, straddles) || Rejects(bottomPlane, box, straddles) ||
@@ -139,6 +145,34 @@ constexpr typename tFrustum<T>::IntersectionResult tFrustum<T>::ContainsAABB(tVo
         return OUTSIDE;
     return straddles ? INTERSECTING : INSIDE;
 }
+
+#if defined __SSE2__ || defined _M_X64
+
+/// The same for several planes at a time and without a branch: no plane waits for another, and any of them rejects.
+template <typename T>
+inline typename tFrustum<T>::IntersectionResult tFrustum<T>::Classify(tVolumeAABB<T> const& box) const noexcept
+{
+    T const lower[] = {box.GetMin().x, box.GetMin().y, box.GetMin().z};
+    T const upper[] = {box.GetMax().x, box.GetMax().y, box.GetMax().z};
+    detail::tCornerLanes<T> const corners(lower, upper);
+    int rejected = 0;
+    int straddled = 0;
+    if constexpr (sizeof(T) == sizeof(float))
+    {
+        corners.Test(detail::LoadPlanes(leftPlane, rightPlane, topPlane, bottomPlane), rejected, straddled);
+        corners.TestTwo(detail::LoadPlanes(farPlane, nearPlane, farPlane, nearPlane), rejected, straddled);
+    }
+    else
+    {
+        corners.Test(detail::LoadPlanes(leftPlane, rightPlane), rejected, straddled);
+        corners.Test(detail::LoadPlanes(topPlane, bottomPlane), rejected, straddled);
+        corners.Test(detail::LoadPlanes(farPlane, nearPlane), rejected, straddled);
+    }
+    IntersectionResult const kept = straddled != 0 ? INTERSECTING : INSIDE;
+    return rejected != 0 ? OUTSIDE : kept;
+}
+
+#endif
 
 extern template class BV_TEMPLATE tFrustum<float>;
 extern template class BV_TEMPLATE tFrustum<double>;

@@ -42,8 +42,8 @@ namespace bv::maths
 /// pointer of its own. The object cannot be copied as bytes. Raw memory filled with zeros becomes a matrix when it is
 /// assigned to (`*=` and the like included), read into, inverted or transposed: these set the pointer if it is null.
 ///
-/// Product, determinant and the transforms of vectors are inlined by force: they are a little larger than what
-/// compilers take over of their own accord, and the alternative is a call into the library.
+/// Product, transpose, determinant, inverse, comparison and the transforms of vectors are inlined by force: they are a
+/// little larger than what compilers take over of their own accord, and the alternative is a call into the library.
 ///
 /// @tparam T `float` or `double`; both instances are in the library.
 template <typename T>
@@ -107,7 +107,7 @@ public:
     /// determinant is looked at, so a left-handed frame is ORTHONORMAL here.
     tMatrix4(tVector3<T> const& xAxis, tVector3<T> const& yAxis, tVector3<T> const& zAxis) noexcept;
     /// The same elements and state, a stale state included.
-    tMatrix4(tMatrix4 const& other) noexcept;
+    [[gnu::always_inline]] tMatrix4(tMatrix4 const& other) noexcept;
     /// Converts from the other precision, element by element, rounding to nearest, and classifies the result.
     template <OtherPrecision<T> U>
     tMatrix4(tMatrix4<U> const& other) noexcept;
@@ -164,8 +164,9 @@ public:
     /// @param nearPlane,farPlane distances along -z, mapped to -1 and 1; neither their signs nor their order are
     ///        checked.
     /// @throws InvalidArgumentException as OrthogonalProjection() does.
-    [[nodiscard]] static tMatrix4 PerspectiveProjection(T const& left, T const& right, T const& bottom, T const& top,
-                                                        T const& nearPlane, T const& farPlane);
+    [[nodiscard, gnu::always_inline]] static tMatrix4 PerspectiveProjection(T const& left, T const& right,
+                                                                            T const& bottom, T const& top,
+                                                                            T const& nearPlane, T const& farPlane);
     /// @}
 
     /// @name Access
@@ -205,11 +206,11 @@ public:
     /// Transpose: a copy for IDENTITY and DIAGONAL. For ORTHONORMAL the upper left 3x3 is transposed and the fourth row
     /// and column are (0, 0, 0, 1), in the same state. Otherwise the whole is transposed and classified, while
     /// Transpose() keeps its state.
-    [[nodiscard]] tMatrix4 Transposed() const noexcept;
+    [[nodiscard, gnu::always_inline]] tMatrix4 Transposed() const noexcept;
     /// Inverse: the values of Invert(), except that for ORTHONORMAL the fourth row and column are (0, 0, 0, 1). The
     /// state is kept; one that is none of the four becomes GENERAL.
     /// @throws MatrixException as Invert() does.
-    [[nodiscard]] tMatrix4 Inverted() const;
+    [[nodiscard, gnu::always_inline]] tMatrix4 Inverted() const;
     /// @}
 
     /// @name Changes
@@ -217,20 +218,20 @@ public:
     /// Transposes in place: nothing to do for IDENTITY and DIAGONAL, the upper left 3x3 alone for ORTHONORMAL, the
     /// whole otherwise. The state is kept.
     /// @return this matrix.
-    tMatrix4& Transpose() noexcept;
+    [[gnu::always_inline]] tMatrix4& Transpose() noexcept;
     /// Inverts in place, by state, which is kept: nothing to do for IDENTITY, the reciprocals of the diagonal for
     /// DIAGONAL, the transpose of the upper left 3x3 alone for ORTHONORMAL, and otherwise the cofactors times the
     /// reciprocal of the determinant.
     /// @return this matrix.
     /// @throws MatrixException when an element of the diagonal, or otherwise the determinant, is closer to zero than
     ///         `TOLERANCE`; the matrix is then unchanged. Exactly the tolerance passes, and so does NaN.
-    tMatrix4& Invert();
+    [[gnu::always_inline]] tMatrix4& Invert();
     /// @}
 
     /// @name Operators
     /// @{
     /// Copies elements and state, a stale state included.
-    tMatrix4& operator=(tMatrix4 const& other) noexcept;
+    [[gnu::always_inline]] tMatrix4& operator=(tMatrix4 const& other) noexcept;
     /// Copies sixteen consecutive elements, row by row, and classifies them. They may lie in this matrix.
     tMatrix4& operator=(T const* values) noexcept;
     tMatrix4& operator=(std::nullptr_t) = delete;
@@ -271,7 +272,7 @@ public:
     /// @return this matrix.
     tMatrix4& operator-=(tMatrix4 const& other) noexcept;
     /// Equality of the sixteen elements, by IsEqual(). The states are not compared.
-    [[nodiscard]] bool operator==(tMatrix4 const& other) const noexcept;
+    [[nodiscard, gnu::always_inline]] bool operator==(tMatrix4 const& other) const noexcept;
     /// Whether an element differs, by IsEqual(). The states are not compared.
     [[nodiscard]] bool operator!=(tMatrix4 const& other) const noexcept { return !(*this == other); }
     /// @}
@@ -300,41 +301,67 @@ private:
 
     using Quad = detail::tQuad<T>;
 
+    /// The elements, outside of a matrix. Operations compute in these and write to the matrix at the end, through one
+    /// pointer, so that the compiler can keep a result that is only copied in registers.
+    struct Rows
+    {
+        Quad row1, row2, row3, row4;
+    };
+
+    struct Result
+    {
+        Rows rows;
+        State state;
+    };
+
     /// Sixteen elements whose state is known.
-    tMatrix4(T const* values, State known) noexcept;
-    /// Elements that the caller sets.
-    explicit tMatrix4(State known) noexcept : state{known} { InitMemory(); }
+    [[gnu::always_inline]] tMatrix4(Rows const& rows, State known) noexcept;
+    [[gnu::always_inline]] explicit tMatrix4(Result const& result) noexcept : tMatrix4(result.rows, result.state) {}
 
     [[nodiscard]] static unsigned long long GetIndex(tTuple2<unsigned int> const& position) noexcept;
     [[nodiscard]] T const* GetRow(std::size_t row) const noexcept { return elements + ROWSIZE * row; }
-    [[nodiscard]] Quad LoadRow(std::size_t row) const noexcept { return Quad(GetRow(row)); }
-    void StoreRow(std::size_t row, Quad const& values) noexcept { values.Store(elements + ROWSIZE * row); }
+    [[nodiscard, gnu::always_inline]] Rows Load() const noexcept;
+    [[gnu::always_inline]] static void Store(T* aligned, Rows const& rows) noexcept;
 
-    void InitMemory() noexcept;
+    [[nodiscard, gnu::always_inline]] T* AlignedBuffer() noexcept;
+    void InitMemory() noexcept { elements = AlignedBuffer(); }
     void RepairMemory() noexcept;
-    void CopyElements(tMatrix4 const& other) noexcept;
     template <typename U>
     void ReadElements(U const* values) noexcept;
     State SetState() noexcept;
+    /// The classification that SetState() stores, without a matrix.
+    [[nodiscard]] static State Classify(T const* values) noexcept;
+    [[nodiscard, gnu::always_inline]] static State Classify(Rows const& rows) noexcept;
+    [[nodiscard, gnu::always_inline]] static T FullDeterminant(T const* m) noexcept;
+    [[nodiscard, gnu::always_inline]] static bool IsPlainlyGeneral(Rows const& rows) noexcept;
 
-    void ResetFourthRowAndColumn() noexcept;
-    void TransposeElements(std::size_t rows) noexcept;
-    [[gnu::always_inline]] void Multiply(tMatrix4 const& left, tMatrix4 const& right) noexcept;
-    [[nodiscard]] tMatrix4 MultipliedDiagonal(tMatrix4 const& other) const noexcept;
+    [[gnu::always_inline]] static void ResetFourthRowAndColumn(Rows& rows) noexcept;
+    [[nodiscard, gnu::always_inline]] static Quad Combine(T const* factors, Rows const& rows) noexcept;
+    [[nodiscard, gnu::always_inline]] static Rows Multiply(tMatrix4 const& left, tMatrix4 const& right) noexcept;
+    [[nodiscard, gnu::always_inline]] static Result Product(tMatrix4 const& left, tMatrix4 const& right) noexcept;
+    [[nodiscard, gnu::always_inline]] static Rows ScaledRows(T const* diagonal, Rows const& rows) noexcept;
+    [[nodiscard, gnu::always_inline]] static Rows ScaledColumns(Rows const& rows, T const* diagonal) noexcept;
     tMatrix4& MultiplyDiagonal(tMatrix4 const& other) noexcept;
-    void InvertDiagonal(char const* member, unsigned int line);
-    void InvertGeneral(char const* member, unsigned int line);
+    [[gnu::always_inline]] static void Transpose3(T* m) noexcept;
+    [[nodiscard, gnu::always_inline]] Result TransposedRows() const noexcept;
+    [[nodiscard, gnu::always_inline]] static bool IsTooSmall(T divisor) noexcept;
+    [[nodiscard, gnu::always_inline]] Rows InverseOfDiagonal(char const* member, unsigned int line) const;
+    [[nodiscard, gnu::always_inline]] Rows InverseOfGeneral(char const* member, unsigned int line) const;
+    [[nodiscard, gnu::always_inline]] static bool IsEmptyView(T left, T right, T bottom, T top, T nearPlane,
+                                                              T farPlane) noexcept;
+    [[noreturn, gnu::cold]] static void ThrowInvalidView(char const* member, unsigned int line);
+    [[noreturn, gnu::cold]] static void ThrowSingular(char const* member, unsigned int line);
 };
 
 // The pointer must be set before anything else is done with a matrix, so every constructor begins here.
 template <typename T>
-inline void tMatrix4<T>::InitMemory() noexcept
+inline T* tMatrix4<T>::AlignedBuffer() noexcept
 {
     static_assert(offsetof(tMatrix4, state) == 0 && offsetof(tMatrix4, elements) == sizeof(void*) &&
                   offsetof(tMatrix4, buffer) == 2 * sizeof(void*));
     constexpr std::uintptr_t ALIGNMENT = 16;
     std::uintptr_t const beyond = reinterpret_cast<std::uintptr_t>(buffer) % ALIGNMENT;
-    elements = buffer + (ALIGNMENT - beyond) % ALIGNMENT / sizeof(T);
+    return buffer + (ALIGNMENT - beyond) % ALIGNMENT / sizeof(T);
 }
 
 template <typename T>
@@ -345,10 +372,29 @@ inline void tMatrix4<T>::RepairMemory() noexcept
 }
 
 template <typename T>
-inline void tMatrix4<T>::CopyElements(tMatrix4 const& other) noexcept
+inline typename tMatrix4<T>::Rows tMatrix4<T>::Load() const noexcept
 {
-    for (std::size_t row = 0; row < ROWSIZE; ++row)
-        StoreRow(row, other.LoadRow(row));
+    T const* const m = elements;
+    return {Quad(m), Quad(m + 4), Quad(m + 8), Quad(m + 12)};
+}
+
+template <typename T>
+inline void tMatrix4<T>::Store(T* aligned, Rows const& rows) noexcept
+{
+    rows.row1.Store(aligned);
+    rows.row2.Store(aligned + 4);
+    rows.row3.Store(aligned + 8);
+    rows.row4.Store(aligned + 12);
+}
+
+// The pointer is stored last: nothing that follows can then be taken for a change of it.
+template <typename T>
+inline tMatrix4<T>::tMatrix4(Rows const& rows, State known) noexcept
+{
+    T* const aligned = AlignedBuffer();
+    Store(aligned, rows);
+    state = known;
+    elements = aligned;
 }
 
 template <typename T>
@@ -363,25 +409,50 @@ inline void tMatrix4<T>::ReadElements(U const* values) noexcept
 }
 
 template <typename T>
-inline void tMatrix4<T>::ResetFourthRowAndColumn() noexcept
+inline void tMatrix4<T>::ResetFourthRowAndColumn(Rows& rows) noexcept
 {
-    elements[IDX_14] = elements[IDX_24] = elements[IDX_34] = T{0};
-    StoreRow(ROW_4, Quad(T{0}, T{0}, T{0}, T{1}));
+    rows.row1 = rows.row1.WithoutLast();
+    rows.row2 = rows.row2.WithoutLast();
+    rows.row3 = rows.row3.WithoutLast();
+    rows.row4 = Quad(T{0}, T{0}, T{0}, T{1});
+}
+
+// Recognises most matrices that are GENERAL, and no others: one whose first column is not near zero off the diagonal,
+// and whose length is not near 1. The bounds are far wider than those of IsEqual().
+template <typename T>
+inline bool tMatrix4<T>::IsPlainlyGeneral(Rows const& rows) noexcept
+{
+    T const m11 = rows.row1.template Get<0>();
+    T const m21 = rows.row2.template Get<0>();
+    T const m31 = rows.row3.template Get<0>();
+    T const m41 = rows.row4.template Get<0>();
+    T const offDiagonal = m21 * m21 + m31 * m31 + m41 * m41;
+    T const length = m11 * m11 + offDiagonal;
+    // this way round, so that NaN passes: a matrix with one is GENERAL
+    return !(offDiagonal <= T{100} * TOLERANCE<T> * TOLERANCE<T>)&&!(std::abs(length - T{1}) <= T{100} * TOLERANCE<T>);
 }
 
 template <typename T>
-inline tMatrix4<T>::tMatrix4() noexcept : tMatrix4(IDENTITY)
+inline typename tMatrix4<T>::State tMatrix4<T>::Classify(Rows const& rows) noexcept
 {
-    StoreRow(ROW_1, Quad(T{1}, T{0}, T{0}, T{0}));
-    StoreRow(ROW_2, Quad(T{0}, T{1}, T{0}, T{0}));
-    StoreRow(ROW_3, Quad(T{0}, T{0}, T{1}, T{0}));
-    StoreRow(ROW_4, Quad(T{0}, T{0}, T{0}, T{1}));
+    if (IsPlainlyGeneral(rows))
+        return GENERAL;
+    alignas(16) T values[SIZE];
+    Store(values, rows);
+    return Classify(values);
 }
 
 template <typename T>
-inline tMatrix4<T>::tMatrix4(tMatrix4 const& other) noexcept : tMatrix4(other.state)
+inline tMatrix4<T>::tMatrix4() noexcept
+    : tMatrix4(Rows{Quad(T{1}, T{0}, T{0}, T{0}), Quad(T{0}, T{1}, T{0}, T{0}), Quad(T{0}, T{0}, T{1}, T{0}),
+                    Quad(T{0}, T{0}, T{0}, T{1})},
+               IDENTITY)
 {
-    CopyElements(other);
+}
+
+template <typename T>
+inline tMatrix4<T>::tMatrix4(tMatrix4 const& other) noexcept : tMatrix4(other.Load(), other.state)
+{
 }
 
 template <typename T>
@@ -392,8 +463,9 @@ inline tMatrix4<T>::tMatrix4(tMatrix4<U> const& other) noexcept : tMatrix4(other
 
 template <typename T>
 template <OtherPrecision<T> U>
-inline tMatrix4<T>::tMatrix4(U const* values) noexcept : tMatrix4(GENERAL)
+inline tMatrix4<T>::tMatrix4(U const* values) noexcept
 {
+    InitMemory();
     ReadElements(values);
     SetState();
 }
@@ -402,11 +474,9 @@ template <typename T>
 inline tMatrix4<T>& tMatrix4<T>::operator=(tMatrix4 const& other) noexcept
 {
     RepairMemory();
-    if (this != &other)
-    {
-        CopyElements(other);
-        state = other.state;
-    }
+    T* const to = elements;
+    state = other.state;
+    Store(to, other.Load());
     return *this;
 }
 
@@ -466,7 +536,12 @@ inline T tMatrix4<T>::Determinant() const noexcept
     T const* const m = elements;
     if (state == DIAGONAL)
         return m[IDX_11] * m[IDX_22] * m[IDX_33] * m[IDX_44];
+    return FullDeterminant(m);
+}
 
+template <typename T>
+inline T tMatrix4<T>::FullDeterminant(T const* m) noexcept
+{
     T const s0 = m[IDX_31] * m[IDX_44] - m[IDX_41] * m[IDX_34];
     T const s1 = m[IDX_31] * m[IDX_43] - m[IDX_41] * m[IDX_33];
     T const s2 = m[IDX_33] * m[IDX_44] - m[IDX_43] * m[IDX_34];
@@ -479,40 +554,69 @@ inline T tMatrix4<T>::Determinant() const noexcept
            m[IDX_14] * (m[IDX_21] * s5 - m[IDX_22] * s1 + m[IDX_23] * s3);
 }
 
-// Four sums of four products for each row. Both operands may be this matrix: the right one is read before anything is
-// written, and each row of the left one before it is overwritten.
 template <typename T>
-inline void tMatrix4<T>::Multiply(tMatrix4 const& left, tMatrix4 const& right) noexcept
+inline typename tMatrix4<T>::Quad tMatrix4<T>::Combine(T const* factors, Rows const& rows) noexcept
 {
-    bool const isRotation = left.state == ORTHONORMAL && right.state == ORTHONORMAL;
-    Quad const row1 = right.LoadRow(ROW_1);
-    Quad const row2 = right.LoadRow(ROW_2);
-    Quad const row3 = right.LoadRow(ROW_3);
-    Quad const row4 = right.LoadRow(ROW_4);
-    for (std::size_t row = 0; row < ROWSIZE; ++row)
+    return Quad::Broadcast(factors[0]) * rows.row1 + Quad::Broadcast(factors[1]) * rows.row2 +
+           Quad::Broadcast(factors[2]) * rows.row3 + Quad::Broadcast(factors[3]) * rows.row4;
+}
+
+// Four sums of four products for each row.
+template <typename T>
+inline typename tMatrix4<T>::Rows tMatrix4<T>::Multiply(tMatrix4 const& left, tMatrix4 const& right) noexcept
+{
+    T const* const a = left.elements;
+    Rows const b = right.Load();
+    Rows rows{Combine(a, b), Combine(a + 4, b), Combine(a + 8, b), Combine(a + 12, b)};
+    if (left.state == ORTHONORMAL && right.state == ORTHONORMAL)
+        ResetFourthRowAndColumn(rows);
+    return rows;
+}
+
+template <typename T>
+inline typename tMatrix4<T>::Rows tMatrix4<T>::ScaledRows(T const* diagonal, Rows const& rows) noexcept
+{
+    return {Quad::Broadcast(diagonal[IDX_11]) * rows.row1, Quad::Broadcast(diagonal[IDX_22]) * rows.row2,
+            Quad::Broadcast(diagonal[IDX_33]) * rows.row3, Quad::Broadcast(diagonal[IDX_44]) * rows.row4};
+}
+
+template <typename T>
+inline typename tMatrix4<T>::Rows tMatrix4<T>::ScaledColumns(Rows const& rows, T const* diagonal) noexcept
+{
+    Quad const factors(diagonal[IDX_11], diagonal[IDX_22], diagonal[IDX_33], diagonal[IDX_44]);
+    return {rows.row1 * factors, rows.row2 * factors, rows.row3 * factors, rows.row4 * factors};
+}
+
+template <typename T>
+inline typename tMatrix4<T>::Result tMatrix4<T>::Product(tMatrix4 const& left, tMatrix4 const& right) noexcept
+{
+    if (right.state == IDENTITY)
+        return {left.Load(), left.state};
+    if (left.state == IDENTITY)
+        return {right.Load(), right.state};
+    T const* const a = left.elements;
+    T const* const b = right.elements;
+    if (left.state != DIAGONAL && right.state != DIAGONAL)
+        return {Multiply(left, right), left.state == ORTHONORMAL && right.state == ORTHONORMAL ? ORTHONORMAL : GENERAL};
+    if (left.state == right.state)
+        return {{Quad(a[IDX_11] * b[IDX_11], T{0}, T{0}, T{0}), Quad(T{0}, a[IDX_22] * b[IDX_22], T{0}, T{0}),
+                 Quad(T{0}, T{0}, a[IDX_33] * b[IDX_33], T{0}), Quad(T{0}, T{0}, T{0}, a[IDX_44] * b[IDX_44])},
+                DIAGONAL};
+
+    Rows rows = left.state == DIAGONAL ? ScaledRows(a, right.Load()) : ScaledColumns(left.Load(), b);
+    if ((left.state == ORTHONORMAL && IsEqual(right.Determinant(), T{1})) ||
+        (right.state == ORTHONORMAL && IsEqual(left.Determinant(), T{1})))
     {
-        T const* const m = left.GetRow(row);
-        StoreRow(row, Quad::Broadcast(m[0]) * row1 + Quad::Broadcast(m[1]) * row2 + Quad::Broadcast(m[2]) * row3 +
-                          Quad::Broadcast(m[3]) * row4);
+        ResetFourthRowAndColumn(rows);
+        return {rows, ORTHONORMAL};
     }
-    if (isRotation)
-        ResetFourthRowAndColumn();
-    state = isRotation ? ORTHONORMAL : GENERAL;
+    return {rows, Classify(rows)};
 }
 
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::operator*(tMatrix4 const& other) const noexcept
 {
-    if (other.state == IDENTITY)
-        return *this;
-    if (state == IDENTITY)
-        return other;
-    if (state == DIAGONAL || other.state == DIAGONAL)
-        return MultipliedDiagonal(other);
-
-    tMatrix4 result(GENERAL);
-    result.Multiply(*this, other);
-    return result;
+    return tMatrix4(Product(*this, other));
 }
 
 template <typename T>
@@ -526,7 +630,10 @@ inline tMatrix4<T>& tMatrix4<T>::operator*=(tMatrix4 const& other) noexcept
     if (state == DIAGONAL || other.state == DIAGONAL)
         return MultiplyDiagonal(other);
 
-    Multiply(*this, other);
+    T* const to = elements;
+    Rows const rows = Multiply(*this, other);
+    state = state == ORTHONORMAL && other.state == ORTHONORMAL ? ORTHONORMAL : GENERAL;
+    Store(to, rows);
     return *this;
 }
 
@@ -534,45 +641,226 @@ template <typename T>
 inline tMatrix4<T>& tMatrix4<T>::operator+=(tMatrix4 const& other) noexcept
 {
     RepairMemory();
-    state = IsDiagonal() && other.IsDiagonal() ? DIAGONAL : GENERAL;
-    for (std::size_t row = 0; row < ROWSIZE; ++row)
-        StoreRow(row, LoadRow(row) + other.LoadRow(row));
-    return *this;
+    return *this = *this + other;
 }
 
 template <typename T>
 inline tMatrix4<T>& tMatrix4<T>::operator-=(tMatrix4 const& other) noexcept
 {
     RepairMemory();
-    state = IsDiagonal() && other.IsDiagonal() ? DIAGONAL : GENERAL;
-    for (std::size_t row = 0; row < ROWSIZE; ++row)
-        StoreRow(row, LoadRow(row) - other.LoadRow(row));
-    return *this;
+    return *this = *this - other;
 }
 
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::operator+(tMatrix4 const& other) const noexcept
 {
-    tMatrix4 result(*this);
-    result += other;
-    return result;
+    Rows const a = Load();
+    Rows const b = other.Load();
+    return tMatrix4(Rows{a.row1 + b.row1, a.row2 + b.row2, a.row3 + b.row3, a.row4 + b.row4},
+                    IsDiagonal() && other.IsDiagonal() ? DIAGONAL : GENERAL);
 }
 
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::operator-(tMatrix4 const& other) const noexcept
 {
-    tMatrix4 result(*this);
-    result -= other;
-    return result;
+    Rows const a = Load();
+    Rows const b = other.Load();
+    return tMatrix4(Rows{a.row1 - b.row1, a.row2 - b.row2, a.row3 - b.row3, a.row4 - b.row4},
+                    IsDiagonal() && other.IsDiagonal() ? DIAGONAL : GENERAL);
 }
 
+// Rows that are equal by their differences alone, as most equal ones are, are recognised side by side.
 template <typename T>
 inline bool tMatrix4<T>::operator==(tMatrix4 const& other) const noexcept
 {
-    for (std::size_t i = 0; i < SIZE; ++i)
-        if (!IsEqual(elements[i], other.elements[i]))
-            return false;
+    T const* const a = elements;
+    T const* const b = other.elements;
+    for (std::size_t row = 0; row < SIZE; row += ROWSIZE)
+    {
+        Quad const difference = Quad(a + row) - Quad(b + row);
+        if ((difference * difference).HasLaneNotBelow(TOLERANCE<T> * TOLERANCE<T>))
+            for (std::size_t i = row; i < row + ROWSIZE; ++i)
+                if (!IsEqual(a[i], b[i]))
+                    return false;
+    }
     return true;
+}
+
+template <typename T>
+inline void tMatrix4<T>::Transpose3(T* m) noexcept
+{
+    T const m12 = m[IDX_12], m13 = m[IDX_13], m23 = m[IDX_23];
+    m[IDX_12] = m[IDX_21];
+    m[IDX_13] = m[IDX_31];
+    m[IDX_23] = m[IDX_32];
+    m[IDX_21] = m12;
+    m[IDX_31] = m13;
+    m[IDX_32] = m23;
+}
+
+template <typename T>
+inline tMatrix4<T>& tMatrix4<T>::Transpose() noexcept
+{
+    RepairMemory();
+    T* const m = elements;
+    if (state == ORTHONORMAL)
+        Transpose3(m);
+    else if (!IsDiagonal())
+    {
+        auto [row1, row2, row3, row4] = Load();
+        Quad::Transpose(row1, row2, row3, row4);
+        Store(m, {row1, row2, row3, row4});
+    }
+    return *this;
+}
+
+template <typename T>
+inline typename tMatrix4<T>::Result tMatrix4<T>::TransposedRows() const noexcept
+{
+    if (IsDiagonal())
+        return {Load(), state};
+    auto [row1, row2, row3, row4] = Load();
+    Quad::Transpose(row1, row2, row3, row4);
+    Rows rows{row1, row2, row3, row4};
+    if (state == ORTHONORMAL)
+    {
+        ResetFourthRowAndColumn(rows);
+        return {rows, ORTHONORMAL};
+    }
+    return {rows, Classify(rows)};
+}
+
+template <typename T>
+inline tMatrix4<T> tMatrix4<T>::Transposed() const noexcept
+{
+    return tMatrix4(TransposedRows());
+}
+
+template <typename T>
+inline bool tMatrix4<T>::IsTooSmall(T divisor) noexcept
+{
+    return TOLERANCE<T> > std::abs(divisor); // this way round, so that NaN passes
+}
+
+template <typename T>
+inline typename tMatrix4<T>::Rows tMatrix4<T>::InverseOfDiagonal(char const* member, unsigned int line) const
+{
+    T const* const m = elements;
+    if (IsTooSmall(m[IDX_11]) || IsTooSmall(m[IDX_22]) || IsTooSmall(m[IDX_33]) || IsTooSmall(m[IDX_44]))
+        ThrowSingular(member, line);
+    Rows rows = Load();
+    Quad const reciprocals = Quad::Broadcast(T{1}) / Quad(m[IDX_11], m[IDX_22], m[IDX_33], m[IDX_44]);
+    rows.row1 = rows.row1.template With<0>(reciprocals);
+    rows.row2 = rows.row2.template With<1>(reciprocals);
+    rows.row3 = rows.row3.template With<2>(reciprocals);
+    rows.row4 = rows.row4.template With<3>(reciprocals);
+    return rows;
+}
+
+namespace detail
+{
+
+/// One column of a matrix for all four determinants that lack a row: lane j holds the first, second and third of the
+/// elements that remain without row j.
+template <typename T>
+struct tMinorColumn
+{
+    tQuad<T> first, second, third;
+
+    [[gnu::always_inline]] explicit tMinorColumn(tQuad<T> const& rows) noexcept
+        : first{rows.template Shuffled<1, 0, 0, 0>()},
+          second{rows.template Shuffled<2, 2, 1, 1>()},
+          third{rows.template Shuffled<3, 3, 3, 2>()}
+    {
+    }
+
+    /// The four 2x2 determinants of the last two rows of this column and another.
+    [[nodiscard, gnu::always_inline]] tQuad<T> Cross(tMinorColumn const& other) const noexcept
+    {
+        return second * other.third - other.second * third;
+    }
+};
+
+} // namespace detail
+
+// The adjugate times the reciprocal of the determinant, a row at a time: row i holds the determinants without column i,
+// each expanded along its first row. Those without row 1 are the ones that the determinant expands to.
+template <typename T>
+inline typename tMatrix4<T>::Rows tMatrix4<T>::InverseOfGeneral(char const* member, unsigned int line) const
+{
+    T const* const m = elements;
+    auto [rows1, rows2, rows3, rows4] = Load();
+    Quad::Transpose(rows1, rows2, rows3, rows4);
+    detail::tMinorColumn<T> const c1(rows1);
+    detail::tMinorColumn<T> const c2(rows2);
+    detail::tMinorColumn<T> const c3(rows3);
+    detail::tMinorColumn<T> const c4(rows4);
+    Quad const c12 = c1.Cross(c2);
+    Quad const c13 = c1.Cross(c3);
+    Quad const c14 = c1.Cross(c4);
+    Quad const c23 = c2.Cross(c3);
+    Quad const c24 = c2.Cross(c4);
+    Quad const c34 = c3.Cross(c4);
+    Quad const minors1 = c2.first * c34 - c3.first * c24 + c4.first * c23;
+    Quad const minors2 = c1.first * c34 - c3.first * c14 + c4.first * c13;
+    Quad const minors3 = c1.first * c24 - c2.first * c14 + c4.first * c12;
+    Quad const minors4 = c1.first * c23 - c2.first * c13 + c3.first * c12;
+    T const determinant = m[IDX_11] * minors1.template Get<0>() - m[IDX_12] * minors2.template Get<0>() +
+                          m[IDX_13] * minors3.template Get<0>() - m[IDX_14] * minors4.template Get<0>();
+    if (IsTooSmall(determinant))
+        ThrowSingular(member, line);
+
+    T const q = T{1} / determinant;
+    Quad const evenSigns(q, -q, q, -q);
+    Quad const oddSigns = evenSigns.template Shuffled<1, 0, 3, 2>();
+    return {minors1 * evenSigns, minors2 * oddSigns, minors3 * evenSigns, minors4 * oddSigns};
+}
+
+template <typename T>
+inline tMatrix4<T>& tMatrix4<T>::Invert()
+{
+    RepairMemory();
+    T* const m = elements;
+    if (state == DIAGONAL)
+        Store(m, InverseOfDiagonal("Invert", 773));
+    else if (state == ORTHONORMAL)
+        Transpose3(m);
+    else if (state != IDENTITY)
+        Store(m, InverseOfGeneral("Invert", 801));
+    return *this;
+}
+
+template <typename T>
+inline tMatrix4<T> tMatrix4<T>::Inverted() const
+{
+    return tMatrix4(IsOrthonormal()     ? TransposedRows()
+                    : state == DIAGONAL ? Result{InverseOfDiagonal("Inverted", 883), DIAGONAL}
+                                        : Result{InverseOfGeneral("Inverted", 920), GENERAL});
+}
+
+template <typename T>
+inline bool tMatrix4<T>::IsEmptyView(T left, T right, T bottom, T top, T nearPlane, T farPlane) noexcept
+{
+    return IsEqual(left, right) || IsEqual(bottom, top) || IsEqual(nearPlane, farPlane);
+}
+
+template <typename T>
+inline tMatrix4<T> tMatrix4<T>::PerspectiveProjection(T const& left, T const& right, T const& bottom, T const& top,
+                                                      T const& nearPlane, T const& farPlane)
+{
+    if (IsEmptyView(left, right, bottom, top, nearPlane, farPlane))
+        ThrowInvalidView("PerspectiveProjection", 1251);
+    T const width = right - left;
+    T const height = top - bottom;
+    T const depth = farPlane - nearPlane;
+    Quad const sides =
+        Quad(T{2} * nearPlane, right + left, T{2} * nearPlane, top + bottom) / Quad(width, width, height, height);
+    Quad const ends =
+        Quad(-(farPlane + nearPlane), T{-2} * farPlane * nearPlane, T{0}, T{0}) / Quad(depth, depth, T{1}, T{1});
+    return tMatrix4(Rows{Quad(sides.template Get<0>(), T{0}, sides.template Get<1>(), T{0}),
+                         Quad(T{0}, sides.template Get<2>(), sides.template Get<3>(), T{0}),
+                         ends.template Shuffled<2, 2, 0, 1>(), Quad(T{0}, T{0}, T{-1}, T{0})},
+                    GENERAL);
 }
 
 /// Writes the text of the matrix, as its conversion to `std::string` gives it. The target's precision and flags do not
@@ -585,38 +873,41 @@ std::ostream& operator<<(std::ostream& stream, tMatrix4<T> const& matrix);
 template <typename T>
 inline tVector3<T> tVector3<T>::Rotated(tMatrix4<T> const& matrix) const noexcept
 {
-    T const* const row1 = matrix.GetRow(tMatrix4<T>::ROW_1);
-    T const* const row2 = matrix.GetRow(tMatrix4<T>::ROW_2);
-    T const* const row3 = matrix.GetRow(tMatrix4<T>::ROW_3);
-    return {row1[0] * x + row1[1] * y + row1[2] * z, row2[0] * x + row2[1] * y + row2[2] * z,
-            row3[0] * x + row3[1] * y + row3[2] * z};
+    using Quad = detail::tQuad<T>;
+    T const* const m = matrix.elements;
+    Quad column1(m), column2(m + 4), column3(m + 8);
+    Quad::Transpose(column1, column2, column3);
+    Quad const rotated = column1 * Quad::Broadcast(x) + column2 * Quad::Broadcast(y) + column3 * Quad::Broadcast(z);
+    return {rotated.template Get<0>(), rotated.template Get<1>(), rotated.template Get<2>()};
 }
 
 template <typename T>
 inline tVector3<T> tVector3<T>::Projected(tMatrix4<T> const& matrix, char const* member, unsigned int diagonalLine,
                                           unsigned int generalLine) const
 {
+    using Quad = detail::tQuad<T>;
+    using Matrix = tMatrix4<T>;
     if (matrix.IsIdentity())
         return *this;
-    T const* const row1 = matrix.GetRow(tMatrix4<T>::ROW_1);
-    T const* const row2 = matrix.GetRow(tMatrix4<T>::ROW_2);
-    T const* const row3 = matrix.GetRow(tMatrix4<T>::ROW_3);
-    T const* const row4 = matrix.GetRow(tMatrix4<T>::ROW_4);
+    T const* const m = matrix.elements;
     T const tolerance = TOLERANCE<T>;
     if (matrix.IsDiagonal())
     {
-        if (tolerance > std::abs(row4[3])) // this way round, so that NaN passes
+        if (tolerance > std::abs(m[Matrix::IDX_44])) // this way round, so that NaN passes
             ThrowDivisionByZero(member, diagonalLine);
-        T const reciprocal = T{1} / row4[3];
-        return {x * (reciprocal * row1[0]), y * (reciprocal * row2[1]), reciprocal * row3[2] * z};
+        T const reciprocal = T{1} / m[Matrix::IDX_44];
+        return {x * (reciprocal * m[Matrix::IDX_11]), y * (reciprocal * m[Matrix::IDX_22]),
+                reciprocal * m[Matrix::IDX_33] * z};
     }
-    T const w = x * row4[0] + y * row4[1] + z * row4[2] + row4[3];
+    auto [column1, column2, column3, column4] = matrix.Load();
+    Quad::Transpose(column1, column2, column3, column4);
+    Quad const homogeneous =
+        column1 * Quad::Broadcast(x) + column2 * Quad::Broadcast(y) + column3 * Quad::Broadcast(z) + column4;
+    T const w = homogeneous.template Get<3>();
     if (tolerance > std::abs(w))
         ThrowDivisionByZero(member, generalLine);
-    T const reciprocal = T{1} / w;
-    return {(row1[0] * x + row1[1] * y + row1[2] * z + row1[3]) * reciprocal,
-            (row2[0] * x + row2[1] * y + row2[2] * z + row2[3]) * reciprocal,
-            (row3[0] * x + row3[1] * y + row3[2] * z + row3[3]) * reciprocal};
+    Quad const point = homogeneous * Quad::Broadcast(T{1} / w);
+    return {point.template Get<0>(), point.template Get<1>(), point.template Get<2>()};
 }
 
 template <typename T>
@@ -640,12 +931,15 @@ inline tVector3<T>& tVector3<T>::TransformAsVector(tMatrix4<T> const& matrix) no
 template <typename T>
 inline tVector3<T> tVector3<T>::TransformedAsVector(tMatrix4<T> const& matrix) const noexcept
 {
+    using Matrix = tMatrix4<T>;
+    if (matrix.state > Matrix::ORTHONORMAL)
+        return Rotated(matrix);
     if (matrix.IsIdentity())
         return *this;
     if (matrix.IsDiagonal())
-        return {x * matrix[tMatrix4<T>::IDX_11], y * matrix[tMatrix4<T>::IDX_22], z * matrix[tMatrix4<T>::IDX_33]};
+        return {x * matrix[Matrix::IDX_11], y * matrix[Matrix::IDX_22], z * matrix[Matrix::IDX_33]};
     tVector3 const rotated = Rotated(matrix);
-    return matrix.IsOrthonormal() && IsEqual(LengthSquared(), T{1}) ? rotated.Normalised() : rotated;
+    return IsEqual(LengthSquared(), T{1}) ? rotated.Normalised() : rotated;
 }
 
 extern template class BV_TEMPLATE tMatrix4<float>;

@@ -10,6 +10,7 @@
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
+#include "bv/maths/Lanes3.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
 #include "bv/maths/tVolumeAABB.h"
@@ -87,11 +88,15 @@ protected:
                                         T& s) const noexcept;
 
 private:
+    /// Narrows [tNear, tFar] axis by axis, as Clip() describes it.
+    [[nodiscard, gnu::always_inline]] inline bool ClipSides(tVolumeAABB<T> const& box, T& tNear,
+                                                            T& tFar) const noexcept;
     /// Narrows [tNear, tFar] by the slab of a box on one axis: 0 = x, 1 = y, 2 = z.
     ///
     /// @return whether anything is left. A slab that lies behind the origin, or that a parallel ray misses, leaves the
     ///         interval as it is.
-    [[nodiscard]] inline bool ClipSide(tVolumeAABB<T> const& box, T& tNear, T& tFar, unsigned char axis) const noexcept;
+    [[nodiscard, gnu::always_inline]] inline bool ClipSide(tVolumeAABB<T> const& box, T& tNear, T& tFar,
+                                                           unsigned char axis) const noexcept;
 };
 
 template <typename T>
@@ -108,6 +113,36 @@ inline bool tRay<T>::Clip(tVolumeSphere<T> const& sphere, T& tNear, T& tFar) con
 
 template <typename T>
 inline bool tRay<T>::Clip(tVolumeAABB<T> const& box, T& tNear, T& tFar) const noexcept
+{
+    using Lanes = detail::tLanes3<T>;
+    Lanes const along = Lanes::LoadLast(this);
+    Lanes const margin = Lanes::Broadcast(TOLERANCE<T>);
+    Lanes const reciprocal = Lanes::Broadcast(T{1}) / along; // of no axis in particular, so that a loop can keep it
+    Lanes const start = Lanes::LoadFirst(this);
+    Lanes const t1 = (Lanes::LoadFirst(&box) - start - margin) * reciprocal;
+    Lanes const t2 = (Lanes::LoadLast(&box) - start + margin) * reciprocal;
+    if ((margin < Lanes::Magnitude(along)).Bits() == 7)
+    {
+        // The interval only shrinks, so its last state tells of all three axes. A slab that lies behind leaves it below
+        // 0, unless a parameter is NaN.
+        T lo = tNear;
+        T hi = tFar;
+        Lanes::Narrow(Lanes::Min(t2, t1), Lanes::Max(t1, t2), lo, hi);
+        bool const hit = (lo <= hi) & (hi >= T{0});
+        if (!hit || t2.IsOrdered())
+        {
+            if (!hit) // what a miss leaves is rarely read, and then not computed
+                static_cast<void>(ClipSides(box, lo = tNear, hi = tFar));
+            tNear = lo;
+            tFar = hi;
+            return hit;
+        }
+    }
+    return ClipSides(box, tNear, tFar);
+}
+
+template <typename T>
+inline bool tRay<T>::ClipSides(tVolumeAABB<T> const& box, T& tNear, T& tFar) const noexcept
 {
     T lo = tNear; // copies: the caller's two may lie in the ray or the box
     T hi = tFar;
@@ -126,7 +161,7 @@ inline bool tRay<T>::FindChord(tVolumeSphere<T> const& sphere, tVector3<T>& from
     T const discriminant = (b * b + sphere.GetRadiusSquared()) - fromCentre.LengthSquared();
     if (!(discriminant >= T{0})) // NaN is a miss, too
         return false;
-    s = std::sqrt(discriminant);
+    s = detail::SquareRoot(discriminant);
     return true;
 }
 

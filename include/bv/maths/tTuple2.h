@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <type_traits>
 
 #include "bv/Export.h"
 #include "bv/maths/IsEqual.h"
@@ -44,9 +45,9 @@ public:
     /// @name Access
     /// @{
     /// Component by index, 0 for x up to 1 for y. The index is not checked.
-    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept { return this->*COMPONENT[index]; }
+    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept { return index == 0 ? x : y; }
     /// @copydoc operator[](std::size_t) const
-    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return this->*COMPONENT[index]; }
+    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return index == 0 ? x : y; }
     /// @}
 
     /// @name Queries
@@ -74,9 +75,6 @@ public:
     /// @return the stream, whose state is not looked at.
     std::istream& Deserialise(std::istream& stream);
     /// @}
-
-private:
-    static constexpr T tTuple2::*COMPONENT[2] = {&tTuple2::x, &tTuple2::y};
 };
 
 template <typename T>

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <type_traits>
 
 #include "bv/Export.h"
 #include "bv/maths/IsEqual.h"
@@ -45,9 +46,12 @@ public:
     /// @name Access
     /// @{
     /// Component by index, 0 for x up to 2 for z. The index is not checked.
-    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept { return this->*COMPONENT[index]; }
+    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept
+    {
+        return index == 0 ? x : index == 1 ? y : z;
+    }
     /// @copydoc operator[](std::size_t) const
-    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return this->*COMPONENT[index]; }
+    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return index == 0 ? x : index == 1 ? y : z; }
     /// @}
 
     /// @name Queries
@@ -75,9 +79,6 @@ public:
     /// @return the stream, whose state is not looked at.
     std::istream& Deserialise(std::istream& stream);
     /// @}
-
-private:
-    static constexpr T tTuple3::*COMPONENT[3] = {&tTuple3::x, &tTuple3::y, &tTuple3::z};
 };
 
 template <typename T>

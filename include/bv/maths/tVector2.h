@@ -7,9 +7,11 @@
 #include <cstddef>
 #include <iosfwd>
 #include <limits>
+#include <type_traits>
 
 #include "bv/Export.h"
 #include "bv/maths/IsEqual.h"
+#include "bv/maths/Lanes3.h"
 #include "bv/maths/Precision.h"
 
 namespace bv::maths
@@ -47,9 +49,9 @@ public:
     /// @name Access
     /// @{
     /// Component by index, 0 for x up to 1 for y. The index is not checked.
-    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept { return this->*COMPONENT[index]; }
+    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept { return index == 0 ? x : y; }
     /// @copydoc operator[](std::size_t) const
-    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return this->*COMPONENT[index]; }
+    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return index == 0 ? x : y; }
     /// @}
 
     /// @name Queries
@@ -60,7 +62,7 @@ public:
     [[nodiscard]] constexpr T LengthSquared() const noexcept { return Dot(*this); }
     /// Euclidean length: the square root of LengthSquared(), which may overflow or underflow where the length would
     /// not.
-    [[nodiscard]] T Length() const noexcept { return std::sqrt(LengthSquared()); }
+    [[nodiscard]] T Length() const noexcept { return detail::SquareRoot(LengthSquared()); }
     /// The vector of length 1 in this direction: each component times 1 / Length(). A zero vector gives NaN; any other
     /// whose squared length underflows to 0 gives infinities, and NaN where a component is 0.
     [[nodiscard]] tVector2 Normalised() const noexcept;
@@ -118,9 +120,6 @@ public:
     /// @return the stream, whose state is not looked at.
     std::istream& Deserialise(std::istream& stream);
     /// @}
-
-private:
-    static constexpr T tVector2::*COMPONENT[2] = {&tVector2::x, &tVector2::y};
 };
 
 template <typename T>

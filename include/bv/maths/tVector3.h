@@ -7,10 +7,12 @@
 #include <cstddef>
 #include <iosfwd>
 #include <limits>
+#include <type_traits>
 
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
+#include "bv/maths/Lanes3.h"
 #include "bv/maths/Precision.h"
 
 namespace bv::maths
@@ -49,9 +51,12 @@ public:
     /// @name Access
     /// @{
     /// Component by index, 0 for x up to 2 for z. The index is not checked.
-    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept { return this->*COMPONENT[index]; }
+    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept
+    {
+        return index == 0 ? x : index == 1 ? y : z;
+    }
     /// @copydoc operator[](std::size_t) const
-    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return this->*COMPONENT[index]; }
+    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return index == 0 ? x : index == 1 ? y : z; }
     /// @}
 
     /// @name Queries
@@ -64,7 +69,7 @@ public:
     [[nodiscard]] constexpr T LengthSquared() const noexcept { return Dot(*this); }
     /// Euclidean length: the square root of LengthSquared(), which may overflow or underflow where the length would
     /// not.
-    [[nodiscard]] T Length() const noexcept { return std::sqrt(LengthSquared()); }
+    [[nodiscard]] T Length() const noexcept { return detail::SquareRoot(LengthSquared()); }
     /// The vector of length 1 in this direction: each component times 1 / Length(). A zero vector gives NaN; any other
     /// whose squared length underflows to 0 gives infinities, and NaN where a component is 0.
     [[nodiscard]] tVector3 Normalised() const noexcept;
@@ -150,8 +155,6 @@ public:
     /// @}
 
 private:
-    static constexpr T tVector3::*COMPONENT[3] = {&tVector3::x, &tVector3::y, &tVector3::z};
-
     [[nodiscard, gnu::always_inline]] inline tVector3 Rotated(tMatrix4<T> const& matrix) const noexcept;
     [[nodiscard, gnu::always_inline]] inline tVector3
     Projected(tMatrix4<T> const& matrix, char const* member, unsigned int diagonalLine, unsigned int generalLine) const;

@@ -3,7 +3,6 @@
 /// @file
 /// An axis-aligned box in space.
 
-#include <cmath>
 #include <iosfwd>
 #include <limits>
 #include <type_traits>
@@ -11,6 +10,7 @@
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/Interval.h"
+#include "bv/maths/Lanes3.h"
 #include "bv/maths/Precision.h"
 #include "bv/maths/tVector3.h"
 
@@ -92,7 +92,10 @@ public:
     [[nodiscard]] constexpr T DistanceSquared(tVector3<T> const& point) const noexcept;
     /// Distance from a point to the box, 0 inside: the square root of DistanceSquared(), also where that overflows to
     /// +infinity or underflows to 0.
-    [[nodiscard]] T Distance(tVector3<T> const& point) const noexcept { return std::sqrt(DistanceSquared(point)); }
+    [[nodiscard]] T Distance(tVector3<T> const& point) const noexcept
+    {
+        return detail::SquareRoot(DistanceSquared(point));
+    }
     /// Volume: the product of the three extents, (x * y) * z, never clamped: -infinity for the empty box.
     [[nodiscard]] constexpr T GetVolume() const noexcept;
     /// Area of the face perpendicular to an axis.
@@ -155,7 +158,7 @@ public:
     /// @name Operators
     /// @{
     /// Equality number by number, with the tolerance of IsEqual(); the lower corner first.
-    [[nodiscard]] constexpr bool operator==(tVolumeAABB const& other) const noexcept;
+    [[nodiscard, gnu::always_inline]] constexpr bool operator==(tVolumeAABB const& other) const noexcept;
     /// The exact negation of equality.
     [[nodiscard]] constexpr bool operator!=(tVolumeAABB const& other) const noexcept { return !(*this == other); }
     /// The tight box around this box transformed by a matrix, as if its eight corners had been transformed. The fourth
@@ -184,6 +187,19 @@ public:
     /// @}
 
 private:
+    [[nodiscard, gnu::always_inline]] inline detail::tLanes3<T> Gaps(detail::tLanes3<T> point) const noexcept
+    {
+        using Lanes = detail::tLanes3<T>;
+        Lanes const zero = Lanes::Broadcast(T{0});
+        Lanes const below = Lanes::LoadFirst(this) - point;
+        Lanes const above = Lanes::Max(point - Lanes::LoadLast(this), zero);
+        return Lanes::Select(zero < below, below, above);
+    }
+    [[nodiscard, gnu::always_inline]] static inline T SumOfSquares(detail::tLanes3<T> gaps) noexcept
+    {
+        detail::tLanes3<T> const squares = gaps * gaps;
+        return squares.X() + squares.Y() + squares.Z();
+    }
     static constexpr void AddSpan(T element, T lower, T upper, T& newLower, T& newUpper) noexcept;
     [[noreturn, gnu::cold]] static void ThrowWrongAxis(char const* member, unsigned int line);
 };
@@ -204,6 +220,15 @@ constexpr bool tVolumeAABB<T>::IsValid() const noexcept
 template <typename T>
 constexpr bool tVolumeAABB<T>::Contains(tVector3<T> const& point, bool exclusiveMax) const noexcept
 {
+    if (!std::is_constant_evaluated())
+    {
+        using Lanes = detail::tLanes3<T>;
+        Lanes const lower = Lanes::LoadFirst(this);
+        Lanes const upper = Lanes::LoadLast(this);
+        Lanes const at = Lanes::Load(&point);
+        Lanes const below = exclusiveMax ? at < upper : at <= upper;
+        return ((lower <= at) & below).Bits() == 7;
+    }
     if (!(point.x >= min.x))
         return false;
     if (exclusiveMax)
@@ -214,6 +239,11 @@ constexpr bool tVolumeAABB<T>::Contains(tVector3<T> const& point, bool exclusive
 template <typename T>
 constexpr T tVolumeAABB<T>::DistanceSquared(tVector3<T> const& point) const noexcept
 {
+    if (!std::is_constant_evaluated())
+    {
+        detail::tLanes3<T> const gaps = Gaps(detail::tLanes3<T>::Load(&point));
+        return SumOfSquares(gaps);
+    }
     T const x = detail::Gap(min.x, max.x, point.x);
     T const y = detail::Gap(min.y, max.y, point.y);
     T const z = detail::Gap(min.z, max.z, point.z);
@@ -263,6 +293,13 @@ constexpr bool tVolumeAABB<T>::Overlaps(tVolumeSphere<T> const& sphere) const no
 {
     tVector3<T> const& centre = sphere.GetCentre();
     T const limit = sphere.GetRadiusSquared();
+    if (!std::is_constant_evaluated())
+    {
+        // The partial sums ascend, so that the whole sum says what the sum after the last gap says.
+        detail::tLanes3<T> const gaps = Gaps(detail::tLanes3<T>::Load(&centre));
+        bool const reaches = SumOfSquares(gaps) >= limit;
+        return !reaches || (detail::tLanes3<T>::Broadcast(T{0}) < gaps).Bits() == 0;
+    }
     T sum = 0;
     return !detail::AddingReaches(sum, detail::Gap(min.x, max.x, centre.x), limit) &&
            !detail::AddingReaches(sum, detail::Gap(min.y, max.y, centre.y), limit) &&
@@ -332,9 +369,8 @@ constexpr void tVolumeAABB<T>::AddSpan(T element, T lower, T upper, T& newLower,
 {
     T const a = element * lower;
     T const b = element * upper;
-    bool const ascending = b > a;
-    newLower += ascending ? a : b;
-    newUpper += ascending ? b : a;
+    newLower += a < b ? a : b; // two choices, each one instruction
+    newUpper += b > a ? b : a;
 }
 
 // Always inline: Clang finds it too long to inline by itself, and a loop that moves boxes wants no call.
@@ -342,6 +378,12 @@ template <typename T>
 constexpr tVolumeAABB<T> tVolumeAABB<T>::operator*(tMatrix4<T> const& matrix) const noexcept
 {
     T const* const m = matrix.Get();
+    if (!std::is_constant_evaluated())
+    {
+        tVolumeAABB moved(min, max);
+        detail::MoveBox(this, m, &moved);
+        return moved;
+    }
     tVector3<T> const translation(m[3], m[7], m[11]);
     tVolumeAABB result(translation, translation);
     AddSpan(m[0], min.x, max.x, result.min.x, result.max.x);

@@ -3,13 +3,13 @@
 /// @file
 /// A sphere in space.
 
-#include <cmath>
 #include <iosfwd>
 #include <type_traits>
 
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
+#include "bv/maths/Lanes3.h"
 #include "bv/maths/Precision.h"
 #include "bv/maths/tVector3.h"
 #include "bv/maths/tVolumeAABB.h"
@@ -76,7 +76,7 @@ public:
     /// The square of the radius, as it is kept.
     [[nodiscard]] constexpr T GetRadiusSquared() const noexcept { return radiusSquared; }
     /// The radius, at the price of a square root; NaN when the squared radius is negative.
-    [[nodiscard]] T GetRadius() const noexcept { return std::sqrt(radiusSquared); }
+    [[nodiscard]] T GetRadius() const noexcept { return detail::SquareRoot(radiusSquared); }
     /// Sets the radius, not its square; a negative radius acts as its magnitude.
     constexpr void SetRadius(T radius) noexcept { radiusSquared = radius * radius; }
     /// @}
@@ -86,7 +86,7 @@ public:
     /// Volume: the squared radius to the power 1.5, times 4/3 pi. Both instances use the same constant, rounded to
     /// single precision; `double` volumes are therefore off by 2.8e-8 of their value.
     [[nodiscard]] T GetVolume() const noexcept;
-    /// Whether a point lies strictly inside. Gives up after the first or second axis when that alone decides.
+    /// Whether a point lies strictly inside.
     [[nodiscard]] constexpr bool Contains(tVector3<T> const& point) const noexcept;
     /// Whether two spheres have more than a touch in common: whether the squared sum of the radii, computed from the
     /// squared radii with one square root, exceeds the squared distance of the centres. The product of the squared
@@ -99,7 +99,7 @@ public:
     /// @name Operators
     /// @{
     /// Equality number by number, with the tolerance of IsEqual(): the squared radii, then the centres.
-    [[nodiscard]] constexpr bool operator==(tVolumeSphere const& other) const noexcept;
+    [[nodiscard, gnu::always_inline]] constexpr bool operator==(tVolumeSphere const& other) const noexcept;
     /// The exact negation of equality.
     [[nodiscard]] constexpr bool operator!=(tVolumeSphere const& other) const noexcept { return !(*this == other); }
     /// An unchanged copy of this sphere, whatever the matrix: spheres are not moved, turned or scaled by matrices.
@@ -132,16 +132,8 @@ constexpr tVolumeSphere<T>::tVolumeSphere(tVector3<T> const& p, tVector3<T> cons
 template <typename T>
 constexpr bool tVolumeSphere<T>::Contains(tVector3<T> const& point) const noexcept
 {
-    T const x = point.x - centre.x;
-    T const alongX = x * x;
-    if (alongX >= radiusSquared)
-        return false;
-    T const y = point.y - centre.y;
-    T const alongXY = alongX + y * y;
-    if (alongXY >= radiusSquared)
-        return false;
-    T const z = point.z - centre.z;
-    return radiusSquared > z * z + alongXY;
+    // The partial sums ascend: what the first axes alone reject, the whole sum rejects, too.
+    return radiusSquared > (point - centre).LengthSquared();
 }
 
 template <typename T>
@@ -149,7 +141,7 @@ inline bool tVolumeSphere<T>::Overlaps(tVolumeSphere const& other) const noexcep
 {
     T const a = radiusSquared;
     T const b = other.radiusSquared;
-    return T{2} * std::sqrt(a * b) + (a + b) > (centre - other.centre).LengthSquared();
+    return T{2} * detail::SquareRoot(a * b) + (a + b) > (centre - other.centre).LengthSquared();
 }
 
 template <typename T>

@@ -20,6 +20,7 @@
 #include "bv/ThreadExitException.h"
 #include "bv/Version.h"
 #include "bv/maths/ArithmeticException.h"
+#include "bv/maths/Batch.h"
 #include "bv/maths/DivideByZeroException.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/Integer.h"

@@ -1,11 +1,10 @@
 #include "bv/maths/Noise.h"
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
-#include <cstdint>
+#include <bit>
 
-#include "bv/maths/Scalar.h"
+#include "Maths/Batch/NoiseLanes.h"
+#include "Maths/NoiseTables.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
 
@@ -15,188 +14,95 @@ namespace bv::maths
 namespace
 {
 
-/// The reference permutation of 0 to 255.
-constexpr std::int32_t REFERENCE_PERMUTATION[] = {
-    // clang-format off
-    151, 160, 137, 91, 90, 15, 131, 13, 201, 95, 96, 53, 194, 233, 7, 225,
-    140, 36, 103, 30, 69, 142, 8, 99, 37, 240, 21, 10, 23, 190, 6, 148,
-    247, 120, 234, 75, 0, 26, 197, 62, 94, 252, 219, 203, 117, 35, 11, 32,
-    57, 177, 33, 88, 237, 149, 56, 87, 174, 20, 125, 136, 171, 168, 68, 175,
-    74, 165, 71, 134, 139, 48, 27, 166, 77, 146, 158, 231, 83, 111, 229, 122,
-    60, 211, 133, 230, 220, 105, 92, 41, 55, 46, 245, 40, 244, 102, 143, 54,
-    65, 25, 63, 161, 1, 216, 80, 73, 209, 76, 132, 187, 208, 89, 18, 169,
-    200, 196, 135, 130, 116, 188, 159, 86, 164, 100, 109, 198, 173, 186, 3, 64,
-    52, 217, 226, 250, 124, 123, 5, 202, 38, 147, 118, 126, 255, 82, 85, 212,
-    207, 206, 59, 227, 47, 16, 58, 17, 182, 189, 28, 42, 223, 183, 170, 213,
-    119, 248, 152, 2, 44, 154, 163, 70, 221, 153, 101, 155, 167, 43, 172, 9,
-    129, 22, 39, 253, 19, 98, 108, 110, 79, 113, 224, 232, 178, 185, 112, 104,
-    218, 246, 97, 228, 251, 34, 242, 193, 238, 210, 144, 12, 191, 179, 162, 241,
-    81, 51, 145, 235, 249, 14, 239, 107, 49, 192, 214, 31, 181, 199, 106, 157,
-    184, 84, 204, 176, 115, 121, 50, 45, 127, 4, 150, 254, 138, 236, 205, 93,
-    222, 114, 67, 29, 24, 72, 243, 141, 128, 195, 78, 66, 215, 61, 156, 180,
-    // clang-format on
-};
+// The coordinates of a point, and then the corners of its cell, are worked on side by side.
+using Four = Lanes<float, 16>;
+using FourIntegers = Mask<Four>;
 
-/// The permutation twice in a row, so that sums of two entries, and the entry behind, need no wrapping.
-constexpr std::array<std::int32_t, 512> PERMUTATION = []()
+/// The cell of one axis. Half a lane holds it, and is quicker to get at than the whole.
+[[gnu::always_inline]] inline std::size_t CellOf(FourIntegers cells, std::size_t axis) noexcept
 {
-    std::array<std::int32_t, 512> table{};
-    for (std::size_t i = 0; i < table.size(); ++i)
-        table[i] = REFERENCE_PERMUTATION[i % 256];
-    return table;
-}();
-
-struct alignas(16) Direction
-{
-    float x;
-    float y;
-    float z;
-};
-
-/// The gradients by the low four bits of a hash: the middles of the twelve edges of a cube, four of them twice.
-///
-/// A product with one of these has the bits of the reference's selection, plus or minus one coordinate, plus or minus
-/// another, without its branches: the third term is a zero. Only the sign of a zero sum can differ, which the final
-/// shift by 1 absorbs; and where a coordinate is NaN, its own weight makes the result NaN, too.
-constexpr Direction DIRECTIONS[16] = {
-    {1, 1, 0}, {-1, 1, 0}, {1, -1, 0}, {-1, -1, 0}, //
-    {1, 0, 1}, {-1, 0, 1}, {1, 0, -1}, {-1, 0, -1}, //
-    {0, 1, 1}, {0, -1, 1}, {0, 1, -1}, {0, -1, -1}, //
-    {1, 1, 0}, {0, -1, 1}, {-1, 1, 0}, {0, -1, -1},
-};
-
-constexpr unsigned int MAX_OCTAVES = 10;
-
-/// The weight of the first of n octaves, each half as heavy as the one before, for which the weights add up to 1:
-/// 2^(n-1) / (2^n - 1).
-constexpr std::array<float, MAX_OCTAVES + 1> AMPLITUDES = []()
-{
-    std::array<float, MAX_OCTAVES + 1> table{1.0F};
-    for (std::size_t n = 1; n < table.size(); ++n)
-    {
-        double const power = static_cast<double>(1U << n);
-        table[n] = static_cast<float>(0.5 * power / (power - 1.0));
-    }
-    return table;
-}();
-
-/// Where a coordinate lies on the lattice.
-struct Position
-{
-    std::int32_t cell; ///< from 0 to 255
-    float fraction;    ///< from the lower end of the cell, in [0, 1]
-};
-
-/// The floor without a library call. The conversion is reached only where it is defined; every coordinate beyond is a
-/// whole number, infinite or NaN, and the difference is 0 or NaN. A fraction of -0, from -0, is as good as 0.
-inline Position Locate(float coordinate) noexcept
-{
-    constexpr float LIMIT = 2147483648.0F;
-    if (!(coordinate >= -LIMIT && coordinate < LIMIT))
-        return {0, coordinate - coordinate};
-    std::int32_t floor = static_cast<std::int32_t>(coordinate);
-    floor -= static_cast<float>(floor) > coordinate ? 1 : 0;
-    return {floor & 255, coordinate - static_cast<float>(floor)};
+    constexpr std::size_t LOW_HALF = std::endian::native == std::endian::big ? 1 : 0;
+    return Bits<Lanes<std::uint16_t, 16>>(cells)[2 * axis + LOW_HALF];
 }
 
-inline std::int32_t Permute(std::int32_t index) noexcept
+/// The four bytes of a word, the lowest first, each in the highest bits of a lane, with something else below.
+[[gnu::always_inline]] inline FourIntegers Spread(std::uint32_t bytes) noexcept
 {
-    return PERMUTATION[static_cast<std::size_t>(index)];
+#if defined __SSE2__
+    __m128i const word = _mm_cvtsi32_si128(static_cast<int>(bytes));
+    __m128i const twice = _mm_unpacklo_epi8(word, word);
+    return Bits<FourIntegers>(_mm_unpacklo_epi16(twice, twice));
+#else
+    return Bits<FourIntegers>(Lanes<std::uint32_t, 16>{bytes << 24U, bytes << 16U, bytes << 8U, bytes});
+#endif
 }
 
-/// The gradient at a lattice point whose last but one hash is given.
-inline Direction const& GradientAt(std::int32_t hash) noexcept
+/// The lanes with these indices, two of each operand.
+template <int A, int B, int C, int D>
+[[gnu::always_inline]] inline Four Shuffle(Four ab, Four cd) noexcept
 {
-    return DIRECTIONS[Permute(hash) & 15];
-}
-
-inline float Dot(Direction const& gradient, float x) noexcept
-{
-    return gradient.x * x;
-}
-
-inline float Dot(Direction const& gradient, float x, float y) noexcept
-{
-    return gradient.x * x + gradient.y * y;
-}
-
-inline float Dot(Direction const& gradient, float x, float y, float z) noexcept
-{
-    return gradient.x * x + gradient.y * y + gradient.z * z;
-}
-
-inline float Fade(float fraction) noexcept
-{
-    return QuinticSmoothStep(0.0F, 1.0F, fraction);
-}
-
-inline float Lerp(float t, float a, float b) noexcept
-{
-    return (b - a) * t + a;
-}
-
-/// From [-1, 1] to [0, 1].
-inline float ToUnitInterval(float noise) noexcept
-{
-    return (noise + 1.0F) * 0.5F;
+    return Pick<A, B, C, D>(ab, cd);
 }
 
 inline float Noise(float coordinate) noexcept
 {
-    auto const [cell, x] = Locate(coordinate);
-    float const low = Dot(GradientAt(Permute(Permute(cell))), x);
-    float const high = Dot(GradientAt(Permute(Permute(cell + 1))), x - 1.0F);
-    return ToUnitInterval(Lerp(Fade(x), low, high));
+    auto const [cells, fractions] = Locate(Four{coordinate});
+    float const* const slopes = &NOISE_TABLES.slopes[CellOf(cells, 0)];
+    float const x = fractions[0];
+    return ToUnitInterval(Lerp(Fade(x), slopes[0] * x, slopes[1] * (x - 1.0F)));
 }
 
 inline float Noise(tVector2<float> const& point) noexcept
 {
-    auto const [cellX, x] = Locate(point.x);
-    auto const [cellY, y] = Locate(point.y);
-    float const fadeX = Fade(x);
+    auto const [cells, fractions] = Locate(Four{point.x, point.y});
+    std::uint8_t const* const column = &NOISE_TABLES.permutation.entries[CellOf(cells, 0)];
+    std::uint8_t const* const row = &NOISE_TABLES.planeGradients.entries[CellOf(cells, 1)];
+    std::uint32_t const left = row[column[0]];
+    std::uint32_t const right = row[column[1]];
+    FourIntegers const gradients = Spread((left | (left & 15U) << 12U) | (right | (right & 15U) << 12U) << 16U);
 
-    std::int32_t const a = Permute(cellX) + cellY;
-    std::int32_t const b = Permute(cellX + 1) + cellY;
-    float const low = Lerp(fadeX, Dot(GradientAt(Permute(a)), x, y), Dot(GradientAt(Permute(b)), x - 1.0F, y));
-    float const high =
-        Lerp(fadeX, Dot(GradientAt(Permute(a + 1)), x, y - 1.0F), Dot(GradientAt(Permute(b + 1)), x - 1.0F, y - 1.0F));
-    return ToUnitInterval(Lerp(Fade(y), low, high));
+    Four const fades = Fade(fractions);
+    Four const others = fractions - 1.0F;
+    Four const xs = Shuffle<0, 0, 0, 0>(fractions, others);
+    Four const ys = Shuffle<0, 2, 0, 2>(Shuffle<1, 1, 1, 1>(fractions, others), Shuffle<1, 1, 1, 1>(fractions, others));
+    Four const products = Dot(gradients, xs, ys); // bottom left, top left, bottom right, top right
+    Four const sides = Lerp(Shuffle<0, 0, 0, 0>(fades, fades), products, Shuffle<2, 3, 2, 3>(products, products));
+    return ToUnitInterval(Lerp(fades[1], sides[0], sides[1]));
 }
 
 inline float Noise(tVector3<float> const& point) noexcept
 {
-    auto const [cellX, x] = Locate(point.x);
-    auto const [cellY, y] = Locate(point.y);
-    auto const [cellZ, z] = Locate(point.z);
-    float const fadeX = Fade(x);
-    float const fadeY = Fade(y);
+    auto const [cells, fractions] = Locate(Four{point.x, point.y, point.z});
+    std::uint8_t const* const column = &NOISE_TABLES.permutation.entries[CellOf(cells, 0)];
+    std::uint8_t const* const row = &NOISE_TABLES.permutation.entries[CellOf(cells, 1)];
+    std::uint8_t const* const layer = &NOISE_TABLES.spaceGradients.entries[CellOf(cells, 2)];
+    std::uint8_t const* const left = row + column[0];
+    std::uint8_t const* const right = row + column[1];
+    std::uint32_t const bottomLeft = layer[left[0]];
+    std::uint32_t const bottomRight = layer[right[0]];
+    std::uint32_t const topLeft = layer[left[1]];
+    std::uint32_t const topRight = layer[right[1]];
+    FourIntegers const gradients = Spread(bottomLeft | bottomRight << 8U | topLeft << 16U | topRight << 24U);
 
-    std::int32_t const a = Permute(cellX) + cellY;
-    std::int32_t const aa = Permute(a) + cellZ;
-    std::int32_t const ab = Permute(a + 1) + cellZ;
-    std::int32_t const b = Permute(cellX + 1) + cellY;
-    std::int32_t const ba = Permute(b) + cellZ;
-    std::int32_t const bb = Permute(b + 1) + cellZ;
-
-    float const g000 = Dot(GradientAt(aa), x, y, z);
-    float const g100 = Dot(GradientAt(ba), x - 1.0F, y, z);
-    float const g010 = Dot(GradientAt(ab), x, y - 1.0F, z);
-    float const g110 = Dot(GradientAt(bb), x - 1.0F, y - 1.0F, z);
-    float const g001 = Dot(GradientAt(aa + 1), x, y, z - 1.0F);
-    float const g101 = Dot(GradientAt(ba + 1), x - 1.0F, y, z - 1.0F);
-    float const g011 = Dot(GradientAt(ab + 1), x, y - 1.0F, z - 1.0F);
-    float const g111 = Dot(GradientAt(bb + 1), x - 1.0F, y - 1.0F, z - 1.0F);
-
-    float const low = Lerp(fadeY, Lerp(fadeX, g000, g100), Lerp(fadeX, g010, g110));
-    float const high = Lerp(fadeY, Lerp(fadeX, g001, g101), Lerp(fadeX, g011, g111));
-    return ToUnitInterval(Lerp(Fade(z), low, high));
+    Four const fades = Fade(fractions);
+    Four const others = fractions - 1.0F;
+    Four const xs = Shuffle<0, 2, 0, 2>(Shuffle<0, 0, 0, 0>(fractions, others), Shuffle<0, 0, 0, 0>(fractions, others));
+    Four const ys = Shuffle<1, 1, 1, 1>(fractions, others);
+    Four const near = Dot(gradients, xs, ys, Shuffle<2, 2, 2, 2>(fractions, fractions));
+    Four const far = Dot(gradients << 4, xs, ys, Shuffle<2, 2, 2, 2>(others, others));
+    // From the corners to edges along x, to faces along y, to the point along z.
+    Four const edges =
+        Lerp(Shuffle<0, 0, 0, 0>(fades, fades), Shuffle<0, 2, 0, 2>(near, far), Shuffle<1, 3, 1, 3>(near, far));
+    Four const faces =
+        Lerp(Shuffle<1, 1, 1, 1>(fades, fades), Shuffle<0, 2, 0, 2>(edges, edges), Shuffle<1, 3, 1, 3>(edges, edges));
+    return ToUnitInterval(Lerp(fades[2], faces[0], faces[1]));
 }
 
 template <typename Point>
 float Turbulence(Point point, unsigned int octaves) noexcept
 {
     unsigned int const count = std::min(octaves, MAX_OCTAVES);
-    float amplitude = AMPLITUDES[count];
+    float amplitude = NOISE_TABLES.amplitudes[count];
     float sum = 0.0F;
     for (unsigned int octave = 0; octave < count; ++octave)
     {

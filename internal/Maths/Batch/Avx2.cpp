@@ -1,0 +1,14 @@
+// Vectors of 32 bytes. This file is compiled for AVX2, and called only where the processor has it.
+
+#include "Maths/Batch/ByteHashes.h"
+#include "Maths/Batch/GeometryKernels.h"
+
+namespace bv::maths
+{
+
+Kernels Avx2Kernels() noexcept
+{
+    return {Geometry<float, 32>::All(), Geometry<double, 32>::All(), AllNoise<32, ByteHashes>()};
+}
+
+} // namespace bv::maths

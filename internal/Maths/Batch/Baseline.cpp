@@ -1,0 +1,15 @@
+// Vectors of 16 bytes, which every x86-64 processor has. Elsewhere the compiler makes of them what the processor
+// offers.
+
+#include "Maths/Batch/GeometryKernels.h"
+#include "Maths/Batch/NoiseKernels.h"
+
+namespace bv::maths
+{
+
+Kernels BaselineKernels() noexcept
+{
+    return {Geometry<float, 16>::All(), Geometry<double, 16>::All(), AllNoise<16, TableHashes>()};
+}
+
+} // namespace bv::maths

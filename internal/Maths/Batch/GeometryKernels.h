@@ -1,0 +1,249 @@
+#pragma once
+
+/// @file
+/// The loops over points and boxes. Sums and products stand in the order of the single forms.
+
+#include "Maths/Batch/Kernels.h"
+#include "Maths/Batch/Vectors.h"
+#include "bv/maths/IsEqual.h"
+#include "bv/maths/tVector3.h"
+#include "bv/maths/tVolumeAABB.h"
+
+namespace bv::maths
+{
+
+namespace
+{
+
+template <typename T, std::size_t BYTES>
+struct Geometry
+{
+    using V = Lanes<T, BYTES>;
+    using M = Mask<V>;
+    using Narrow = Lanes<std::int32_t, sizeof(std::int32_t) * BYTES / sizeof(T)>;
+    static constexpr std::size_t COUNT = BYTES / sizeof(T); ///< lanes
+    static constexpr std::size_t STRIDE = 3 * 16;           ///< bytes of the points that fill three times 16 bytes
+
+    using Points = Vectors<V, 3>;
+
+    [[gnu::always_inline]] static Points LoadPoints(void const* points) noexcept
+    {
+        return LoadVectors<T, BYTES, 3>(points);
+    }
+
+    static std::size_t Project(T const* m, tVector3<T> const* points, tVector3<T>* results, std::size_t count)
+    {
+        std::size_t done = 0;
+        for (; done + COUNT <= count; done += COUNT)
+        {
+            auto const [x, y, z] = LoadPoints(points + done).components;
+            V const w = x * m[12] + y * m[13] + z * m[14] + m[15];
+            if (Any((w < TOLERANCE<T>) & (w > -TOLERANCE<T>)))
+                break;
+            V const reciprocal = T{1} / w;
+            StoreVectors(Points{(m[0] * x + m[1] * y + m[2] * z + m[3]) * reciprocal,
+                         (m[4] * x + m[5] * y + m[6] * z + m[7]) * reciprocal,
+                         (m[8] * x + m[9] * y + m[10] * z + m[11]) * reciprocal},
+                        results + done);
+        }
+        return done;
+    }
+
+    /// Where IsEqual(value, 1) holds. The bits of a number that is that close to 1 ascend with it.
+    [[gnu::always_inline]] static M IsOne(V value) noexcept
+    {
+        using I = Integer<T>;
+        constexpr I ONE = sizeof(T) == sizeof(float) ? I{0x3F800000} : static_cast<I>(0x3FF0000000000000);
+        constexpr I STEPS = 50;
+        constexpr T SQUARED = TOLERANCE<T> * TOLERANCE<T>;
+        M const bits = Bits<M>(value);
+        V const difference = value - T{1};
+        return ((bits >= ONE - STEPS) & (bits <= ONE + STEPS)) | (difference * difference < SQUARED);
+    }
+
+    static std::size_t Rotate(T const* m, bool normalises, tVector3<T> const* directions, tVector3<T>* results,
+                              std::size_t count)
+    {
+        std::size_t done = 0;
+        for (; done + COUNT <= count; done += COUNT)
+        {
+            auto const [x, y, z] = LoadPoints(directions + done).components;
+            Points rotated{m[0] * x + m[1] * y + m[2] * z, m[4] * x + m[5] * y + m[6] * z,
+                           m[8] * x + m[9] * y + m[10] * z};
+            if (normalises)
+                NormaliseWhere(IsOne(x * x + y * y + z * z), rotated);
+            StoreVectors(rotated, results + done);
+        }
+        return done;
+    }
+
+    [[gnu::always_inline]] static void NormaliseWhere(M mask, Points& p) noexcept
+    {
+        if (!Any(mask))
+            return;
+        auto const& [x, y, z] = p.components;
+        V const reciprocal = T{1} / SquareRoot(x * x + y * y + z * z);
+        for (V& component : p.components)
+            component = SelectBySign(mask, component * reciprocal, component);
+    }
+
+    /// Three vectors hold COUNT whole points; these are the components, 0 to 2, of their lanes.
+    [[nodiscard]] static constexpr std::size_t ComponentOf(std::size_t vector, std::size_t lane) noexcept
+    {
+        return (vector * COUNT + lane) % 3;
+    }
+
+    /// Three vectors that hold one value for each component, in the order in which points lie in memory.
+    struct Pattern
+    {
+        V vectors[3];
+
+        explicit Pattern(T const* components) noexcept
+        {
+            for (std::size_t vector = 0; vector < 3; ++vector)
+                for (std::size_t lane = 0; lane < COUNT; ++lane)
+                    vectors[vector][lane] = components[ComponentOf(vector, lane)];
+        }
+    };
+
+    static std::size_t Scale(T const* factors, tVector3<T> const* points, tVector3<T>* results, std::size_t count)
+    {
+        Pattern const pattern(factors);
+        std::size_t done = 0;
+        for (; done + COUNT <= count; done += COUNT)
+        {
+            auto const* const from = reinterpret_cast<std::byte const*>(points + done);
+            auto* const to = reinterpret_cast<std::byte*>(results + done);
+            V const a = Load<V>(from) * pattern.vectors[0];
+            V const b = Load<V>(from + BYTES) * pattern.vectors[1];
+            V const c = Load<V>(from + 2 * BYTES) * pattern.vectors[2];
+            Store(a, to);
+            Store(b, to + BYTES);
+            Store(c, to + 2 * BYTES);
+        }
+        return done;
+    }
+
+    static std::size_t Grow(T* lower, T* upper, tVector3<T> const* points, std::size_t count)
+    {
+        Pattern low(lower);
+        Pattern high(upper);
+        std::size_t done = 0;
+        for (; done + COUNT <= count; done += COUNT)
+        {
+            auto const* const bytes = reinterpret_cast<std::byte const*>(points + done);
+            for (std::size_t vector = 0; vector < 3; ++vector)
+            {
+                V const values = Load<V>(bytes + vector * BYTES);
+                low.vectors[vector] = values < low.vectors[vector] ? values : low.vectors[vector];
+                high.vectors[vector] = values > high.vectors[vector] ? values : high.vectors[vector];
+            }
+        }
+        Join(low, lower, points, [](T value, T end) { return value < end; });
+        Join(high, upper, points, [](T value, T end) { return value > end; });
+        return done;
+    }
+
+    /// Joins the lanes of each component. Zeros of both signs are equal, and the single form keeps the one that it
+    /// meets first: where the lanes do not agree on it, the points tell.
+    template <typename Beyond>
+    static void Join(Pattern const& pattern, T* ends, tVector3<T> const* points, Beyond beyond) noexcept
+    {
+        T lanes[3 * COUNT];
+        __builtin_memcpy(lanes, pattern.vectors, sizeof lanes);
+        for (std::size_t component = 0; component < 3; ++component)
+        {
+            T end = lanes[component];
+            for (std::size_t i = component; i < 3 * COUNT; i += 3)
+                end = beyond(lanes[i], end) ? lanes[i] : end;
+            ends[component] = end;
+            for (std::size_t i = component; i < 3 * COUNT; i += 3)
+                if (end == T{0} && lanes[i] == T{0} && __builtin_signbit(lanes[i]) != __builtin_signbit(end))
+                {
+                    ends[component] = FirstZero(points, component);
+                    break;
+                }
+        }
+    }
+
+    [[gnu::cold]] static T FirstZero(tVector3<T> const* points, std::size_t component) noexcept
+    {
+        for (;; ++points)
+        {
+            T const value = component == 0 ? points->x : component == 1 ? points->y : points->z;
+            if (value == T{0})
+                return value;
+        }
+    }
+
+    /// The corners of boxes, lower and upper, and their components.
+    struct Boxes
+    {
+        V corners[2][3];
+    };
+
+    [[gnu::always_inline]] static void PickCorners(V first, V second, V& lower, V& upper) noexcept
+    {
+        if constexpr (sizeof(T) == sizeof(float))
+        {
+            lower = Pick<0, 2, 0, 2>(first, second);
+            upper = Pick<1, 3, 1, 3>(first, second);
+        }
+        else
+        {
+            lower = Pick<0, 0>(first, second);
+            upper = Pick<1, 1>(first, second);
+        }
+    }
+
+    /// Corners lie in memory like points: lower, upper, lower, upper and so on. Each 16 bytes of lanes take half of
+    /// their boxes from one vector of them and half from the next.
+    [[gnu::always_inline]] static Boxes LoadBoxes(void const* boxes) noexcept
+    {
+        auto const* const bytes = static_cast<std::byte const*>(boxes);
+        Points const first = LoadVectors<T, BYTES, 3>(bytes, 2 * STRIDE);
+        Points const second = LoadVectors<T, BYTES, 3>(bytes + STRIDE, 2 * STRIDE);
+        Boxes result;
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            PickCorners(first.components[axis], second.components[axis], result.corners[0][axis],
+                        result.corners[1][axis]);
+        return result;
+    }
+
+    static std::size_t Classify(T const* planes, tVolumeAABB<T> const* boxes,
+                                typename tFrustum<T>::IntersectionResult* results, std::size_t count)
+    {
+        constexpr std::size_t PLANES = 6;
+        // For each component of a normal: the corner that lies farthest along it.
+        std::size_t along[PLANES][3];
+        for (std::size_t plane = 0; plane < PLANES; ++plane)
+            for (std::size_t component = 0; component < 3; ++component)
+                along[plane][component] = planes[4 * plane + component] >= T{0} ? 1 : 0;
+
+        std::size_t done = 0;
+        for (; done + COUNT <= count; done += COUNT)
+        {
+            Boxes const box = LoadBoxes(boxes + done);
+            M isOutside{};
+            M straddles{};
+            for (std::size_t plane = 0; plane < PLANES; ++plane)
+            {
+                auto const distance = [&, n = planes + 4 * plane](V x, V y, V z) __attribute__((always_inline))
+                { return ((n[1] * y + n[0] * x) + n[2] * z) + n[3]; };
+                auto const& [x, y, z] = along[plane];
+                isOutside |= distance(box.corners[x][0], box.corners[y][1], box.corners[z][2]) < T{0};
+                straddles |= distance(box.corners[1 - x][0], box.corners[1 - y][1], box.corners[1 - z][2]) < T{0};
+            }
+            // INSIDE where nothing is set, INTERSECTING for a plane that cuts, OUTSIDE for one that rejects.
+            M const result = (straddles + 2) & ~isOutside;
+            Store(__builtin_convertvector(result, Narrow), results + done);
+        }
+        return done;
+    }
+
+    static constexpr GeometryKernels<T> All() noexcept { return {Project, Rotate, Scale, Grow, Classify}; }
+};
+
+} // namespace
+
+} // namespace bv::maths

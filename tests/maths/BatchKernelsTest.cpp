@@ -1,0 +1,273 @@
+// The loops behind the batch forms, each set by itself: a library chooses one of them, and its tests would see only
+// that.
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Maths/Batch/ByteHashes.h"
+#include "Maths/Batch/Kernels.h"
+#include "bv/maths/Noise.h"
+#include "bv/maths/tMatrix4.h"
+#include "bv/maths/tVector2.h"
+#include "bv/maths/tVolumeAABB.h"
+#include "support/BatchData.h"
+#include "support/SameBits.h"
+
+using namespace bv::maths;
+using bv::test::ExpectSameBits;
+using bv::test::RandomMatrix;
+using bv::test::RandomPoints;
+using bv::test::SpecialPoints;
+
+namespace
+{
+
+constexpr std::size_t COUNT = 1000;
+
+struct GeometrySet
+{
+    char const* name;
+    Kernels kernels;
+};
+
+std::vector<GeometrySet> GeometrySets()
+{
+    std::vector<GeometrySet> sets{{"baseline", BaselineKernels()}};
+#if defined __x86_64__
+    if (__builtin_cpu_supports("avx2"))
+        sets.push_back({"AVX2", Avx2Kernels()});
+#endif
+    return sets;
+}
+
+struct NoiseSet
+{
+    char const* name;
+    NoiseKernels kernels;
+};
+
+/// The look-ups by bytes are here without the processor's instructions, too, so that their order is tested everywhere.
+std::vector<NoiseSet> NoiseSets()
+{
+    std::vector<NoiseSet> sets{{"bytes, 16", AllNoise<16, ByteHashes>()},
+                               {"bytes, 32", AllNoise<32, ByteHashes>()},
+                               {"bytes, 64", AllNoise<64, ByteHashes>()},
+                               {"tables, 32", AllNoise<32, TableHashes>()}};
+    for (GeometrySet const& set : GeometrySets())
+        sets.push_back({set.name, set.kernels.noise});
+#if defined __x86_64__
+    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq") &&
+        __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi"))
+        sets.push_back({"AVX-512", Avx512NoiseKernels()});
+#endif
+    return sets;
+}
+
+template <typename T>
+GeometryKernels<T> const& Of(Kernels const& kernels)
+{
+    if constexpr (sizeof(T) == sizeof(float))
+        return kernels.floats;
+    else
+        return kernels.doubles;
+}
+
+template <typename T>
+class BatchKernelsTest : public testing::Test
+{
+};
+using Precisions = testing::Types<float, double>;
+TYPED_TEST_SUITE(BatchKernelsTest, Precisions);
+
+/// A loop leaves fewer elements than fill the widest vector.
+void ExpectNearlyAll(std::size_t done, std::size_t count)
+{
+    EXPECT_LE(done, count);
+    EXPECT_GT(done + 16, count);
+}
+
+TYPED_TEST(BatchKernelsTest, PointsAreProjectedAsBySingleForm)
+{
+    using T = TypeParam;
+    for (auto const& [name, kernels] : GeometrySets())
+    {
+        SCOPED_TRACE(name);
+        std::mt19937 generator(1);
+        auto const matrix = RandomMatrix<T>(generator);
+        auto const points = RandomPoints<T>(generator, COUNT, 1, 10);
+        std::vector<tVector3<T>> results(COUNT);
+        std::size_t const done = Of<T>(kernels).project(matrix.Get(), points.data(), results.data(), COUNT);
+        ExpectNearlyAll(done, COUNT);
+        for (std::size_t i = 0; i < COUNT; ++i)
+            ExpectSameBits(results[i], i < done ? points[i].Transformed(matrix) : tVector3<T>());
+    }
+}
+
+TYPED_TEST(BatchKernelsTest, ProjectionStopsInFrontOfTheVectorThatHoldsAPointThatCannotBeDivided)
+{
+    using T = TypeParam;
+    for (auto const& [name, kernels] : GeometrySets())
+    {
+        SCOPED_TRACE(name);
+        auto const matrix = tMatrix4<T>::PerspectiveProjection(-1, 1, -1, 1, 1, 100);
+        for (std::size_t bad = 0; bad < 40; ++bad)
+        {
+            std::mt19937 generator(2);
+            auto points = RandomPoints<T>(generator, 48, 1, 10);
+            points[bad].z = 0;
+            std::vector<tVector3<T>> results(48);
+            std::size_t const done = Of<T>(kernels).project(matrix.Get(), points.data(), results.data(), 48);
+            EXPECT_LE(done, bad);
+            EXPECT_GT(done + 16, bad);
+        }
+    }
+}
+
+TYPED_TEST(BatchKernelsTest, DirectionsAreRotatedAndNormalisedAsBySingleForm)
+{
+    using T = TypeParam;
+    for (auto const& [name, kernels] : GeometrySets())
+    {
+        SCOPED_TRACE(name);
+        std::mt19937 generator(3);
+        auto const rotation = tMatrix4<T>::RotateAxis(tVector3<T>(), tVector3<T>(3, -1, 2), 2);
+        auto directions = RandomPoints<T>(generator, COUNT, -10, 10);
+        for (std::size_t i = 0; i < COUNT; i += 1 + i % 5)
+            directions[i].Normalise();
+        std::vector<tVector3<T>> results(COUNT);
+        std::size_t const done = Of<T>(kernels).rotate(rotation.Get(), true, directions.data(), results.data(), COUNT);
+        ExpectNearlyAll(done, COUNT);
+        for (std::size_t i = 0; i < done; ++i)
+            ExpectSameBits(results[i], directions[i].TransformedAsVector(rotation));
+
+        auto const general = RandomMatrix<T>(generator);
+        auto const special = SpecialPoints<T>();
+        Of<T>(kernels).rotate(general.Get(), false, special.data(), results.data(), COUNT);
+        for (std::size_t i = 0; i < done; ++i)
+            ExpectSameBits(results[i], special[i].TransformedAsVector(general));
+    }
+}
+
+TYPED_TEST(BatchKernelsTest, ABoxGrowsAsByOnePointAfterTheOther)
+{
+    using T = TypeParam;
+    for (auto const& [name, kernels] : GeometrySets())
+        for (std::size_t first = 0; first < 64; ++first)
+        {
+            SCOPED_TRACE(name);
+            std::mt19937 generator(static_cast<unsigned int>(first));
+            auto points = RandomPoints<T>(generator, 100, T(-1), T(1));
+            for (std::size_t i = 0; i < 30; ++i) // zeros of both signs are the highest and the lowest values
+            {
+                auto& point = points[generator() % 100];
+                point.x = generator() % 2 == 0 ? T(0) : T(-0.0);
+                point.y = std::abs(point.y);
+                point.z = -std::abs(point.z);
+            }
+            tVolumeAABB<T> expected;
+            T lower[] = {expected.GetMin().x, expected.GetMin().y, expected.GetMin().z};
+            T upper[] = {expected.GetMax().x, expected.GetMax().y, expected.GetMax().z};
+            std::size_t const done = Of<T>(kernels).grow(lower, upper, points.data(), 100);
+            ExpectNearlyAll(done, 100);
+            for (std::size_t i = 0; i < done; ++i)
+                expected.Expand(points[i]);
+            ExpectSameBits(tVector3<T>(lower), expected.GetMin());
+            ExpectSameBits(tVector3<T>(upper), expected.GetMax());
+        }
+}
+
+TYPED_TEST(BatchKernelsTest, BoxesAreClassifiedAsBySingleForm)
+{
+    using T = TypeParam;
+    for (auto const& [name, kernels] : GeometrySets())
+    {
+        SCOPED_TRACE(name);
+        std::mt19937 generator(5);
+        tFrustum<T> const frustum(tMatrix4<T>::PerspectiveProjection(-1, 1, -1, 1, 1, 25));
+        auto const corners = RandomPoints<T>(generator, 2 * COUNT, -30, 30);
+        std::vector<tVolumeAABB<T>> boxes(COUNT);
+        for (std::size_t i = 0; i < COUNT; ++i)
+        {
+            boxes[i].Expand(corners[2 * i]);
+            boxes[i].Expand(corners[2 * i] + corners[2 * i + 1] * T(0.2));
+        }
+        T planes[24];
+        T* next = planes;
+        for (tPlane<T> const& plane : {frustum.GetLeftPlane(), frustum.GetRightPlane(), frustum.GetTopPlane(),
+                                       frustum.GetBottomPlane(), frustum.GetFarPlane(), frustum.GetNearPlane()})
+            for (T const value : {plane.GetNormal().x, plane.GetNormal().y, plane.GetNormal().z, plane.GetOffset()})
+                *next++ = value;
+        std::vector<typename tFrustum<T>::IntersectionResult> results(COUNT);
+        std::size_t const done = Of<T>(kernels).classify(planes, boxes.data(), results.data(), COUNT);
+        ExpectNearlyAll(done, COUNT);
+        std::size_t counts[3] = {};
+        for (std::size_t i = 0; i < done; ++i)
+        {
+            EXPECT_EQ(results[i], frustum.ContainsAABB(boxes[i])) << i;
+            ++counts[results[i]];
+        }
+        for (std::size_t const count : counts)
+            EXPECT_GT(count, 10U);
+    }
+}
+
+template <typename Point, typename Single>
+void ExpectNoise(NoiseKernel<Point> kernel, std::vector<Point> const& points, unsigned int octaves, Single single)
+{
+    std::vector<float> results(points.size(), -7.0F);
+    std::size_t const done = kernel(points.data(), octaves, results.data(), points.size());
+    ExpectNearlyAll(done, points.size());
+    for (std::size_t i = 0; i < points.size(); ++i)
+        ExpectSameBits(results[i], i < done ? single(points[i], octaves) : -7.0F);
+}
+
+void ExpectNoiseInAllDimensions(NoiseKernels const& kernels, std::vector<tVector3<float>> const& points,
+                                unsigned int octaves)
+{
+    std::vector<float> lines;
+    std::vector<tVector2<float>> planes;
+    for (tVector3<float> const& point : points)
+    {
+        lines.push_back(point.x);
+        planes.emplace_back(point.x, point.y);
+    }
+    ExpectNoise<float>(kernels.line, lines, octaves, [](float x, unsigned int n) { return Turbulence1(x, n); });
+    ExpectNoise<tVector2<float>>(kernels.plane, planes, octaves,
+                                 [](tVector2<float> const& p, unsigned int n) { return Turbulence2(p, n); });
+    ExpectNoise<tVector3<float>>(kernels.space, points, octaves,
+                                 [](tVector3<float> const& p, unsigned int n) { return Turbulence3(p, n); });
+}
+
+TEST(NoiseKernelsTest, EverySetHasTheBitsOfTheSingleForm)
+{
+    for (auto const& [name, kernels] : NoiseSets())
+    {
+        SCOPED_TRACE(name);
+        std::mt19937 generator(6);
+        for (float const scale : {2.0F, 300.0F, 1e7F, 1e20F})
+            for (unsigned int const octaves : {1U, 2U, 5U, 10U})
+                ExpectNoiseInAllDimensions(kernels, RandomPoints<float>(generator, COUNT, -scale, scale), octaves);
+        for (std::size_t count = 0; count < 150; ++count)
+            ExpectNoiseInAllDimensions(kernels, RandomPoints<float>(generator, count, -300, 300), 2);
+        ExpectNoiseInAllDimensions(kernels, SpecialPoints<float>(), 10);
+    }
+}
+
+TEST(NoiseKernelsTest, EveryEntryOfTheTablesIsReached)
+{
+    std::vector<tVector3<float>> points;
+    for (int x = 0; x < 256; ++x)
+        for (int y = 0; y < 256; ++y)
+            points.emplace_back(static_cast<float>(x) + 0.3F, static_cast<float>(y) + 0.6F,
+                                static_cast<float>((x * 7 + y * 13) % 256) + 0.4F);
+    for (auto const& [name, kernels] : NoiseSets())
+    {
+        SCOPED_TRACE(name);
+        ExpectNoiseInAllDimensions(kernels, points, 1);
+    }
+}
+
+} // namespace

@@ -8,6 +8,8 @@
 #include "bv/maths/RNGenerator.h"
 #include "bv/maths/simd/SSERay.h"
 #include "bv/maths/tDepthRay.h"
+#include "bv/maths/tDifferential2.h"
+#include "bv/maths/tDifferential3.h"
 #include "bv/maths/tFrustum.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tPlane.h"
@@ -47,7 +49,8 @@ T Boxes(std::span<tVolumeAABB<T>> boxes, std::span<tVector3<T> const> points, tV
         boxes[i].Expand(points[i]);
         boxes[i].Expand(boxes[0]);
         if (boxes[i].Contains(points[i], true) && boxes[i].Overlaps(sphere))
-            sum += boxes[i].DistanceSquared(points[i]) + boxes[i].GetCentre().x + boxes[i].GetDiagonal().y;
+            sum += boxes[i].Distance(points[i]) + boxes[i].DistanceSquared(points[i]) + boxes[i].GetCentre().x +
+                   boxes[i].GetDiagonal().y;
     }
     return sum;
 }
@@ -58,8 +61,39 @@ std::size_t Spheres(std::span<tVolumeSphere<T> const> spheres, std::span<tVector
 {
     std::size_t count = 0;
     for (std::size_t i = 0; i < spheres.size(); ++i)
-        count += spheres[i].Contains(points[i]) && spheres[i].Overlaps(box) ? 1U : 0U;
+        count +=
+            spheres[i].Contains(points[i]) && spheres[i].Overlaps(box) && spheres[i].Overlaps(spheres[0]) ? 1U : 0U;
     return count;
+}
+
+template <typename T>
+T Radii(std::span<tVolumeSphere<T> const> spheres)
+{
+    T sum{};
+    for (tVolumeSphere<T> const& sphere : spheres)
+        sum += sphere.GetRadius();
+    return sum;
+}
+
+template <typename T>
+std::size_t EqualShapes(std::span<tVolumeSphere<T> const> spheres, std::span<tVolumeAABB<T> const> boxes,
+                        std::span<tVector3<T> const> points)
+{
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < spheres.size(); ++i)
+    {
+        count += spheres[i] == spheres[0] ? 1U : 0U;
+        count += boxes[i] == boxes[0] ? 1U : 0U;
+        count += points[i] == points[0] ? 1U : 0U;
+    }
+    return count;
+}
+
+template <typename T>
+void MoveBoxes(std::span<tVolumeAABB<T>> boxes, tMatrix4<T> const& matrix)
+{
+    for (tVolumeAABB<T>& box : boxes)
+        box *= matrix;
 }
 
 template <typename T>
@@ -107,6 +141,32 @@ T Differentials(std::span<tDepthRay<T, bv::IRayPayloadInternal> const> rays, tVo
 }
 
 template <typename T>
+T Footprints(std::span<tDifferential3<T>> differentials, tMatrix4<T> const& matrix, tVector3<T> const& position)
+{
+    T sum{};
+    for (tDifferential3<T>& differential : differentials)
+    {
+        if (differential.IsNull() || differential.IsInfinite())
+            continue;
+        differential.TransformAsVector(matrix);
+        differential.Transform(matrix, position, T{2});
+        differential += -differential * T{3} - differential * position;
+        differential /= position;
+        sum += differential[tDifferential3<T>::DIFF_V].x;
+    }
+    return sum;
+}
+
+template <typename T>
+std::size_t NullFootprints(std::span<tDifferential2<T> const> differentials)
+{
+    std::size_t count = 0;
+    for (tDifferential2<T> const& differential : differentials)
+        count += differential.IsNull() ? 1U : 0U;
+    return count;
+}
+
+template <typename T>
 std::size_t Visible(std::span<tVolumeAABB<T> const> boxes, tFrustum<T> const& view)
 {
     std::size_t count = 0;
@@ -141,6 +201,25 @@ void Transforms(std::span<tVector3<T>> points, tMatrix4<T> const& matrix)
 }
 
 template <typename T>
+void Directions(std::span<tVector3<T>> directions, tMatrix4<T> const& matrix)
+{
+    for (tVector3<T>& direction : directions)
+        direction.TransformAsVector(matrix);
+}
+
+template <typename T>
+T Components(std::span<tVector3<T>> points, std::span<tVolumeAABB<T> const> boxes, std::size_t axis)
+{
+    T sum{};
+    for (std::size_t i = 0; i < points.size(); ++i)
+    {
+        points[i][axis] += boxes[i].GetMin()[axis];
+        sum += points[i][axis];
+    }
+    return sum;
+}
+
+template <typename T>
 T Elements(tMatrix4<T>& matrix)
 {
     T sum{};
@@ -172,6 +251,16 @@ int Packets(simd::SSERay& packet, std::span<tVolumeAABB<float> const> boxes)
     return mask;
 }
 
+void MovePackets(std::span<simd::SSERay> packets, tDepthRay<float, bv::IRayPayloadInternal> const* rays,
+                 tMatrix4<float> const& matrix)
+{
+    for (simd::SSERay& packet : packets)
+    {
+        packet.Initialise(rays);
+        packet.Transform(matrix);
+    }
+}
+
 template float Vectors(std::span<tVector3<float> const>, std::span<tVector3<float> const>);
 template double Vectors(std::span<tVector3<double> const>, std::span<tVector3<double> const>);
 template std::size_t Equal(std::span<float const>, std::span<float const>);
@@ -182,6 +271,18 @@ template std::size_t Spheres(std::span<tVolumeSphere<float> const>, std::span<tV
                              tVolumeAABB<float> const&);
 template std::size_t Spheres(std::span<tVolumeSphere<double> const>, std::span<tVector3<double> const>,
                              tVolumeAABB<double> const&);
+template float Radii(std::span<tVolumeSphere<float> const>);
+template double Radii(std::span<tVolumeSphere<double> const>);
+template std::size_t EqualShapes(std::span<tVolumeSphere<float> const>, std::span<tVolumeAABB<float> const>,
+                                 std::span<tVector3<float> const>);
+template std::size_t EqualShapes(std::span<tVolumeSphere<double> const>, std::span<tVolumeAABB<double> const>,
+                                 std::span<tVector3<double> const>);
+template void MoveBoxes(std::span<tVolumeAABB<float>>, tMatrix4<float> const&);
+template void MoveBoxes(std::span<tVolumeAABB<double>>, tMatrix4<double> const&);
+template float Footprints(std::span<tDifferential3<float>>, tMatrix4<float> const&, tVector3<float> const&);
+template double Footprints(std::span<tDifferential3<double>>, tMatrix4<double> const&, tVector3<double> const&);
+template std::size_t NullFootprints(std::span<tDifferential2<float> const>);
+template std::size_t NullFootprints(std::span<tDifferential2<double> const>);
 template float Clip(std::span<tRay<float> const>, tVolumeAABB<float> const&);
 template double Clip(std::span<tRay<double> const>, tVolumeAABB<double> const&);
 template float ClipSpheres(std::span<tRay<float> const>, tVolumeSphere<float> const&);
@@ -197,6 +298,10 @@ template float Distances(std::span<tVector3<float> const>, tPlane<float> const&)
 template double Distances(std::span<tVector3<double> const>, tPlane<double> const&);
 template void Transforms(std::span<tVector3<float>>, tMatrix4<float> const&);
 template void Transforms(std::span<tVector3<double>>, tMatrix4<double> const&);
+template void Directions(std::span<tVector3<float>>, tMatrix4<float> const&);
+template void Directions(std::span<tVector3<double>>, tMatrix4<double> const&);
+template float Components(std::span<tVector3<float>>, std::span<tVolumeAABB<float> const>, std::size_t);
+template double Components(std::span<tVector3<double>>, std::span<tVolumeAABB<double> const>, std::size_t);
 template float Elements(tMatrix4<float>&);
 template double Elements(tMatrix4<double>&);
 

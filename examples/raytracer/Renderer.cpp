@@ -47,7 +47,8 @@ Vector2f GetMiddle(Tuple2u const& pixel)
 /// the seed and its place alone.
 std::vector<Pixel> GetPixels(Tile const& tile, Job const& job)
 {
-    RNGenerator random(Tuple3u(tile.place.x, tile.place.y, job.options.seed).GetHash32() | 1); // even seeds are weak
+    // Odd, because a seed whose low 15 bits are all 0 gives a poor sequence.
+    RNGenerator random(Tuple3u(tile.place.x, tile.place.y, job.options.seed).GetHash32() | 1);
     std::vector<Pixel> pixels;
     for (unsigned i = 0; i < Tile::PIXEL_COUNT; ++i)
     {

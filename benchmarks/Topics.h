@@ -1,0 +1,50 @@
+#pragma once
+
+/// @file
+/// One function for each topic and side that adds its rows.
+
+namespace bench
+{
+
+void AddBatch();
+void AddBox();
+void AddFrustum();
+void AddGenerator();
+void AddHash();
+void AddMatrix();
+void AddNoise();
+void AddRay();
+void AddScalar();
+void AddSphere();
+void AddString();
+void AddTransform();
+
+namespace peers
+{
+
+void AddBatch();
+void AddBox();
+void AddFrustum();
+void AddGenerator();
+void AddHash();
+void AddMatrix();
+void AddNoise();
+void AddRay();
+void AddScalar();
+void AddSphere();
+void AddString();
+void AddTransform();
+
+} // namespace peers
+
+/// GLM as it comes, and with its intrinsics: the same rows compiled twice.
+namespace glm_plain
+{
+void Add();
+}
+namespace glm_intrinsics
+{
+void Add();
+}
+
+} // namespace bench

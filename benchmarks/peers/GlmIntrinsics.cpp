@@ -1,0 +1,2 @@
+#define BENCH_GLM_INTRINSICS
+#include "Glm.cpp"

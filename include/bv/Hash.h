@@ -44,13 +44,13 @@ class String;
 
 // Bodies that a loop over keys of a known length absorbs.
 
-namespace hash
+namespace detail
 {
 
 // clang-format off
 
 /// The permutation of GetPearsonHash().
-inline constexpr unsigned char PEARSON[256] = {
+inline constexpr unsigned char PEARSON_PERMUTATION[256] = {
      92, 213, 150, 172, 106,  87, 185,  17, 113, 198, 216,  69, 182, 251, 234, 132,
      22,  73, 120, 255, 179, 153, 143, 139, 195,  41, 190, 127, 201, 191,   8,  60,
     252,  56,  39, 104,  53, 222, 247,  51, 154,  37, 123,  59,  34,  49, 236,  82,
@@ -71,9 +71,10 @@ inline constexpr unsigned char PEARSON[256] = {
 
 // clang-format on
 
-} // namespace hash
+} // namespace detail
 
-inline unsigned int GetJenkinsHash(void const* data, unsigned long long length, unsigned int seed) noexcept
+[[gnu::always_inline]] inline unsigned int GetJenkinsHash(void const* data, unsigned long long length,
+                                                          unsigned int seed) noexcept
 {
     auto const* bytes = static_cast<unsigned char const*>(data);
     unsigned int hash = seed;
@@ -89,12 +90,13 @@ inline unsigned int GetJenkinsHash(void const* data, unsigned long long length, 
     return hash;
 }
 
-inline unsigned char GetPearsonHash(void const* data, unsigned long long length, unsigned char seed) noexcept
+[[gnu::always_inline]] inline unsigned char GetPearsonHash(void const* data, unsigned long long length,
+                                                           unsigned char seed) noexcept
 {
     auto const* bytes = static_cast<unsigned char const*>(data);
     unsigned char hash = seed;
     for (unsigned long long i = 0; i < length; ++i)
-        hash = bv::hash::PEARSON[bytes[i] ^ hash];
+        hash = detail::PEARSON_PERMUTATION[bytes[i] ^ hash];
     return hash;
 }
 

@@ -17,6 +17,27 @@
 namespace bv::maths
 {
 
+namespace detail
+{
+
+/// The way to the words of a generator.
+struct RNGeneratorAccess
+{
+    [[nodiscard]] static GeneratorState Read(RNGenerator const& generator) noexcept
+    {
+        return {generator.z, generator.w, generator.jsr, generator.jcong};
+    }
+    static void Write(RNGenerator& generator, GeneratorState const& state) noexcept
+    {
+        generator.z = state.z;
+        generator.w = state.w;
+        generator.jsr = state.jsr;
+        generator.jcong = state.jcong;
+    }
+};
+
+} // namespace detail
+
 namespace
 {
 
@@ -200,7 +221,10 @@ void Noise3(std::span<tVector3<float> const> points, std::span<float> results)
 void GetFloats(RNGenerator& generator, std::span<float> results) noexcept
 {
     RNGenerator local = generator; // in registers: the buffer could lie over the generator itself for all we know
-    for (float& result : results)
+    GeneratorState state = detail::RNGeneratorAccess::Read(local);
+    std::size_t const done = ChosenKernels().generator(state, results.data(), results.size());
+    detail::RNGeneratorAccess::Write(local, state);
+    for (float& result : results.subspan(done))
         result = local.GetFloat();
     generator = local;
 }

@@ -3,7 +3,9 @@
 #include <array>
 #include <bit>
 
+#if defined __SSE2__
 #include <emmintrin.h>
+#endif
 
 #include "Maths/FrustumGuard.h"
 #include "bv/maths/tMatrix4.h"
@@ -14,6 +16,8 @@ namespace bv::maths
 
 namespace
 {
+
+#if defined __SSE2__
 
 /// The planes of normal (x, y, z) and offset w, each divided by the normal's length just as tPlane::Set() does it, for
 /// as many planes as a register has lanes.
@@ -85,6 +89,26 @@ std::array<tPlane<double>, 6> MakePlanes(double const* m) noexcept
     MakeTwo(m + 4, m + 12, planes.data() + 4);
     return planes;
 }
+
+#else
+
+/// The planes of the view of a matrix: left, right, near, far, bottom, top.
+template <typename T>
+std::array<tPlane<T>, 6> MakePlanes(T const* m) noexcept
+{
+    tVector3<T> const w(m + 12);
+    std::array<tPlane<T>, 6> planes;
+    tPlane<T>* plane = planes.data();
+    for (T const* const row : {m, m + 8, m + 4})
+    {
+        tVector3<T> const axis(row);
+        (plane++)->Set(w + axis, m[15] + row[3]);
+        (plane++)->Set(w - axis, m[15] - row[3]);
+    }
+    return planes;
+}
+
+#endif
 
 } // namespace
 

@@ -60,10 +60,15 @@ tMatrix4<T>::tMatrix4(T m11, T m12, T m13, T m14, T m21, T m22, T m23, T m24, T 
 }
 
 template <typename T>
-tMatrix4<T>::tMatrix4(T const* values) noexcept
+tMatrix4<T>::tMatrix4(T const* values, State known) noexcept : state{known}
 {
     InitMemory();
     ReadElements(values);
+}
+
+template <typename T>
+tMatrix4<T>::tMatrix4(T const* values) noexcept : tMatrix4(values, GENERAL)
+{
     SetState();
 }
 

@@ -214,6 +214,58 @@ TYPED_TEST(BatchKernelsTest, BoxesAreClassifiedAsBySingleForm)
     }
 }
 
+/// The generator, word by word, as its author wrote it.
+unsigned int Draw(GeneratorState& state)
+{
+    state.z = 36969 * (state.z & 65535) + (state.z >> 16);
+    state.w = 18000 * (state.w & 65535) + (state.w >> 16);
+    state.jcong = 69069 * state.jcong + 1234567;
+    state.jsr ^= state.jsr << 17;
+    state.jsr ^= state.jsr >> 13;
+    state.jsr ^= state.jsr << 5;
+    return (((state.z << 16) + state.w) ^ state.jcong) + state.jsr;
+}
+
+TEST(GeneratorKernelsTest, EverySetDrawsTheSequenceFromAnyState)
+{
+    // The multiply-with-carry words have states that no step leads to, and two that stay as they are.
+    constexpr std::uint32_t Z_END = 36969U * 65536U - 1U;
+    constexpr std::uint32_t W_END = 18000U * 65536U - 1U;
+    std::vector<GeneratorState> starts{{0, 0, 0, 0},
+                                       {Z_END, W_END, 1, 1},
+                                       {Z_END + 1, W_END + 1, 2, 2},
+                                       {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF},
+                                       {1, 1, 0x80000000, 0},
+                                       {0xFFFF, 0xFFFF, 3, 7},
+                                       {Z_END - 1, W_END - 1, 5, 6},
+                                       {2 * W_END, 2 * W_END, 9, 9}};
+    std::mt19937 generator(7);
+    for (int i = 0; i < 20; ++i)
+    {
+        GeneratorState state{};
+        for (std::uint32_t* const word : {&state.z, &state.w, &state.jsr, &state.jcong})
+            *word = static_cast<std::uint32_t>(generator());
+        starts.push_back(state);
+    }
+    for (auto const& [name, kernels] : GeometrySets())
+        for (GeneratorState const& start : starts)
+        {
+            SCOPED_TRACE(name);
+            GeneratorState state = start;
+            GeneratorState expected = start;
+            std::vector<float> results(5000);
+            std::size_t const done = kernels.generator(state, results.data(), results.size());
+            EXPECT_LE(done, results.size());
+            EXPECT_GT(done + 1024, results.size());
+            for (std::size_t i = 0; i < done; ++i)
+                ASSERT_EQ(results[i], static_cast<float>(Draw(expected) >> 9) * 0x1p-23F) << i;
+            EXPECT_EQ(state.z, expected.z);
+            EXPECT_EQ(state.w, expected.w);
+            EXPECT_EQ(state.jsr, expected.jsr);
+            EXPECT_EQ(state.jcong, expected.jcong);
+        }
+}
+
 template <typename Point, typename Single>
 void ExpectNoise(NoiseKernel<Point> kernel, std::vector<Point> const& points, unsigned int octaves, Single single)
 {

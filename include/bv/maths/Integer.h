@@ -9,7 +9,7 @@
 
 #include "bv/Export.h"
 
-#if defined __SSE2__ || defined _M_X64
+#if defined __SSE2__
 #include <emmintrin.h>
 #endif
 
@@ -22,9 +22,19 @@ namespace detail
 [[noreturn, gnu::cold]] BV_API void ThrowLogarithmOfZero();
 
 /// Number of bits that the value takes, as `std::bit_width` gives it, without a case of its own for 0.
-[[nodiscard]] constexpr unsigned int BitWidth(unsigned int value) noexcept
+[[nodiscard, gnu::always_inline]] constexpr unsigned int BitWidth(unsigned int value) noexcept
 {
     return static_cast<unsigned int>(63 - std::countl_zero(std::uint64_t{value} << 1 | 1));
+}
+
+/// All bits up to the highest one that is set. Shifts alone, which a loop can do side by side.
+[[nodiscard, gnu::always_inline]] constexpr unsigned int Smear(unsigned int value) noexcept
+{
+    value |= value >> 1;
+    value |= value >> 2;
+    value |= value >> 4;
+    value |= value >> 8;
+    return value | value >> 16;
 }
 
 } // namespace detail
@@ -33,7 +43,7 @@ namespace detail
 /// above 2^31 gives 32.
 ///
 /// @throws bv::InvalidArgumentException for 0.
-[[nodiscard]] constexpr unsigned char IntLog2(unsigned int value)
+[[nodiscard, gnu::always_inline]] constexpr unsigned char IntLog2(unsigned int value)
 {
     if (value == 0)
         detail::ThrowLogarithmOfZero();
@@ -45,9 +55,9 @@ namespace detail
 /// Digit by digit, two bits of the value for one bit of the root: J. W. Crenshaw, "Integer Square Roots", 1998. Where
 /// the processor has a square root of its own, that of the value in double precision is taken: a root that is no
 /// integer lies too far below the next one to be rounded up to it.
-[[nodiscard]] constexpr unsigned short IntSqrt(unsigned int value) noexcept
+[[nodiscard, gnu::always_inline]] constexpr unsigned short IntSqrt(unsigned int value) noexcept
 {
-#if defined __SSE2__ || defined _M_X64
+#if defined __SSE2__
     if (!std::is_constant_evaluated())
     {
         __m128d const number = _mm_set_sd(static_cast<double>(value));
@@ -73,16 +83,17 @@ namespace detail
 
 /// The smallest power of two that is not less than the value; 0 gives 0. Above 2^31 there is none in 32 bits, and the
 /// result wraps to 0.
-[[nodiscard]] constexpr unsigned int RoundUpToPO2(unsigned int value) noexcept
+[[nodiscard, gnu::always_inline]] constexpr unsigned int RoundUpToPO2(unsigned int value) noexcept
 {
-    return static_cast<unsigned int>(std::uint64_t{1} << detail::BitWidth(value - 1)); // 0 - 1 has 32 bits
+    return detail::Smear(value - 1) + 1; // 0 - 1 has all bits
 }
 
 /// The nearest power of two; a tie goes up, so 3 gives 4 and 6 gives 8. 0 gives 0, and values from 0xC0000000 upwards,
 /// whose nearest power does not fit 32 bits, wrap to 0.
-[[nodiscard]] constexpr unsigned int RoundToNearestPO2(unsigned int value) noexcept
+[[nodiscard, gnu::always_inline]] constexpr unsigned int RoundToNearestPO2(unsigned int value) noexcept
 {
-    unsigned int const floor = static_cast<unsigned int>((std::uint64_t{1} << detail::BitWidth(value)) >> 1);
+    unsigned int const below = detail::Smear(value);
+    unsigned int const floor = below - (below >> 1);
     return floor + (floor & (value << 1)); // twice the floor when the bit below its own is set
 }
 

@@ -18,7 +18,7 @@ template <typename T>
 {
     bool const moves = end > value;
 #if defined __clang__ && defined __SSE2__
-    if constexpr (sizeof(T) == sizeof(float))
+    if constexpr (std::is_same_v<T, float>)
     {
         if (!std::is_constant_evaluated())
         {
@@ -38,7 +38,7 @@ template <typename T>
 {
     bool const moves = value > end;
 #if defined __clang__ && defined __SSE2__
-    if constexpr (sizeof(T) == sizeof(float))
+    if constexpr (std::is_same_v<T, float>)
     {
         if (!std::is_constant_evaluated())
         {

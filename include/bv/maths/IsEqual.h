@@ -23,7 +23,7 @@ namespace detail
 /// they ascend with the value; +0 and -0 share one number. The difference wraps, as the mapped integers do: a
 /// distance of exactly half the range fits no signed integer and is not small.
 template <typename Bits, typename T>
-[[nodiscard]] constexpr bool IsWithinSteps(T a, T b) noexcept
+[[nodiscard, gnu::always_inline]] constexpr bool IsWithinSteps(T a, T b) noexcept
 {
     constexpr int SIGN_BIT = std::numeric_limits<Bits>::digits - 1;
     constexpr Bits SIGN = Bits{1} << SIGN_BIT;
@@ -39,7 +39,7 @@ template <typename Bits, typename T>
 
 /// Whether the squared difference is strictly below the squared tolerance.
 template <typename T>
-[[nodiscard]] constexpr bool IsWithinTolerance(T a, T b) noexcept
+[[nodiscard, gnu::always_inline]] constexpr bool IsWithinTolerance(T a, T b) noexcept
 {
     constexpr T SQUARED = TOLERANCE<T> * TOLERANCE<T>;
     return (a - b) * (a - b) < SQUARED;
@@ -48,7 +48,7 @@ template <typename T>
 /// Either test. Both are made, without a branch between them, but for the compiler's own computation, where the
 /// difference of two infinities is an error.
 template <typename Bits, typename T>
-[[nodiscard]] constexpr bool IsWithinEither(T a, T b) noexcept
+[[nodiscard, gnu::always_inline]] constexpr bool IsWithinEither(T a, T b) noexcept
 {
     if (std::is_constant_evaluated())
         return IsWithinSteps<Bits>(a, b) || IsWithinTolerance(a, b);
@@ -64,13 +64,13 @@ template <typename Bits, typename T>
 /// the 50 largest finite values of its sign and, on its other side, the 50 nearest NaN patterns. The relation is
 /// symmetric but not transitive. Opposite values exactly half the range of bit patterns apart, such as 2 and -2, are
 /// far apart like any others.
-[[nodiscard]] constexpr bool IsEqual(float const& a, float const& b) noexcept
+[[nodiscard, gnu::always_inline]] constexpr bool IsEqual(float const& a, float const& b) noexcept
 {
     return detail::IsWithinEither<std::uint32_t>(a, b);
 }
 
 /// @copydoc IsEqual(float const&, float const&)
-[[nodiscard]] constexpr bool IsEqual(double const& a, double const& b) noexcept
+[[nodiscard, gnu::always_inline]] constexpr bool IsEqual(double const& a, double const& b) noexcept
 {
     return detail::IsWithinEither<std::uint64_t>(a, b);
 }
@@ -80,7 +80,7 @@ namespace detail
 
 /// Equality of one component of a tuple or vector: tolerant for floating-point types, exact for integers.
 template <typename T>
-[[nodiscard]] constexpr bool IsSameComponent(T a, T b) noexcept
+[[nodiscard, gnu::always_inline]] constexpr bool IsSameComponent(T a, T b) noexcept
 {
     if constexpr (std::numeric_limits<T>::is_integer)
         return a == b;

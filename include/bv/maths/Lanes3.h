@@ -8,7 +8,7 @@
 
 #include <cmath>
 
-#if defined __SSE2__ || defined _M_X64
+#if defined __SSE2__
 #include <emmintrin.h>
 #endif
 
@@ -25,63 +25,81 @@ struct tLanes3
     T x, y, z;
 
     /// The three numbers of a vector.
-    [[nodiscard]] static inline Lanes Load(void const* three) noexcept
+    [[nodiscard, gnu::always_inline]] static inline Lanes Load(void const* three) noexcept
     {
         auto const* const numbers = static_cast<T const*>(three);
         return {numbers[0], numbers[1], numbers[2]};
     }
     /// The first three of four numbers.
-    [[nodiscard]] static inline Lanes LoadFirst(void const* numbers) noexcept { return Load(numbers); }
+    [[nodiscard, gnu::always_inline]] static inline Lanes LoadFirst(void const* numbers) noexcept
+    {
+        return Load(numbers);
+    }
     /// The last three of six numbers.
-    [[nodiscard]] static inline Lanes LoadLast(void const* numbers) noexcept
+    [[nodiscard, gnu::always_inline]] static inline Lanes LoadLast(void const* numbers) noexcept
     {
         return Load(static_cast<T const*>(numbers) + 3);
     }
     /// One number in all three.
-    [[nodiscard]] static inline Lanes Broadcast(T value) noexcept { return {value, value, value}; }
-    [[nodiscard]] inline T X() const noexcept { return x; }
-    [[nodiscard]] inline T Y() const noexcept { return y; }
-    [[nodiscard]] inline T Z() const noexcept { return z; }
+    [[nodiscard, gnu::always_inline]] static inline Lanes Broadcast(T value) noexcept { return {value, value, value}; }
+    [[nodiscard, gnu::always_inline]] inline T X() const noexcept { return x; }
+    [[nodiscard, gnu::always_inline]] inline T Y() const noexcept { return y; }
+    [[nodiscard, gnu::always_inline]] inline T Z() const noexcept { return z; }
     /// One bit for each mask, x the lowest.
-    [[nodiscard]] inline int Bits() const noexcept { return (x != 0 ? 1 : 0) | (y != 0 ? 2 : 0) | (z != 0 ? 4 : 0); }
+    [[nodiscard, gnu::always_inline]] inline int Bits() const noexcept
+    {
+        return (x != 0 ? 1 : 0) | (y != 0 ? 2 : 0) | (z != 0 ? 4 : 0);
+    }
 
-    [[nodiscard]] friend inline Lanes operator+(Lanes a, Lanes b) noexcept { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
-    [[nodiscard]] friend inline Lanes operator-(Lanes a, Lanes b) noexcept { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
-    [[nodiscard]] friend inline Lanes operator*(Lanes a, Lanes b) noexcept { return {a.x * b.x, a.y * b.y, a.z * b.z}; }
-    [[nodiscard]] friend inline Lanes operator/(Lanes a, Lanes b) noexcept { return {a.x / b.x, a.y / b.y, a.z / b.z}; }
-    [[nodiscard]] friend inline Lanes operator&(Lanes a, Lanes b) noexcept { return a * b; }
-    [[nodiscard]] friend inline Lanes operator<(Lanes a, Lanes b) noexcept
+    [[nodiscard, gnu::always_inline]] friend inline Lanes operator+(Lanes a, Lanes b) noexcept
+    {
+        return {a.x + b.x, a.y + b.y, a.z + b.z};
+    }
+    [[nodiscard, gnu::always_inline]] friend inline Lanes operator-(Lanes a, Lanes b) noexcept
+    {
+        return {a.x - b.x, a.y - b.y, a.z - b.z};
+    }
+    [[nodiscard, gnu::always_inline]] friend inline Lanes operator*(Lanes a, Lanes b) noexcept
+    {
+        return {a.x * b.x, a.y * b.y, a.z * b.z};
+    }
+    [[nodiscard, gnu::always_inline]] friend inline Lanes operator/(Lanes a, Lanes b) noexcept
+    {
+        return {a.x / b.x, a.y / b.y, a.z / b.z};
+    }
+    [[nodiscard, gnu::always_inline]] friend inline Lanes operator&(Lanes a, Lanes b) noexcept { return a * b; }
+    [[nodiscard, gnu::always_inline]] friend inline Lanes operator<(Lanes a, Lanes b) noexcept
     {
         return {static_cast<T>(a.x < b.x), static_cast<T>(a.y < b.y), static_cast<T>(a.z < b.z)};
     }
-    [[nodiscard]] friend inline Lanes operator<=(Lanes a, Lanes b) noexcept
+    [[nodiscard, gnu::always_inline]] friend inline Lanes operator<=(Lanes a, Lanes b) noexcept
     {
         return {static_cast<T>(a.x <= b.x), static_cast<T>(a.y <= b.y), static_cast<T>(a.z <= b.z)};
     }
     /// Whether none of the three is NaN.
-    [[nodiscard]] inline bool IsOrdered() const noexcept { return x == x && y == y && z == z; }
+    [[nodiscard, gnu::always_inline]] inline bool IsOrdered() const noexcept { return x == x && y == y && z == z; }
     /// Raises the lower end of an interval to each of three numbers above it, and lowers the upper end, x first.
-    static inline void Narrow(Lanes first, Lanes last, T& tNear, T& tFar) noexcept
+    [[gnu::always_inline]] static inline void Narrow(Lanes first, Lanes last, T& tNear, T& tFar) noexcept
     {
         for (T const value : {first.x, first.y, first.z})
             tNear = value > tNear ? value : tNear;
         for (T const value : {last.x, last.y, last.z})
             tFar = value < tFar ? value : tFar;
     }
-    [[nodiscard]] static inline Lanes Min(Lanes a, Lanes b) noexcept { return Select(a < b, a, b); }
-    [[nodiscard]] static inline Lanes Max(Lanes a, Lanes b) noexcept { return Select(b < a, a, b); }
-    [[nodiscard]] static inline Lanes Magnitude(Lanes a) noexcept
+    [[nodiscard, gnu::always_inline]] static inline Lanes Min(Lanes a, Lanes b) noexcept { return Select(a < b, a, b); }
+    [[nodiscard, gnu::always_inline]] static inline Lanes Max(Lanes a, Lanes b) noexcept { return Select(b < a, a, b); }
+    [[nodiscard, gnu::always_inline]] static inline Lanes Magnitude(Lanes a) noexcept
     {
         return {std::abs(a.x), std::abs(a.y), std::abs(a.z)};
     }
     /// a where the mask is set, b elsewhere.
-    [[nodiscard]] static inline Lanes Select(Lanes mask, Lanes a, Lanes b) noexcept
+    [[nodiscard, gnu::always_inline]] static inline Lanes Select(Lanes mask, Lanes a, Lanes b) noexcept
     {
         return {mask.x != 0 ? a.x : b.x, mask.y != 0 ? a.y : b.y, mask.z != 0 ? a.z : b.z};
     }
 };
 
-#if defined __SSE2__ || defined _M_X64
+#if defined __SSE2__
 
 /// The square root as the processor rounds it: that of std::sqrt(), which may also call a function to set `errno`.
 [[nodiscard, gnu::always_inline]] inline float SquareRoot(float value) noexcept
@@ -94,6 +112,13 @@ struct tLanes3
 {
     __m128d const lane = _mm_set1_pd(value);
     return _mm_cvtsd_f64(_mm_sqrt_sd(lane, lane));
+}
+
+/// That of any other type.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline auto SquareRoot(T value) noexcept
+{
+    return std::sqrt(value);
 }
 
 /// The smaller of two numbers, b when one is NaN or both are zeros: one instruction, which no compiler weaves into

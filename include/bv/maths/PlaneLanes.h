@@ -5,7 +5,7 @@
 ///
 /// Everything here is forced into its caller: its code depends on the flags of the file that includes it.
 
-#if defined __SSE2__ || defined _M_X64
+#if defined __SSE2__
 #include <emmintrin.h>
 
 namespace bv::maths::detail

@@ -14,6 +14,11 @@
 namespace bv::maths
 {
 
+namespace detail
+{
+struct RNGeneratorAccess;
+} // namespace detail
+
 /// Pseudo-random numbers for sampling: jitter, stochastic sampling, procedural variation. Not for secrets.
 ///
 /// The generator is KISS in its 1999 form: two 16-bit multiply-with-carry generators, a 3-shift register and a linear
@@ -73,6 +78,8 @@ public:
     /// @}
 
 private:
+    friend struct detail::RNGeneratorAccess;
+
     constexpr unsigned int Cong() noexcept;
     constexpr unsigned int Shr3() noexcept;
     constexpr unsigned int Mwc() noexcept;

@@ -134,7 +134,7 @@ constexpr bool tFrustum<T>::Rejects(tPlane<T> const& plane, tVolumeAABB<T> const
 template <typename T>
 constexpr typename tFrustum<T>::IntersectionResult tFrustum<T>::ContainsAABB(tVolumeAABB<T> const& box) const noexcept
 {
-#if defined __SSE2__ || defined _M_X64
+#if defined __SSE2__
     if (!std::is_constant_evaluated())
         return Classify(box);
 #endif
@@ -146,7 +146,7 @@ constexpr typename tFrustum<T>::IntersectionResult tFrustum<T>::ContainsAABB(tVo
     return straddles ? INTERSECTING : INSIDE;
 }
 
-#if defined __SSE2__ || defined _M_X64
+#if defined __SSE2__
 
 /// The same for several planes at a time and without a branch: no plane waits for another, and any of them rejects.
 template <typename T>

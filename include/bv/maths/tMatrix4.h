@@ -315,6 +315,8 @@ private:
     };
 
     /// Sixteen elements whose state is known.
+    tMatrix4(T const* values, State known) noexcept;
+    /// @copydoc tMatrix4(T const*, State)
     [[gnu::always_inline]] tMatrix4(Rows const& rows, State known) noexcept;
     [[gnu::always_inline]] explicit tMatrix4(Result const& result) noexcept : tMatrix4(result.rows, result.state) {}
 
@@ -353,7 +355,7 @@ private:
     [[noreturn, gnu::cold]] static void ThrowSingular(char const* member, unsigned int line);
 };
 
-// The pointer must be set before anything else is done with a matrix, so every constructor begins here.
+// The pointer must be set before a matrix is used: every constructor sets it.
 template <typename T>
 inline T* tMatrix4<T>::AlignedBuffer() noexcept
 {
@@ -417,8 +419,8 @@ inline void tMatrix4<T>::ResetFourthRowAndColumn(Rows& rows) noexcept
     rows.row4 = Quad(T{0}, T{0}, T{0}, T{1});
 }
 
-// Recognises most matrices that are GENERAL, and no others: one whose first column is not near zero off the diagonal,
-// and whose length is not near 1. The bounds are far wider than those of IsEqual().
+// Recognises many matrices that are GENERAL, and no others: those whose first column is neither near zero off the
+// diagonal nor near length 1. The bounds are far wider than those of IsEqual().
 template <typename T>
 inline bool tMatrix4<T>::IsPlainlyGeneral(Rows const& rows) noexcept
 {
@@ -427,9 +429,10 @@ inline bool tMatrix4<T>::IsPlainlyGeneral(Rows const& rows) noexcept
     T const m31 = rows.row3.template Get<0>();
     T const m41 = rows.row4.template Get<0>();
     T const offDiagonal = m21 * m21 + m31 * m31 + m41 * m41;
-    T const length = m11 * m11 + offDiagonal;
-    // this way round, so that NaN passes: a matrix with one is GENERAL
-    return !(offDiagonal <= T{100} * TOLERANCE<T> * TOLERANCE<T>)&&!(std::abs(length - T{1}) <= T{100} * TOLERANCE<T>);
+    // this way round, so that NaN passes: a matrix with one there is GENERAL
+    bool const isNearAxis = offDiagonal <= T{100} * TOLERANCE<T> * TOLERANCE<T>;
+    bool const isNearUnit = std::abs(m11 * m11 + offDiagonal - T{1}) <= T{100} * TOLERANCE<T>;
+    return !isNearAxis && !isNearUnit;
 }
 
 template <typename T>

@@ -5,9 +5,9 @@
 
 #include <cstddef>
 #include <iosfwd>
-#include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/maths/Components.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/Precision.h"
 
@@ -45,9 +45,15 @@ public:
     /// @name Access
     /// @{
     /// Component by index, 0 for x up to 1 for y. The index is not checked.
-    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept { return index == 0 ? x : y; }
+    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept
+    {
+        return this->*detail::PLANE_COMPONENTS<tTuple2, T>[index];
+    }
     /// @copydoc operator[](std::size_t) const
-    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return index == 0 ? x : y; }
+    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept
+    {
+        return this->*detail::PLANE_COMPONENTS<tTuple2, T>[index];
+    }
     /// @}
 
     /// @name Queries

@@ -5,9 +5,9 @@
 
 #include <cstddef>
 #include <iosfwd>
-#include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/maths/Components.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/Precision.h"
 
@@ -48,10 +48,13 @@ public:
     /// Component by index, 0 for x up to 2 for z. The index is not checked.
     [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept
     {
-        return index == 0 ? x : index == 1 ? y : z;
+        return this->*detail::SPACE_COMPONENTS<tTuple3, T>[index];
     }
     /// @copydoc operator[](std::size_t) const
-    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return index == 0 ? x : index == 1 ? y : z; }
+    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept
+    {
+        return this->*detail::SPACE_COMPONENTS<tTuple3, T>[index];
+    }
     /// @}
 
     /// @name Queries

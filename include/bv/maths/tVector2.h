@@ -3,13 +3,12 @@
 /// @file
 /// A vector or point in the plane.
 
-#include <cmath>
 #include <cstddef>
 #include <iosfwd>
 #include <limits>
-#include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/maths/Components.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/Lanes3.h"
 #include "bv/maths/Precision.h"
@@ -49,9 +48,15 @@ public:
     /// @name Access
     /// @{
     /// Component by index, 0 for x up to 1 for y. The index is not checked.
-    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept { return index == 0 ? x : y; }
+    [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept
+    {
+        return this->*detail::PLANE_COMPONENTS<tVector2, T>[index];
+    }
     /// @copydoc operator[](std::size_t) const
-    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return index == 0 ? x : y; }
+    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept
+    {
+        return this->*detail::PLANE_COMPONENTS<tVector2, T>[index];
+    }
     /// @}
 
     /// @name Queries

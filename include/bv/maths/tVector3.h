@@ -3,13 +3,12 @@
 /// @file
 /// A vector or point in space.
 
-#include <cmath>
 #include <cstddef>
 #include <iosfwd>
 #include <limits>
-#include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/maths/Components.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/Lanes3.h"
@@ -53,10 +52,13 @@ public:
     /// Component by index, 0 for x up to 2 for z. The index is not checked.
     [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept
     {
-        return index == 0 ? x : index == 1 ? y : z;
+        return this->*detail::SPACE_COMPONENTS<tVector3, T>[index];
     }
     /// @copydoc operator[](std::size_t) const
-    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept { return index == 0 ? x : index == 1 ? y : z; }
+    [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept
+    {
+        return this->*detail::SPACE_COMPONENTS<tVector3, T>[index];
+    }
     /// @}
 
     /// @name Queries

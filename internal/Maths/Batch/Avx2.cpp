@@ -1,6 +1,7 @@
 // Vectors of 32 bytes. This file is compiled for AVX2, and called only where the processor has it.
 
 #include "Maths/Batch/ByteHashes.h"
+#include "Maths/Batch/GeneratorKernels.h"
 #include "Maths/Batch/GeometryKernels.h"
 
 namespace bv::maths
@@ -8,7 +9,7 @@ namespace bv::maths
 
 Kernels Avx2Kernels() noexcept
 {
-    return {Geometry<float, 32>::All(), Geometry<double, 32>::All(), AllNoise<32, ByteHashes>()};
+    return {Geometry<float, 32>::All(), Geometry<double, 32>::All(), AllNoise<32, ByteHashes>(), Generator<32>::Draw};
 }
 
 } // namespace bv::maths

@@ -7,6 +7,7 @@
 /// one by one with the single forms. Input and output may be the same memory, element on element.
 
 #include <cstddef>
+#include <cstdint>
 
 #include "bv/maths/Forward.h"
 #include "bv/maths/tFrustum.h"
@@ -46,11 +47,21 @@ struct NoiseKernels
     NoiseKernel<tVector3<float>> space;
 };
 
+/// The four words of an RNGenerator.
+struct GeneratorState
+{
+    std::uint32_t z, w, jsr, jcong;
+};
+
+/// Draws as floats, after which the state is that behind them.
+using GeneratorKernel = std::size_t (*)(GeneratorState& state, float* results, std::size_t count);
+
 struct Kernels
 {
     GeometryKernels<float> floats;
     GeometryKernels<double> doubles;
     NoiseKernels noise;
+    GeneratorKernel generator;
 };
 
 /// For the processors that the library is compiled for.

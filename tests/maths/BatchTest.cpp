@@ -85,6 +85,19 @@ std::vector<tMatrix4<T>> Matrices(std::mt19937& generator)
             staleRotation};
 }
 
+template <typename T>
+std::vector<tVolumeAABB<T>> RandomBoxes(std::mt19937& generator, std::size_t count)
+{
+    std::vector<tVector3<T>> const corners = RandomPoints<T>(generator, 2 * count, -30, 30);
+    std::vector<tVolumeAABB<T>> boxes(count);
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        boxes[i].Expand(corners[2 * i]);
+        boxes[i].Expand(corners[2 * i] + corners[2 * i + 1] * T(i % 4 == 0 ? 1 : 0.1));
+    }
+    return boxes;
+}
+
 TYPED_TEST(BatchTest, PointsAreTransformedAsOneByOneToTheBit)
 {
     using T = TypeParam;
@@ -192,6 +205,111 @@ TYPED_TEST(BatchTest, APointThatCannotBeDividedThrowsAndTheResultsInFrontOfItSta
     }
 }
 
+TYPED_TEST(BatchTest, APointWhoseWIsTheToleranceIsDividedAndOneBelowItThrows)
+{
+    using T = TypeParam;
+    // w is the z of the point.
+    tMatrix4<T> const matrix(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0);
+    for (T const sign : {T(1), T(-1)})
+        for (std::size_t place = 0; place < 20; ++place)
+        {
+            std::vector<tVector3<T>> points(20, tVector3<T>(1, 2, 3));
+            std::vector<tVector3<T>> results(20);
+            points[place].z = sign * TOLERANCE<T>;
+            TransformPoints(matrix, points, results);
+            for (std::size_t i = 0; i < points.size(); ++i)
+                ExpectSameBits(results[i], points[i].Transformed(matrix));
+            points[place].z = sign * std::nextafter(TOLERANCE<T>, T(0));
+            EXPECT_THROW(TransformPoints(matrix, points, results), DivideByZeroException);
+        }
+}
+
+TYPED_TEST(BatchTest, ADiagonalMatrixWithoutAFourthElementThrowsForEveryPoint)
+{
+    using T = TypeParam;
+    tMatrix4<T> const matrix(2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 4, 0, 0, 0, 0, 0);
+    std::vector<tVector3<T>> points(9, tVector3<T>(1, 2, 3));
+    ExpectThrows<DivideByZeroException>([&] { TransformPoints(matrix, points, points); },
+                                        "Attempt to divide vector by zero scalar value",
+                                        std::string("bv::maths::tVector3<") + bv::test::TYPE_NAME<T> + ">::Transformed",
+                                        "internal\\Maths\\Vector3", 96);
+    for (tVector3<T> const& point : points)
+        ExpectSameBits(point, tVector3<T>(1, 2, 3));
+}
+
+TYPED_TEST(BatchTest, InPlaceThePointsBehindOneThatCannotBeDividedStayAsTheyAre)
+{
+    using T = TypeParam;
+    auto const matrix = tMatrix4<T>::PerspectiveProjection(-1, 1, -1, 1, 1, 100);
+    std::mt19937 generator(13);
+    for (std::size_t bad = 0; bad < 30; ++bad)
+    {
+        std::vector<tVector3<T>> points = RandomPoints<T>(generator, 30, 1, 10);
+        points[bad].z = 0;
+        std::vector<tVector3<T>> inPlace = points;
+        EXPECT_THROW(TransformPoints(matrix, inPlace, inPlace), DivideByZeroException);
+        for (std::size_t i = 0; i < 30; ++i)
+            ExpectSameBits(inPlace[i], i < bad ? points[i].Transformed(matrix) : points[i]);
+    }
+}
+
+TYPED_TEST(BatchTest, AMatrixThatIsCalledTheIdentityLeavesPointsAndDirectionsAsTheyAre)
+{
+    using T = TypeParam;
+    tMatrix4<T> stale;
+    stale(0) = 7;
+    stale(15) = 0;
+    std::vector<tVector3<T>> const points(20, tVector3<T>(1, 2, 3));
+    std::vector<tVector3<T>> results(20);
+    TransformPoints(stale, points, results);
+    for (tVector3<T> const& result : results)
+        ExpectSameBits(result, tVector3<T>(1, 2, 3));
+    TransformDirections(stale, points, results);
+    for (tVector3<T> const& result : results)
+        ExpectSameBits(result, tVector3<T>(1, 2, 3));
+}
+
+TYPED_TEST(BatchTest, InfinitiesAndNotANumberAreDividedAsOneByOne)
+{
+    using T = TypeParam;
+    std::mt19937 generator(14);
+    tMatrix4<T> const matrix = RandomMatrix<T>(generator);
+    std::vector<tVector3<T>> points;
+    for (tVector3<T> const& point : SpecialPoints<T>())
+        if (T const w = point.x * matrix[12] + point.y * matrix[13] + point.z * matrix[14] + matrix[15];
+            !(std::abs(w) < T(0.25)))
+            points.push_back(point);
+    ASSERT_GT(points.size(), 500U);
+    std::vector<tVector3<T>> results(points.size());
+    TransformPoints(matrix, points, results);
+    for (std::size_t i = 0; i < points.size(); ++i)
+        ExpectSameBits(results[i], points[i].Transformed(matrix));
+}
+
+TYPED_TEST(BatchTest, BoxesMayLieAtAnyAddress)
+{
+    using T = TypeParam;
+    std::mt19937 generator(15);
+    tFrustum<T> const frustum(tMatrix4<T>::PerspectiveProjection(-1, 1, -1, 1, 1, 25));
+    std::vector<tVolumeAABB<T>> const boxes = RandomBoxes<T>(generator, 60);
+    auto const points = RandomPoints<T>(generator, 60, -5, 5);
+    for (std::size_t first = 0; first < 5; ++first)
+    {
+        std::vector<typename tFrustum<T>::IntersectionResult> results(53);
+        ClassifyAABBs(frustum, std::span(boxes).subspan(first, 50), std::span(results).subspan(first % 3, 50));
+        tVolumeAABB<T> grown;
+        tVolumeAABB<T> expected;
+        Expand(grown, std::span(points).subspan(first, 50));
+        for (std::size_t i = 0; i < 50; ++i)
+        {
+            EXPECT_EQ(results[first % 3 + i], frustum.ContainsAABB(boxes[first + i]));
+            expected.Expand(points[first + i]);
+        }
+        ExpectSameBits(grown.GetMin(), expected.GetMin());
+        ExpectSameBits(grown.GetMax(), expected.GetMax());
+    }
+}
+
 TYPED_TEST(BatchTest, ABoxGrowsAsByOnePointAfterTheOther)
 {
     using T = TypeParam;
@@ -252,19 +370,6 @@ TYPED_TEST(BatchTest, NotANumberMovesNoFaceAndStaysInABoxThatHasIt)
         ExpectSameBits(box.GetMin(), expected.GetMin());
         ExpectSameBits(box.GetMax(), expected.GetMax());
     }
-}
-
-template <typename T>
-std::vector<tVolumeAABB<T>> RandomBoxes(std::mt19937& generator, std::size_t count)
-{
-    std::vector<tVector3<T>> const corners = RandomPoints<T>(generator, 2 * count, -30, 30);
-    std::vector<tVolumeAABB<T>> boxes(count);
-    for (std::size_t i = 0; i < count; ++i)
-    {
-        boxes[i].Expand(corners[2 * i]);
-        boxes[i].Expand(corners[2 * i] + corners[2 * i + 1] * T(i % 4 == 0 ? 1 : 0.1));
-    }
-    return boxes;
 }
 
 template <typename T>
@@ -587,6 +692,13 @@ TEST(BatchDeathTest, DebugBuildsStopAtAPartialOverlap)
     std::span<float> const floats(values);
     EXPECT_EXIT(Noise1(floats.first(20), floats.subspan(19, 20)), stops, "");
     Noise1(floats.first(20), floats.subspan(20, 20));
+
+    // One memory as arguments and results of different types is an overlap from the first byte on.
+    alignas(tVector3<float>) std::byte memory[240] = {};
+    std::span<tVector3<float> const> const spaces(reinterpret_cast<tVector3<float> const*>(memory), 20);
+    std::span<float> const over(reinterpret_cast<float*>(memory), 20);
+    EXPECT_EXIT(Noise3(spaces, over), stops, "");
+    EXPECT_EXIT(Turbulence3(spaces, 2, over), stops, "");
 }
 #endif
 

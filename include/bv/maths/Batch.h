@@ -8,13 +8,15 @@
 /// AVX-512 where that pays, on those that have it. Which of them it is makes no difference to a result.
 ///
 /// The same for all of these functions:
-/// - Spans of results are as long as those of arguments; any other length is an InvalidArgumentException, and nothing
-/// is
-///   written. Empty spans are fine.
-/// - Results of the same type as the arguments may overwrite them: the same span may be both. Any other overlap is an
-///   error that debug builds of the library stop at, through Assert(), and that other builds do not look for.
+/// - A span of results is as long as that of the arguments; any other length is an InvalidArgumentException, and
+///   nothing is written. Empty spans are fine.
+/// - Results of the same type as the arguments may overwrite them: the same span may be both. Any other overlap of two
+///   spans is an error that debug builds of the library stop at, through Assert(), and that other builds do not look
+///   for.
 /// - Addresses need the alignment of their element types and no more.
 /// - Nothing is allocated or kept.
+///
+/// The functions that have the name of a single form are overloads of it.
 
 #include <span>
 #include <type_traits>

@@ -318,7 +318,10 @@ private:
     tMatrix4(T const* values, State known) noexcept;
     /// @copydoc tMatrix4(T const*, State)
     [[gnu::always_inline]] tMatrix4(Rows const& rows, State known) noexcept;
-    [[gnu::always_inline]] explicit tMatrix4(Result const& result) noexcept : tMatrix4(result.rows, result.state) {}
+    [[nodiscard, gnu::always_inline]] static tMatrix4 Make(Result const& result) noexcept
+    {
+        return tMatrix4(result.rows, result.state);
+    }
 
     [[nodiscard]] static unsigned long long GetIndex(tTuple2<unsigned int> const& position) noexcept;
     [[nodiscard]] T const* GetRow(std::size_t row) const noexcept { return elements + ROWSIZE * row; }
@@ -619,7 +622,7 @@ inline typename tMatrix4<T>::Result tMatrix4<T>::Product(tMatrix4 const& left, t
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::operator*(tMatrix4 const& other) const noexcept
 {
-    return tMatrix4(Product(*this, other));
+    return Make(Product(*this, other));
 }
 
 template <typename T>
@@ -736,7 +739,7 @@ inline typename tMatrix4<T>::Result tMatrix4<T>::TransposedRows() const noexcept
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::Transposed() const noexcept
 {
-    return tMatrix4(TransposedRows());
+    return Make(TransposedRows());
 }
 
 template <typename T>
@@ -836,9 +839,9 @@ inline tMatrix4<T>& tMatrix4<T>::Invert()
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::Inverted() const
 {
-    return tMatrix4(IsOrthonormal()     ? TransposedRows()
-                    : state == DIAGONAL ? Result{InverseOfDiagonal("Inverted", 883), DIAGONAL}
-                                        : Result{InverseOfGeneral("Inverted", 920), GENERAL});
+    return Make(IsOrthonormal()     ? TransposedRows()
+                : state == DIAGONAL ? Result{InverseOfDiagonal("Inverted", 883), DIAGONAL}
+                                    : Result{InverseOfGeneral("Inverted", 920), GENERAL});
 }
 
 template <typename T>

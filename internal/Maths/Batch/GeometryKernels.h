@@ -106,24 +106,6 @@ struct Geometry
         }
     };
 
-    static std::size_t Scale(T const* factors, tVector3<T> const* points, tVector3<T>* results, std::size_t count)
-    {
-        Pattern const pattern(factors);
-        std::size_t done = 0;
-        for (; done + COUNT <= count; done += COUNT)
-        {
-            auto const* const from = reinterpret_cast<std::byte const*>(points + done);
-            auto* const to = reinterpret_cast<std::byte*>(results + done);
-            V const a = Load<V>(from) * pattern.vectors[0];
-            V const b = Load<V>(from + BYTES) * pattern.vectors[1];
-            V const c = Load<V>(from + 2 * BYTES) * pattern.vectors[2];
-            Store(a, to);
-            Store(b, to + BYTES);
-            Store(c, to + 2 * BYTES);
-        }
-        return done;
-    }
-
     static std::size_t Grow(T* lower, T* upper, tVector3<T> const* points, std::size_t count)
     {
         Pattern low(lower);
@@ -241,7 +223,7 @@ struct Geometry
         return done;
     }
 
-    static constexpr GeometryKernels<T> All() noexcept { return {Project, Rotate, Scale, Grow, Classify}; }
+    static constexpr GeometryKernels<T> All() noexcept { return {Project, Rotate, Grow, Classify}; }
 };
 
 } // namespace

@@ -26,8 +26,6 @@ struct GeometryKernels
     /// As directions, by sixteen elements. Those of length 1 are normalised afterwards if that is asked for.
     std::size_t (*rotate)(T const* matrix, bool normalises, tVector3<T> const* directions, tVector3<T>* results,
                           std::size_t count);
-    /// Component by component, by three factors.
-    std::size_t (*scale)(T const* factors, tVector3<T> const* vectors, tVector3<T>* results, std::size_t count);
     /// Moves the three components of each corner.
     std::size_t (*grow)(T* lower, T* upper, tVector3<T> const* points, std::size_t count);
     /// Boxes against six planes of four numbers each, normal and offset.

@@ -38,13 +38,13 @@ struct Geometry
         {
             auto const [x, y, z] = LoadPoints(points + done).components;
             V const w = x * m[12] + y * m[13] + z * m[14] + m[15];
-            if (Any((w < TOLERANCE<T>) & (w > -TOLERANCE<T>)))
+            if (Any((w < TOLERANCE<T>)&(w > -TOLERANCE<T>)))
                 break;
             V const reciprocal = T{1} / w;
             StoreVectors(Points{(m[0] * x + m[1] * y + m[2] * z + m[3]) * reciprocal,
-                         (m[4] * x + m[5] * y + m[6] * z + m[7]) * reciprocal,
-                         (m[8] * x + m[9] * y + m[10] * z + m[11]) * reciprocal},
-                        results + done);
+                                (m[4] * x + m[5] * y + m[6] * z + m[7]) * reciprocal,
+                                (m[8] * x + m[9] * y + m[10] * z + m[11]) * reciprocal},
+                         results + done);
         }
         return done;
     }
@@ -192,6 +192,12 @@ struct Geometry
         return result;
     }
 
+    /// Signed distances of points from a plane, in the order of tPlane::GetDistance().
+    [[gnu::always_inline]] static V Distance(T const* plane, V x, V y, V z) noexcept
+    {
+        return ((plane[1] * y + plane[0] * x) + plane[2] * z) + plane[3];
+    }
+
     static std::size_t Classify(T const* planes, tVolumeAABB<T> const* boxes,
                                 typename tFrustum<T>::IntersectionResult* results, std::size_t count)
     {
@@ -210,11 +216,10 @@ struct Geometry
             M straddles{};
             for (std::size_t plane = 0; plane < PLANES; ++plane)
             {
-                auto const distance = [&, n = planes + 4 * plane](V x, V y, V z) __attribute__((always_inline))
-                { return ((n[1] * y + n[0] * x) + n[2] * z) + n[3]; };
+                T const* const n = planes + 4 * plane;
                 auto const& [x, y, z] = along[plane];
-                isOutside |= distance(box.corners[x][0], box.corners[y][1], box.corners[z][2]) < T{0};
-                straddles |= distance(box.corners[1 - x][0], box.corners[1 - y][1], box.corners[1 - z][2]) < T{0};
+                isOutside |= Distance(n, box.corners[x][0], box.corners[y][1], box.corners[z][2]) < T{0};
+                straddles |= Distance(n, box.corners[1 - x][0], box.corners[1 - y][1], box.corners[1 - z][2]) < T{0};
             }
             // INSIDE where nothing is set, INTERSECTING for a plane that cuts, OUTSIDE for one that rejects.
             M const result = (straddles + 2) & ~isOutside;

@@ -38,7 +38,9 @@ struct Geometry
         {
             auto const [x, y, z] = LoadPoints(points + done).components;
             V const w = x * m[12] + y * m[13] + z * m[14] + m[15];
-            if (Any((w < TOLERANCE<T>)&(w > -TOLERANCE<T>)))
+            M const isBelow = w < TOLERANCE<T>;
+            M const isAbove = w > -TOLERANCE<T>;
+            if (Any(isBelow & isAbove))
                 break;
             V const reciprocal = T{1} / w;
             StoreVectors(Points{(m[0] * x + m[1] * y + m[2] * z + m[3]) * reciprocal,

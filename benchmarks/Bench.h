@@ -16,6 +16,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "Counting.h"
+
 namespace bench
 {
 
@@ -45,19 +47,25 @@ auto Build(std::vector<double> const& numbers, std::size_t size, Make make)
     return items;
 }
 
+/// One pass over a row's items. A function of its own, so that what is timed and what is counted is the same code.
+template <typename Run>
+[[gnu::noinline]] void Pass(Run& run)
+{
+    benchmark::ClobberMemory();
+    run();
+    benchmark::ClobberMemory();
+}
+
 /// A row that calls `run` again and again; each call works on `items` items.
 template <typename Run>
 void AddRun(std::string const& name, std::size_t items, Run run)
 {
+    AddCount(name, items, [=]() mutable { Pass(run); });
     benchmark::RegisterBenchmark(name.c_str(),
                                  [=](benchmark::State& state) mutable
                                  {
                                      for (auto _ : state)
-                                     {
-                                         benchmark::ClobberMemory();
-                                         run();
-                                         benchmark::ClobberMemory();
-                                     }
+                                         Pass(run);
                                      state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(items));
                                  });
 }

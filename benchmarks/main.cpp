@@ -1,7 +1,12 @@
+#include <cstdio>
+#include <string_view>
+
 #include <benchmark/benchmark.h>
 
+#include "Counting.h"
 #include "Topics.h"
 
+/// Measures the rows, or, with the arguments `--count FILTER` and under callgrind, counts their instructions.
 int main(int argc, char** argv)
 {
     bench::AddMatrix();
@@ -31,6 +36,14 @@ int main(int argc, char** argv)
     bench::glm_plain::Add();
     bench::glm_intrinsics::Add();
 
+    if (argc == 3 && std::string_view(argv[1]) == "--count")
+    {
+        if (bench::CountInstructions(argv[2]) > 0)
+            return 0;
+        std::fprintf(stderr, "benchmarks: nothing to count: no row matches %s, or callgrind does not run this\n",
+                     argv[2]);
+        return 2;
+    }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;

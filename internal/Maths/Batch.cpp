@@ -45,22 +45,10 @@ namespace
 {
 #if defined __x86_64__
     __builtin_cpu_init();
-    if (!__builtin_cpu_supports("avx2"))
-        return BaselineKernels();
-    Kernels kernels = Avx2Kernels();
-    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq") &&
-        __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi"))
-        kernels.noise = Avx512NoiseKernels();
-    return kernels;
+    return HasAvx512() ? Avx512Kernels() : HasAvx2() ? Avx2Kernels() : BaselineKernels();
 #else
     return BaselineKernels();
 #endif
-}
-
-[[nodiscard]] Kernels const& ChosenKernels() noexcept
-{
-    static Kernels const kernels = ChooseKernels();
-    return kernels;
 }
 
 template <typename T>
@@ -126,6 +114,12 @@ void Turbulence(NoiseKernel<Point> kernel, std::span<Point const> points, unsign
 }
 
 } // namespace
+
+Kernels const& ChosenKernels() noexcept
+{
+    static Kernels const kernels = ChooseKernels();
+    return kernels;
+}
 
 template <typename T>
 void TransformPoints(tMatrix4<T> const& matrix, std::type_identity_t<std::span<tVector3<T> const>> points,

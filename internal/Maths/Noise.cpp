@@ -1,12 +1,8 @@
 #include "bv/maths/Noise.h"
 
-#include <algorithm>
-#include <bit>
+#include <atomic>
 
-#include "Maths/Batch/NoiseLanes.h"
-#include "Maths/NoiseTables.h"
-#include "bv/maths/tVector2.h"
-#include "bv/maths/tVector3.h"
+#include "Maths/Batch/Kernels.h"
 
 namespace bv::maths
 {
@@ -14,135 +10,53 @@ namespace bv::maths
 namespace
 {
 
-// The coordinates of a point, and then the corners of its cell, are worked on side by side.
-using Four = Lanes<float, 16>;
-using FourIntegers = Mask<Four>;
+constinit std::atomic<SingleNoise const*> chosen{nullptr};
 
-/// The cell of one axis. Half a lane holds it, and is quicker to get at than the whole.
-[[gnu::always_inline]] inline std::size_t CellOf(FourIntegers cells, std::size_t axis) noexcept
+/// Several threads may choose at the same time; they choose the same.
+[[gnu::cold, gnu::noinline]] SingleNoise const* Choose() noexcept
 {
-    constexpr std::size_t LOW_HALF = std::endian::native == std::endian::big ? 1 : 0;
-    return Bits<Lanes<std::uint16_t, 16>>(cells)[2 * axis + LOW_HALF];
+    SingleNoise const* const single = &ChosenKernels().single;
+    chosen.store(single, std::memory_order_release);
+    return single;
 }
 
-/// The four bytes of a word, the lowest first, each in the highest bits of a lane, with something else below.
-[[gnu::always_inline]] inline FourIntegers Spread(std::uint32_t bytes) noexcept
+/// The functions for the processor that this is, without the look at it that they were chosen by.
+[[gnu::always_inline]] inline SingleNoise const& Chosen() noexcept
 {
-#if defined __SSE2__
-    __m128i const word = _mm_cvtsi32_si128(static_cast<int>(bytes));
-    __m128i const twice = _mm_unpacklo_epi8(word, word);
-    return Bits<FourIntegers>(_mm_unpacklo_epi16(twice, twice));
-#else
-    return Bits<FourIntegers>(Lanes<std::uint32_t, 16>{bytes << 24U, bytes << 16U, bytes << 8U, bytes});
-#endif
-}
-
-/// The lanes with these indices, two of each operand.
-template <int A, int B, int C, int D>
-[[gnu::always_inline]] inline Four Shuffle(Four ab, Four cd) noexcept
-{
-    return Pick<A, B, C, D>(ab, cd);
-}
-
-inline float Noise(float coordinate) noexcept
-{
-    auto const [cells, fractions] = Locate(Four{coordinate});
-    float const* const slopes = &NOISE_TABLES.slopes[CellOf(cells, 0)];
-    float const x = fractions[0];
-    return ToUnitInterval(Lerp(Fade(x), slopes[0] * x, slopes[1] * (x - 1.0F)));
-}
-
-inline float Noise(tVector2<float> const& point) noexcept
-{
-    auto const [cells, fractions] = Locate(Four{point.x, point.y});
-    std::uint8_t const* const column = &NOISE_TABLES.permutation.entries[CellOf(cells, 0)];
-    std::uint8_t const* const row = &NOISE_TABLES.planeGradients.entries[CellOf(cells, 1)];
-    std::uint32_t const left = row[column[0]];
-    std::uint32_t const right = row[column[1]];
-    FourIntegers const gradients = Spread((left | (left & 15U) << 12U) | (right | (right & 15U) << 12U) << 16U);
-
-    Four const fades = Fade(fractions);
-    Four const others = fractions - 1.0F;
-    Four const xs = Shuffle<0, 0, 0, 0>(fractions, others);
-    Four const ys = Shuffle<0, 2, 0, 2>(Shuffle<1, 1, 1, 1>(fractions, others), Shuffle<1, 1, 1, 1>(fractions, others));
-    Four const products = Dot(gradients, xs, ys); // bottom left, top left, bottom right, top right
-    Four const sides = Lerp(Shuffle<0, 0, 0, 0>(fades, fades), products, Shuffle<2, 3, 2, 3>(products, products));
-    return ToUnitInterval(Lerp(fades[1], sides[0], sides[1]));
-}
-
-inline float Noise(tVector3<float> const& point) noexcept
-{
-    auto const [cells, fractions] = Locate(Four{point.x, point.y, point.z});
-    std::uint8_t const* const column = &NOISE_TABLES.permutation.entries[CellOf(cells, 0)];
-    std::uint8_t const* const row = &NOISE_TABLES.permutation.entries[CellOf(cells, 1)];
-    std::uint8_t const* const layer = &NOISE_TABLES.spaceGradients.entries[CellOf(cells, 2)];
-    std::uint8_t const* const left = row + column[0];
-    std::uint8_t const* const right = row + column[1];
-    std::uint32_t const bottomLeft = layer[left[0]];
-    std::uint32_t const bottomRight = layer[right[0]];
-    std::uint32_t const topLeft = layer[left[1]];
-    std::uint32_t const topRight = layer[right[1]];
-    FourIntegers const gradients = Spread(bottomLeft | bottomRight << 8U | topLeft << 16U | topRight << 24U);
-
-    Four const fades = Fade(fractions);
-    Four const others = fractions - 1.0F;
-    Four const xs = Shuffle<0, 2, 0, 2>(Shuffle<0, 0, 0, 0>(fractions, others), Shuffle<0, 0, 0, 0>(fractions, others));
-    Four const ys = Shuffle<1, 1, 1, 1>(fractions, others);
-    Four const near = Dot(gradients, xs, ys, Shuffle<2, 2, 2, 2>(fractions, fractions));
-    Four const far = Dot(gradients << 4, xs, ys, Shuffle<2, 2, 2, 2>(others, others));
-    // From the corners to edges along x, to faces along y, to the point along z.
-    Four const edges =
-        Lerp(Shuffle<0, 0, 0, 0>(fades, fades), Shuffle<0, 2, 0, 2>(near, far), Shuffle<1, 3, 1, 3>(near, far));
-    Four const faces =
-        Lerp(Shuffle<1, 1, 1, 1>(fades, fades), Shuffle<0, 2, 0, 2>(edges, edges), Shuffle<1, 3, 1, 3>(edges, edges));
-    return ToUnitInterval(Lerp(fades[2], faces[0], faces[1]));
-}
-
-template <typename Point>
-float Turbulence(Point point, unsigned int octaves) noexcept
-{
-    unsigned int const count = std::min(octaves, MAX_OCTAVES);
-    float amplitude = NOISE_TABLES.amplitudes[count];
-    float sum = 0.0F;
-    for (unsigned int octave = 0; octave < count; ++octave)
-    {
-        sum = sum + Noise(point) * amplitude;
-        point = point * 2.0F;
-        amplitude = amplitude * 0.5F;
-    }
-    return sum;
+    SingleNoise const* const single = chosen.load(std::memory_order_acquire);
+    return *(single != nullptr ? single : Choose());
 }
 
 } // namespace
 
 float Noise1(float x) noexcept
 {
-    return Noise(x);
+    return Chosen().line(x);
 }
 
 float Noise2(tVector2<float> const& point) noexcept
 {
-    return Noise(point);
+    return Chosen().plane(point);
 }
 
 float Noise3(tVector3<float> const& point) noexcept
 {
-    return Noise(point);
+    return Chosen().space(point);
 }
 
 float Turbulence1(float x, unsigned int octaves) noexcept
 {
-    return Turbulence(x, octaves);
+    return Chosen().lineTurbulence(x, octaves);
 }
 
 float Turbulence2(tVector2<float> const& point, unsigned int octaves) noexcept
 {
-    return Turbulence(point, octaves);
+    return Chosen().planeTurbulence(point, octaves);
 }
 
 float Turbulence3(tVector3<float> const& point, unsigned int octaves) noexcept
 {
-    return Turbulence(point, octaves);
+    return Chosen().spaceTurbulence(point, octaves);
 }
 
 } // namespace bv::maths

@@ -3,13 +3,15 @@
 #include "Maths/Batch/ByteHashes.h"
 #include "Maths/Batch/GeneratorKernels.h"
 #include "Maths/Batch/GeometryKernels.h"
+#include "Maths/Batch/SingleNoise.h"
 
 namespace bv::maths
 {
 
 Kernels Avx2Kernels() noexcept
 {
-    return {Geometry<float, 32>::All(), Geometry<double, 32>::All(), AllNoise<32, ByteHashes>(), Generator<32>::Draw};
+    return {Geometry<float, 32>::All(), Geometry<double, 32>::All(), AllNoise<32, ByteHashes>(),
+            NoiseAtPoint<32>::All(), Generator<32>::Draw};
 }
 
 } // namespace bv::maths

@@ -1,14 +1,32 @@
-// Vectors of 64 bytes, for the noise alone: its tables fit the byte permutations, while the loops over points and boxes
-// wait for memory. This file is compiled for AVX-512, and called only where the processor has it.
+// Vectors of 64 bytes, where they pay: the tables of the noise fit the permutations of bytes, and a transformation's
+// elements stay in the 32 registers. The other loops wait for memory or for what they draw. This file is compiled for
+// AVX-512, and called only where the processor has it.
 
 #include "Maths/Batch/ByteHashes.h"
+#include "Maths/Batch/GeometryKernels.h"
 
 namespace bv::maths
 {
 
-NoiseKernels Avx512NoiseKernels() noexcept
+namespace
 {
-    return AllNoise<64, ByteHashes>();
+
+template <typename T>
+void UseWide(GeometryKernels<T>& kernels) noexcept
+{
+    kernels.project = Geometry<T, 64>::Project;
+    kernels.rotate = Geometry<T, 64>::Rotate;
+}
+
+} // namespace
+
+Kernels Avx512Kernels() noexcept
+{
+    Kernels kernels = Avx2Kernels();
+    UseWide(kernels.floats);
+    UseWide(kernels.doubles);
+    kernels.noise = AllNoise<64, ByteHashes>();
+    return kernels;
 }
 
 } // namespace bv::maths

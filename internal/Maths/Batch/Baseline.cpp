@@ -4,13 +4,15 @@
 #include "Maths/Batch/GeneratorKernels.h"
 #include "Maths/Batch/GeometryKernels.h"
 #include "Maths/Batch/NoiseKernels.h"
+#include "Maths/Batch/SingleNoise.h"
 
 namespace bv::maths
 {
 
 Kernels BaselineKernels() noexcept
 {
-    return {Geometry<float, 16>::All(), Geometry<double, 16>::All(), AllNoise<16, TableHashes>(), Generator<16>::Draw};
+    return {Geometry<float, 16>::All(), Geometry<double, 16>::All(), AllNoise<16, TableHashes>(),
+            NoiseAtPoint<16>::All(), Generator<16>::Draw};
 }
 
 } // namespace bv::maths

@@ -54,6 +54,7 @@ public:
                 {
                     V edges[] = {left, left + 1, right, right + 1};
                     LookUp(NOISE_TABLES.permutation, edges);
+#pragma GCC unroll 4
                     for (V& edge : edges)
                         edge += Load<V>(&cells[2][i]);
                     LookUp(NOISE_TABLES.spaceGradients, edges);
@@ -72,6 +73,7 @@ public:
 private:
     [[gnu::always_inline]] void StoreAll(V const (&gradients)[PAIRS], std::size_t first) noexcept
     {
+#pragma GCC unroll 4
         for (std::size_t pair = 0; pair < PAIRS; ++pair)
             Store(gradients[pair], &pairs[pair][first]);
     }
@@ -103,6 +105,7 @@ private:
     [[gnu::always_inline]] static void LookUp64(NoiseTable const& table, V (&indices)[SIZE]) noexcept
     {
         auto const quarter = [&](std::size_t i) { return _mm512_loadu_si512(table.entries + i * 64); };
+#pragma GCC unroll 4
         for (V& lanes : indices)
         {
             __m512i const index = Bits<__m512i>(lanes);

@@ -28,11 +28,29 @@ struct Geometry
 
     [[gnu::always_inline]] static Points LoadPoints(void const* points) noexcept
     {
-        return LoadVectors<T, BYTES, 3>(points);
+        if constexpr (BYTES == 64)
+            return LoadPermuted<V>(points);
+        else
+            return LoadVectors<T, BYTES, 3>(points);
     }
 
-    static std::size_t Project(T const* m, tVector3<T> const* points, tVector3<T>* results, std::size_t count)
+    /// The elements of a matrix, each in all lanes: results that are written might, for all the compiler knows, be the
+    /// matrix, which it would read again for every vector of them.
+    struct Coefficients
     {
+        V m[16];
+
+        explicit Coefficients(T const* matrix) noexcept
+        {
+            for (std::size_t i = 0; i < 16; ++i)
+                m[i] = Broadcast<V>(matrix[i]);
+        }
+    };
+
+    static std::size_t Project(T const* matrix, tVector3<T> const* points, tVector3<T>* results, std::size_t count)
+    {
+        Coefficients const coefficients(matrix);
+        V const* const m = coefficients.m;
         std::size_t done = 0;
         for (; done + COUNT <= count; done += COUNT)
         {
@@ -63,9 +81,11 @@ struct Geometry
         return ((bits >= ONE - STEPS) & (bits <= ONE + STEPS)) | (difference * difference < SQUARED);
     }
 
-    static std::size_t Rotate(T const* m, bool normalises, tVector3<T> const* directions, tVector3<T>* results,
+    static std::size_t Rotate(T const* matrix, bool normalises, tVector3<T> const* directions, tVector3<T>* results,
                               std::size_t count)
     {
+        Coefficients const coefficients(matrix);
+        V const* const m = coefficients.m;
         std::size_t done = 0;
         for (; done + COUNT <= count; done += COUNT)
         {
@@ -89,52 +109,45 @@ struct Geometry
             component = SelectBySign(mask, component * reciprocal, component);
     }
 
-    /// Three vectors hold COUNT whole points; these are the components, 0 to 2, of their lanes.
-    [[nodiscard]] static constexpr std::size_t ComponentOf(std::size_t vector, std::size_t lane) noexcept
+    /// COUNT points that are all the same one, as they lie in memory.
+    [[gnu::always_inline]] static Points Repeat(T const* point) noexcept
     {
-        return (vector * COUNT + lane) % 3;
+        T lanes[3 * COUNT];
+        for (std::size_t i = 0; i < 3 * COUNT; i += 3)
+            __builtin_memcpy(lanes + i, point, 3 * sizeof(T));
+        return {{Load<V>(lanes), Load<V>(lanes + COUNT), Load<V>(lanes + 2 * COUNT)}};
     }
-
-    /// Three vectors that hold one value for each component, in the order in which points lie in memory.
-    struct Pattern
-    {
-        V vectors[3];
-
-        explicit Pattern(T const* components) noexcept
-        {
-            for (std::size_t vector = 0; vector < 3; ++vector)
-                for (std::size_t lane = 0; lane < COUNT; ++lane)
-                    vectors[vector][lane] = components[ComponentOf(vector, lane)];
-        }
-    };
 
     static std::size_t Grow(T* lower, T* upper, tVector3<T> const* points, std::size_t count)
     {
-        Pattern low(lower);
-        Pattern high(upper);
+        auto [low0, low1, low2] = Repeat(lower).components;
+        auto [high0, high1, high2] = Repeat(upper).components;
         std::size_t done = 0;
         for (; done + COUNT <= count; done += COUNT)
         {
             auto const* const bytes = reinterpret_cast<std::byte const*>(points + done);
-            for (std::size_t vector = 0; vector < 3; ++vector)
-            {
-                V const values = Load<V>(bytes + vector * BYTES);
-                low.vectors[vector] = values < low.vectors[vector] ? values : low.vectors[vector];
-                high.vectors[vector] = values > high.vectors[vector] ? values : high.vectors[vector];
-            }
+            V const first = Load<V>(bytes);
+            V const second = Load<V>(bytes + BYTES);
+            V const third = Load<V>(bytes + 2 * BYTES);
+            low0 = Min(first, low0);
+            low1 = Min(second, low1);
+            low2 = Min(third, low2);
+            high0 = Max(first, high0);
+            high1 = Max(second, high1);
+            high2 = Max(third, high2);
         }
-        Join(low, lower, points, [](T value, T end) { return value < end; });
-        Join(high, upper, points, [](T value, T end) { return value > end; });
+        Join({{low0, low1, low2}}, lower, points, [](T value, T end) { return value < end; });
+        Join({{high0, high1, high2}}, upper, points, [](T value, T end) { return value > end; });
         return done;
     }
 
-    /// Joins the lanes of each component. Zeros of both signs are equal, and the single form keeps the one that it
-    /// meets first: where the lanes do not agree on it, the points tell.
+    /// Joins the lanes of each component, which lie as in points. Zeros of both signs are equal, and the single form
+    /// keeps the one that it meets first: where the lanes do not agree on it, the points tell.
     template <typename Beyond>
-    static void Join(Pattern const& pattern, T* ends, tVector3<T> const* points, Beyond beyond) noexcept
+    static void Join(Points const& grown, T* ends, tVector3<T> const* points, Beyond beyond) noexcept
     {
         T lanes[3 * COUNT];
-        __builtin_memcpy(lanes, pattern.vectors, sizeof lanes);
+        __builtin_memcpy(lanes, grown.components, sizeof lanes);
         for (std::size_t component = 0; component < 3; ++component)
         {
             T end = lanes[component];

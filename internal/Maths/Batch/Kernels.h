@@ -45,6 +45,17 @@ struct NoiseKernels
     NoiseKernel<tVector3<float>> space;
 };
 
+/// Noise and turbulence at a single point.
+struct SingleNoise
+{
+    float (*line)(float x) noexcept;
+    float (*plane)(tVector2<float> const& point) noexcept;
+    float (*space)(tVector3<float> const& point) noexcept;
+    float (*lineTurbulence)(float x, unsigned int octaves) noexcept;
+    float (*planeTurbulence)(tVector2<float> const& point, unsigned int octaves) noexcept;
+    float (*spaceTurbulence)(tVector3<float> const& point, unsigned int octaves) noexcept;
+};
+
 /// The four words of an RNGenerator.
 struct GeneratorState
 {
@@ -59,16 +70,33 @@ struct Kernels
     GeometryKernels<float> floats;
     GeometryKernels<double> doubles;
     NoiseKernels noise;
+    SingleNoise single;
     GeneratorKernel generator;
 };
+
+/// Those for the processor that this is, which is asked once.
+[[nodiscard]] Kernels const& ChosenKernels() noexcept;
 
 /// For the processors that the library is compiled for.
 [[nodiscard]] Kernels BaselineKernels() noexcept;
 #if defined __x86_64__
 /// For processors with AVX2.
 [[nodiscard]] Kernels Avx2Kernels() noexcept;
-/// For processors with AVX-512 and its byte permutations: F, BW, DQ, VL and VBMI.
-[[nodiscard]] NoiseKernels Avx512NoiseKernels() noexcept;
+/// For processors with the part of AVX-512 that HasAvx512() asks for.
+[[nodiscard]] Kernels Avx512Kernels() noexcept;
+
+[[nodiscard, gnu::always_inline]] inline bool HasAvx2() noexcept
+{
+    return __builtin_cpu_supports("avx2") != 0;
+}
+
+/// Whether the processor, and its operating system, has AVX-512 with the permutations of bytes: F, BW, DQ, VL and VBMI.
+[[nodiscard, gnu::always_inline]] inline bool HasAvx512() noexcept
+{
+    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+           __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl") &&
+           __builtin_cpu_supports("avx512vbmi");
+}
 #endif
 
 } // namespace bv::maths

@@ -62,6 +62,19 @@ template <typename V>
     __builtin_memcpy(bytes, &lanes, sizeof(V));
 }
 
+template <typename V, std::size_t... I>
+[[gnu::always_inline]] inline V Broadcast(Element<V> value, std::index_sequence<I...>) noexcept
+{
+    return V{(static_cast<void>(I), value)...};
+}
+
+/// One number in every lane.
+template <typename V>
+[[gnu::always_inline]] inline V Broadcast(Element<V> value) noexcept
+{
+    return Broadcast<V>(value, std::make_index_sequence<sizeof(V) / sizeof(Element<V>)>());
+}
+
 /// The bits of a vector as another type.
 template <typename To, typename From>
 [[gnu::always_inline]] inline To Bits(From lanes) noexcept
@@ -138,6 +151,10 @@ template <int... FROM, typename V>
 template <typename I, typename Narrow>
 [[gnu::always_inline]] inline I Widen(Narrow const* values) noexcept
 {
+#if defined __AVX512F__
+    if constexpr (sizeof(I) == 64 && sizeof(Narrow) == 1)
+        return Bits<I>(_mm512_maskz_cvtepu8_epi32(__mmask16{0xFFFF}, Load<__m128i>(values)));
+#endif
 #if defined __AVX2__
     if constexpr (sizeof(I) == 32 && sizeof(Narrow) == 1)
         return Bits<I>(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<__m128i const*>(values))));
@@ -145,11 +162,20 @@ template <typename I, typename Narrow>
     return __builtin_convertvector(Load<Lanes<Narrow, sizeof(I) / sizeof(std::int32_t) * sizeof(Narrow)>>(values), I);
 }
 
-/// Four vectors of integers from 0 to 255, as bytes.
+/// Writes four vectors of integers from 0 to 255 as bytes.
 template <typename I>
-[[gnu::always_inline]] inline Lanes<std::uint8_t, sizeof(I)> Narrow(I const (&lanes)[4]) noexcept
+[[gnu::always_inline]] inline void StoreNarrow(I const (&lanes)[4], std::uint8_t* bytes) noexcept
 {
-    using Bytes = Lanes<std::uint8_t, sizeof(I)>;
+    constexpr std::size_t COUNT = sizeof(I) / sizeof(std::int32_t);
+#if defined __AVX512F__
+    if constexpr (sizeof(I) == 64)
+    {
+#pragma GCC unroll 4
+        for (std::size_t i = 0; i < 4; ++i)
+            Store(_mm512_maskz_cvtepi32_epi8(__mmask16{0xFFFF}, Bits<__m512i>(lanes[i])), bytes + i * COUNT);
+        return;
+    }
+#endif
 #if defined __AVX2__
     if constexpr (sizeof(I) == 32)
     {
@@ -157,21 +183,60 @@ template <typename I>
         { return _mm256_packs_epi32(Bits<__m256i>(lanes[i]), Bits<__m256i>(lanes[i + 1])); };
         // Packing works within halves; the words of the four vectors now stand in the order 0 1 2 3 0 1 2 3.
         __m256i const order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
-        return Bits<Bytes>(_mm256_permutevar8x32_epi32(_mm256_packus_epi16(pack(0), pack(2)), order));
+        Store(_mm256_permutevar8x32_epi32(_mm256_packus_epi16(pack(0), pack(2)), order), bytes);
+        return;
     }
 #endif
-    constexpr std::size_t COUNT = sizeof(I) / sizeof(std::int32_t);
-    using Part = Lanes<std::uint8_t, COUNT>;
-    std::uint8_t bytes[sizeof(I)];
     for (std::size_t i = 0; i < 4; ++i)
-        Store(__builtin_convertvector(lanes[i], Part), bytes + i * COUNT);
-    return Load<Bytes>(bytes);
+        Store(__builtin_convertvector(lanes[i], Lanes<std::uint8_t, COUNT>), bytes + i * COUNT);
+}
+
+/// The smaller of each pair, `b` where one is NaN or both are zeros.
+template <typename V>
+[[gnu::always_inline]] inline V Min(V a, V b) noexcept
+{
+#if defined __AVX__
+    if constexpr (std::is_same_v<V, Lanes<float, 32>>)
+        return _mm256_min_ps(a, b);
+    if constexpr (std::is_same_v<V, Lanes<double, 32>>)
+        return _mm256_min_pd(a, b);
+#endif
+#if defined __SSE2__
+    if constexpr (std::is_same_v<V, Lanes<float, 16>>)
+        return _mm_min_ps(a, b);
+    if constexpr (std::is_same_v<V, Lanes<double, 16>>)
+        return _mm_min_pd(a, b);
+#endif
+    return a < b ? a : b;
+}
+
+/// The larger of each pair, `b` where one is NaN or both are zeros.
+template <typename V>
+[[gnu::always_inline]] inline V Max(V a, V b) noexcept
+{
+#if defined __AVX__
+    if constexpr (std::is_same_v<V, Lanes<float, 32>>)
+        return _mm256_max_ps(a, b);
+    if constexpr (std::is_same_v<V, Lanes<double, 32>>)
+        return _mm256_max_pd(a, b);
+#endif
+#if defined __SSE2__
+    if constexpr (std::is_same_v<V, Lanes<float, 16>>)
+        return _mm_max_ps(a, b);
+    if constexpr (std::is_same_v<V, Lanes<double, 16>>)
+        return _mm_max_pd(a, b);
+#endif
+    return a > b ? a : b;
 }
 
 /// Whether a comparison held in any lane.
 template <typename M>
 [[gnu::always_inline]] inline bool Any(M mask) noexcept
 {
+#if defined __AVX512F__
+    if constexpr (sizeof(M) == 64)
+        return _mm512_test_epi32_mask(Bits<__m512i>(mask), Bits<__m512i>(mask)) != 0;
+#endif
 #if defined __AVX__
     if constexpr (sizeof(M) == 32)
         return _mm256_testz_si256(Bits<__m256i>(mask), Bits<__m256i>(mask)) == 0;
@@ -190,6 +255,12 @@ template <typename M>
 template <typename V>
 [[gnu::always_inline]] inline V SquareRoot(V lanes) noexcept
 {
+#if defined __AVX512F__
+    if constexpr (std::is_same_v<V, Lanes<float, 64>>)
+        return _mm512_maskz_sqrt_ps(__mmask16{0xFFFF}, lanes);
+    if constexpr (std::is_same_v<V, Lanes<double, 64>>)
+        return _mm512_maskz_sqrt_pd(__mmask8{0xFF}, lanes);
+#endif
 #if defined __AVX__
     if constexpr (std::is_same_v<V, Lanes<float, 32>>)
         return _mm256_sqrt_ps(lanes);
@@ -222,10 +293,14 @@ template <typename V>
 #if defined __AVX512DQ__
     if constexpr (std::is_same_v<V, Lanes<float, 64>>)
         return _mm512_mask_blend_ps(_mm512_movepi32_mask(Bits<__m512i>(selector)), other, chosen);
+    if constexpr (std::is_same_v<V, Lanes<double, 64>>)
+        return _mm512_mask_blend_pd(_mm512_movepi64_mask(Bits<__m512i>(selector)), other, chosen);
 #endif
 #if defined __AVX__
     if constexpr (std::is_same_v<V, Lanes<float, 32>>)
         return _mm256_blendv_ps(other, chosen, Bits<__m256>(selector));
+    if constexpr (std::is_same_v<V, Lanes<float, 16>>)
+        return _mm_blendv_ps(other, chosen, Bits<__m128>(selector));
 #endif
     return Select(selector >> (8 * sizeof(Element<V>) - 1), chosen, other);
 }

@@ -17,7 +17,7 @@ namespace bv::maths
 namespace
 {
 
-constexpr std::size_t BLOCK = 64; ///< points that go through the stages together
+constexpr std::size_t BLOCK = 128; ///< points that go through the stages together
 
 /// The gradients at the corners of the cells, point by point: one look-up after another in tables in memory.
 ///
@@ -125,6 +125,7 @@ class NoiseBlock
             for (std::size_t i = 0; i < count; i += 4 * COUNT)
             {
                 M wholes[4];
+#pragma GCC unroll 4
                 for (std::size_t part = 0; part < 4; ++part)
                 {
                     auto const [cell, fraction] = Locate(Load<V>(&coordinates[axis][i + part * COUNT]));
@@ -133,7 +134,7 @@ class NoiseBlock
                     wholes[part] = cell;
                 }
                 if constexpr (sizeof(typename Hashes::Cell) == 1)
-                    Store(Narrow(wholes), &cells[axis][i]);
+                    StoreNarrow(wholes, &cells[axis][i]);
                 else
                     __builtin_memcpy(&cells[axis][i], wholes, sizeof wholes);
             }

@@ -27,6 +27,13 @@ struct Positions
 template <typename V>
 [[gnu::always_inline]] inline Positions<V> Locate(V coordinates) noexcept
 {
+#if defined __SSE4_1__
+    if constexpr (sizeof(V) == 16)
+    {
+        V const floors = _mm_floor_ps(coordinates);
+        return {Truncate(floors) & 255, coordinates - floors};
+    }
+#endif
 #if defined __AVX__
     if constexpr (sizeof(V) == 32)
     {

@@ -3,8 +3,8 @@
 
 Usage: report.py RESULTS OUTPUT [NOTES]
 
-RESULTS is a folder with one Google Benchmark JSON file for each build (BUILDS below), and costs.json, raytracer.json
-and machine.json where they were measured. OUTPUT is the folder that the pages go to. NOTES is the page with what is to be
+RESULTS is a folder with one Google Benchmark JSON file for each build (BUILDS below), callgrind's counts of instructions
+(BUILD.callgrind) where they were made, and costs.json, raytracer.json and machine.json where they were measured. OUTPUT is the folder that the pages go to. NOTES is the page with what is to be
 said about single rows; a row that is slower than a peer is looked up there.
 
 A row is named `topic/operation/precision/library`. Its time is that of one item: the median over the repetitions.
@@ -27,6 +27,7 @@ TOPICS = ["vector", "matrix", "transform", "scalar", "box", "sphere", "frustum",
 BUILDS = [("gcc", "GCC -O2"), ("clang", "Clang -O2"), ("gcc-v3", "GCC -O3 -march=x86-64-v3")]
 SHOWN = 15  # of the rows below 1, on the terminal
 UNMEASURED = "–"
+LEVEL = 0.95  # ratios from here to 1 may be the machine's mood: the same code, measured twice, differs by as much
 FORM_MARKS = "' ,()"  # between the library's name and the form of its that a row shows
 
 
@@ -65,6 +66,24 @@ def parse_results(document, source):
     if not rows:
         raise ReportError(f"{source}: there is no median in it")
     return rows
+
+
+def parse_counts(lines, source):
+    """The instructions of an item, by (topic, operation, precision) and library: from callgrind's dumps, each of which
+    was triggered by the number of items and the name of a row."""
+    counts = {}
+    label = None
+    for line in lines:
+        trigger = re.match(r"desc: Trigger: Client Request: (\d+) (\S.*)$", line)
+        if trigger:
+            label = (int(trigger[1]), trigger[2].rstrip().split("/"))
+            if len(label[1]) != 4 or label[0] == 0:
+                raise ReportError(f"{source}: a dump must be of a number of items and a row, not {trigger[0]}")
+        elif line.startswith("totals:") and label:
+            items, parts = label
+            counts.setdefault(tuple(parts[:3]), {})[parts[3]] = int(line.split()[1]) / items
+            label = None
+    return counts
 
 
 def best_peer(libraries):
@@ -160,21 +179,26 @@ def all_keys(results):
     return sorted({key for _, rows in results for key in rows}, key=topic_order)
 
 
-def summary_section(results, notes):
+def summary_section(results, notes, counts):
     lines = []
     for title, rows in results:
         facts = summarise(rows)
-        lines.append([title, str(facts["rows"]), times(facts["median"]), str(len(facts["below"]))])
-    text = table(["build", "rows", "median ratio", "rows below 1.0"], lines) + "\n"
+        clearly = sum(1 for key in facts["below"] if ratio(rows[key]) < LEVEL)
+        lines.append([title, str(facts["rows"]), times(facts["median"]), str(len(facts["below"])), str(clearly)])
+    text = table(["build", "rows", "median ratio", "rows below 1.0", f"rows below {LEVEL}"], lines) + "\n"
 
     slow = [(key, title, ratios(rows)[key], rows[key]) for title, rows in results for key in summarise(rows)["below"]]
     slow.sort(key=lambda entry: (topic_order(entry[0]), entry[1]))
     if slow:
-        text += "Rows on which a peer was faster:\n\n"
-        text += table(["row", "build", "ours, ns", "peer", "peer's, ns", "ratio", "in the notes"],
-                      [["/".join(key), title, number(libraries[OURS]), best_peer(libraries)[0],
-                        number(best_peer(libraries)[1]), marked(value), "yes" if explained(key, notes) else "no"]
-                       for key, title, value, libraries in slow]) + "\n"
+        text += "Rows on which a peer was faster, with the instructions of an item:\n\n"
+        lines = []
+        for key, title, value, libraries in slow:
+            peer, time = best_peer(libraries)
+            counted = counts.get(title, {}).get(key, {})
+            lines.append(["/".join(key), title, number(libraries[OURS]), number(counted.get(OURS)), peer, number(time),
+                          number(counted.get(peer)), marked(value), "yes" if explained(key, notes) else "no"])
+        text += table(["row", "build", "ours, ns", "instructions", "peer", "peer's, ns", "instructions", "ratio",
+                       "in the notes"], lines) + "\n"
     else:
         text += "No row is below 1.0.\n\n"
     return text
@@ -305,6 +329,9 @@ second-level cache (but for those rows that say otherwise), and every result is 
 is the fastest peer's time over ours: above 1 this library is faster. Where no library has an operation, the peer is the
 plain code that a user would write (`hand-written`). [Every peer's times](details.md) stand on a page of their own.
 
+Instructions are counted by callgrind in the code that is timed. It runs it as on a processor with AVX2 and without
+AVX-512, and leaves out a row with an instruction that it does not know.
+
 A program is built three times, and its peers with it: what is inline is compiled with the program's flags, what is not
 comes from the installed library. This library's code is compiled without contraction to fused operations, since its
 results are promised to the bit; the peers' is compiled as their users compile it.
@@ -315,9 +342,9 @@ their being right.
 """
 
 
-def readme(results, notes, extras, charts):
+def readme(results, notes, extras, charts, counts):
     text = "# How fast it is\n\nMade by `tools/bench`; not to be edited by hand.\n\n"
-    text += summary_section(results, notes)
+    text += summary_section(results, notes, counts)
     for (title, _), chart in zip(results, charts):
         text += f"![Ratios, {title}]({chart})" if chart == charts[0] else f"[The same chart for {title}]({chart})"
         text += "\n\n"
@@ -414,12 +441,16 @@ def load(path):
 
 
 def main(source, output, notes_path=None):
-    results, names = [], []
+    results, names, counts = [], [], {}
     for build, title in BUILDS:
         path = os.path.join(source, build + ".json")
         if os.path.exists(path):
             results.append((title, parse_results(load(path), path)))
             names.append(build)
+        path = os.path.join(source, build + ".callgrind")
+        if os.path.exists(path):
+            with open(path, encoding="utf-8", errors="replace") as file:
+                counts[title] = parse_counts(file, path)
     if not results:
         raise ReportError(f"{source}: no results of any build")
     extras = {name: load(os.path.join(source, name + ".json")) for name in ("costs", "raytracer", "machine")
@@ -433,7 +464,7 @@ def main(source, output, notes_path=None):
     charts = [f"ratios-{name}.svg" for name in names]
     for (title, rows), chart in zip(results, charts):
         draw(title, rows, os.path.join(output, chart))
-    for name, text in (("README.md", readme(results, notes, extras, charts)), ("details.md", details(results))):
+    for name, text in (("README.md", readme(results, notes, extras, charts, counts)), ("details.md", details(results))):
         with open(os.path.join(output, name), "w", encoding="utf-8") as file:
             file.write(text)
 

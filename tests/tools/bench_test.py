@@ -74,6 +74,24 @@ class ParsingTest(unittest.TestCase):
             report.parse_results(document(), "file")
 
 
+class CountTest(unittest.TestCase):
+    def test_a_dump_is_divided_by_its_items(self):
+        dumps = ["part: 1", "desc: Trigger: Client Request: 256 matrix/product/float/GLM", "events: Ir",
+                 "summary: 1024", "totals: 1024",  # 1024 / 256 = 4
+                 "desc: Trigger: Client Request: 10 matrix/product/float/BvBaseUtils' single form", "totals: 25"]
+        self.assertEqual(report.parse_counts(dumps, "file"),
+                         {PRODUCT: {"GLM": 4.0, "BvBaseUtils' single form": 2.5}})
+
+    def test_what_no_row_triggered_counts_for_nothing(self):
+        dumps = ["totals: 7", "desc: Trigger: Program termination", "totals: 9"]
+        self.assertEqual(report.parse_counts(dumps, "file"), {})
+
+    def test_a_dump_of_something_else_is_refused(self):
+        for label in ("0 matrix/product/float/GLM", "5 matrix/product/float"):
+            with self.assertRaisesRegex(report.ReportError, "number of items and a row"):
+                report.parse_counts([f"desc: Trigger: Client Request: {label}"], "file")
+
+
 class RatioTest(unittest.TestCase):
     def test_the_best_peer_is_the_fastest_other_library(self):
         libraries = {"BvBaseUtils": 2.0, "GLM": 5.0, "Eigen": 3.0, "Imath": 4.0}
@@ -182,11 +200,17 @@ class PageTest(unittest.TestCase):
         self.assertEqual(drawn, ["ratios-gcc.svg", "ratios-clang.svg"])
         self.assertIn("| product, float | 2.00 | 3.00 GLM | 1.50 | 4.00 | 3.00 GLM | **0.75** |", page)
         self.assertIn("| sphere, double | – | – | – | 1.00 | 2.00 Imath | 2.00 |", page)
-        self.assertIn("| GCC -O2 | 1 | 1.50 | 0 |", page)
-        self.assertIn("| Clang -O2 | 2 | 1.38 | 1 |", page)  # (0.75 + 2) / 2 = 1.375
-        self.assertIn("| matrix/product/float | Clang -O2 | 4.00 | GLM | 3.00 | **0.75** | no |", page)
+        self.assertIn("| GCC -O2 | 1 | 1.50 | 0 | 0 |", page)
+        self.assertIn("| Clang -O2 | 2 | 1.38 | 1 | 1 |", page)  # (0.75 + 2) / 2 = 1.375
+        self.assertIn("| matrix/product/float | Clang -O2 | 4.00 | – | GLM | 3.00 | – | **0.75** | no |", page)
         self.assertIn("0.75  matrix/product/float: 4.00 ns, GLM 3.00 ns", printed)
         self.assertLess(page.index("### Matrix"), page.index("### Ray"))
+
+    def test_rows_clearly_below_one_are_counted_apart(self):
+        self.write("gcc.json", document(entry("a/b/float/BvBaseUtils", 100), entry("a/b/float/X", 94),
+                                        entry("a/c/float/BvBaseUtils", 100), entry("a/c/float/X", 96)))
+        self.make()
+        self.assertIn("| GCC -O2 | 2 | 0.95 | 2 | 1 |", self.read("README.md"))
 
     def test_every_library_stands_in_the_details_the_fastest_first(self):
         self.write("gcc.json", document(entry("matrix/product/float/BvBaseUtils", 2),
@@ -204,7 +228,18 @@ class PageTest(unittest.TestCase):
         with open(notes, "w", encoding="utf-8") as file:
             file.write("`matrix/product`: the state costs a comparison.\n")
         self.make(notes)
-        self.assertIn("| matrix/product/float | GCC -O2 | 4.00 | GLM | 3.00 | **0.75** | yes |", self.read("README.md"))
+        self.assertIn("| matrix/product/float | GCC -O2 | 4.00 | – | GLM | 3.00 | – | **0.75** | yes |",
+                      self.read("README.md"))
+
+    def test_the_instructions_of_a_slow_row_stand_beside_its_time(self):
+        self.write("gcc.json", document(entry("matrix/product/float/BvBaseUtils", 4),
+                                        entry("matrix/product/float/GLM", 3)))
+        with open(os.path.join(self.source, "gcc.callgrind"), "w", encoding="utf-8") as file:
+            file.write("desc: Trigger: Client Request: 8 matrix/product/float/BvBaseUtils\ntotals: 800\n"
+                       "desc: Trigger: Client Request: 8 matrix/product/float/GLM\ntotals: 340\n")
+        self.make()
+        self.assertIn("| matrix/product/float | GCC -O2 | 4.00 | 100 | GLM | 3.00 | 42.5 | **0.75** | no |",
+                      self.read("README.md"))
 
     def test_batch_rows_are_held_against_the_single_form_and_the_peers(self):
         self.write("gcc.json", document(entry("batch/noise/float/BvBaseUtils", 2),

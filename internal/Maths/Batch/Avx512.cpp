@@ -1,6 +1,6 @@
-// Vectors of 64 bytes, where they pay: the tables of the noise fit the permutations of bytes, and a transformation's
-// elements stay in the 32 registers. The other loops wait for memory or for what they draw. This file is compiled for
-// AVX-512, and called only where the processor has it.
+// Vectors of 64 bytes, where they pay: the tables of the noise fit the permutations of bytes, a transformation's
+// elements stay in the 32 registers, and boxes are tested twice as many at a time. The other loops wait for memory or
+// for what they draw. This file is compiled for AVX-512, and called only where the processor has it.
 
 #include "Maths/Batch/ByteHashes.h"
 #include "Maths/Batch/GeometryKernels.h"
@@ -16,6 +16,7 @@ void UseWide(GeometryKernels<T>& kernels) noexcept
 {
     kernels.project = Geometry<T, 64>::Project;
     kernels.rotate = Geometry<T, 64>::Rotate;
+    kernels.classify = Geometry<T, 64>::Classify;
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 /// @file
 /// The loops over points and boxes. Sums and products stand in the order of the single forms.
 
+#include <iterator>
+
 #include "Maths/Batch/Kernels.h"
 #include "Maths/Batch/Vectors.h"
 #include "bv/maths/IsEqual.h"
@@ -201,6 +203,7 @@ struct Geometry
         Points const first = LoadVectors<T, BYTES, 3>(bytes, 2 * STRIDE);
         Points const second = LoadVectors<T, BYTES, 3>(bytes + STRIDE, 2 * STRIDE);
         Boxes result;
+#pragma GCC unroll 3
         for (std::size_t axis = 0; axis < 3; ++axis)
             PickCorners(first.components[axis], second.components[axis], result.corners[0][axis],
                         result.corners[1][axis]);
@@ -213,30 +216,50 @@ struct Geometry
         return ((plane[1] * y + plane[0] * x) + plane[2] * z) + plane[3];
     }
 
+    /// Where the components of two opposite corners stand in the bytes of Boxes: of the corner that lies farthest along
+    /// a normal, and of the one that lies nearest.
+    struct Corners
+    {
+        std::size_t farthest[3], nearest[3];
+
+        explicit Corners(T const* normal) noexcept
+        {
+            for (std::size_t axis = 0; axis < 3; ++axis)
+            {
+                bool const isUpper = normal[axis] >= T{0};
+                farthest[axis] = ((isUpper ? 3 : 0) + axis) * BYTES;
+                nearest[axis] = ((isUpper ? 0 : 3) + axis) * BYTES;
+            }
+        }
+    };
+
+    [[gnu::always_inline]] static V CornerDistance(T const* plane, Boxes const& boxes,
+                                                   std::size_t const (&corner)[3]) noexcept
+    {
+        auto const* const bytes = reinterpret_cast<std::byte const*>(&boxes);
+        return Distance(plane, Load<V>(bytes + corner[0]), Load<V>(bytes + corner[1]), Load<V>(bytes + corner[2]));
+    }
+
     static std::size_t Classify(T const* planes, tVolumeAABB<T> const* boxes,
                                 typename tFrustum<T>::IntersectionResult* results, std::size_t count)
     {
-        constexpr std::size_t PLANES = 6;
-        // For each component of a normal: the corner that lies farthest along it.
-        std::size_t along[PLANES][3];
-        for (std::size_t plane = 0; plane < PLANES; ++plane)
-            for (std::size_t component = 0; component < 3; ++component)
-                along[plane][component] = planes[4 * plane + component] >= T{0} ? 1 : 0;
-
+        Corners const corners[] = {Corners(planes),      Corners(planes + 4),  Corners(planes + 8),
+                                   Corners(planes + 12), Corners(planes + 16), Corners(planes + 20)};
         std::size_t done = 0;
         for (; done + COUNT <= count; done += COUNT)
         {
             Boxes const box = LoadBoxes(boxes + done);
-            M isOutside{};
-            M straddles{};
-            for (std::size_t plane = 0; plane < PLANES; ++plane)
+            // A distance that is NaN is not the smaller one, just as it is not below 0.
+            V farthest{};
+            V nearest{};
+            for (std::size_t plane = 0; plane < std::size(corners); ++plane)
             {
-                T const* const n = planes + 4 * plane;
-                auto const& [x, y, z] = along[plane];
-                isOutside |= Distance(n, box.corners[x][0], box.corners[y][1], box.corners[z][2]) < T{0};
-                straddles |= Distance(n, box.corners[1 - x][0], box.corners[1 - y][1], box.corners[1 - z][2]) < T{0};
+                farthest = Min(CornerDistance(planes + 4 * plane, box, corners[plane].farthest), farthest);
+                nearest = Min(CornerDistance(planes + 4 * plane, box, corners[plane].nearest), nearest);
             }
-            // INSIDE where nothing is set, INTERSECTING for a plane that cuts, OUTSIDE for one that rejects.
+            // OUTSIDE where a plane has all of the box behind it, INTERSECTING where one has a part, else INSIDE.
+            M const isOutside = farthest < T{0};
+            M const straddles = nearest < T{0};
             M const result = (straddles + 2) & ~isOutside;
             Store(__builtin_convertvector(result, Narrow), results + done);
         }

@@ -195,6 +195,12 @@ template <typename I>
 template <typename V>
 [[gnu::always_inline]] inline V Min(V a, V b) noexcept
 {
+#if defined __AVX512F__
+    if constexpr (std::is_same_v<V, Lanes<float, 64>>)
+        return _mm512_maskz_min_ps(__mmask16{0xFFFF}, a, b);
+    if constexpr (std::is_same_v<V, Lanes<double, 64>>)
+        return _mm512_maskz_min_pd(__mmask8{0xFF}, a, b);
+#endif
 #if defined __AVX__
     if constexpr (std::is_same_v<V, Lanes<float, 32>>)
         return _mm256_min_ps(a, b);
@@ -214,6 +220,12 @@ template <typename V>
 template <typename V>
 [[gnu::always_inline]] inline V Max(V a, V b) noexcept
 {
+#if defined __AVX512F__
+    if constexpr (std::is_same_v<V, Lanes<float, 64>>)
+        return _mm512_maskz_max_ps(__mmask16{0xFFFF}, a, b);
+    if constexpr (std::is_same_v<V, Lanes<double, 64>>)
+        return _mm512_maskz_max_pd(__mmask8{0xFF}, a, b);
+#endif
 #if defined __AVX__
     if constexpr (std::is_same_v<V, Lanes<float, 32>>)
         return _mm256_max_ps(a, b);

@@ -29,34 +29,44 @@ template <typename Char>
     return static_cast<std::make_unsigned_t<Char>>(element) < 0x80;
 }
 
+#ifdef __SSE2__
+/// Sixteen wide elements in bytes, and which of them are not ASCII: bit i for element i.
+struct Packed
+{
+    __m128i bytes;
+    std::uint32_t others;
+};
+
+[[nodiscard]] inline Packed Pack(wchar_t const* text) noexcept
+{
+    auto const load = [text](std::size_t at) { return _mm_loadu_si128(reinterpret_cast<__m128i const*>(text + at)); };
+    __m128i halves[2];
+    if constexpr (sizeof(wchar_t) == 2)
+    {
+        halves[0] = load(0);
+        halves[1] = load(8);
+    }
+    else
+    {
+        halves[0] = _mm_packs_epi32(load(0), load(4));
+        halves[1] = _mm_packs_epi32(load(8), load(12));
+    }
+    // What is above 0x7F is so in the first, if need be as 0xFF; what is negative is so in the second.
+    __m128i const bytes = _mm_packus_epi16(halves[0], halves[1]);
+    __m128i const negative = _mm_packs_epi16(halves[0], halves[1]);
+    return {bytes, static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_or_si128(bytes, negative)))};
+}
+#endif
+
 /// Which of the 16 elements at `text` are not ASCII: bit i for element i.
 template <typename Char>
 [[nodiscard]] inline std::uint32_t FindOthersInStep(Char const* text) noexcept
 {
 #ifdef __SSE2__
-    auto const load = [text](std::size_t at) { return _mm_loadu_si128(reinterpret_cast<__m128i const*>(text + at)); };
     if constexpr (sizeof(Char) == 1)
-    {
-        return static_cast<std::uint32_t>(_mm_movemask_epi8(load(0)));
-    }
+        return static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_loadu_si128(reinterpret_cast<__m128i const*>(text))));
     else
-    {
-        __m128i const zero = _mm_setzero_si128();
-        __m128i ascii;
-        if constexpr (sizeof(Char) == 2)
-        {
-            __m128i const high = _mm_set1_epi16(static_cast<short>(0xFF80));
-            auto const test = [&](std::size_t at) { return _mm_cmpeq_epi16(_mm_and_si128(load(at), high), zero); };
-            ascii = _mm_packs_epi16(test(0), test(8));
-        }
-        else
-        {
-            __m128i const high = _mm_set1_epi32(~0x7F);
-            auto const test = [&](std::size_t at) { return _mm_cmpeq_epi32(_mm_and_si128(load(at), high), zero); };
-            ascii = _mm_packs_epi16(_mm_packs_epi32(test(0), test(4)), _mm_packs_epi32(test(8), test(12)));
-        }
-        return static_cast<std::uint32_t>(_mm_movemask_epi8(ascii)) ^ 0xFFFF;
-    }
+        return Pack(text).others;
 #else
     if constexpr (sizeof(Char) == 1)
     {
@@ -116,7 +126,8 @@ template <typename Char>
 }
 
 /// Converts 16 elements. Of those that are ASCII the result is right, of the others it means nothing.
-inline void ConvertStep(char const* text, wchar_t* out) noexcept
+/// @return which elements are not ASCII: bit i for element i.
+inline std::uint32_t ConvertStep(char const* text, wchar_t* out) noexcept
 {
 #ifdef __SSE2__
     __m128i const zero = _mm_setzero_si128();
@@ -136,27 +147,35 @@ inline void ConvertStep(char const* text, wchar_t* out) noexcept
         store(8, _mm_unpacklo_epi16(halves[1], zero));
         store(12, _mm_unpackhi_epi16(halves[1], zero));
     }
+    return static_cast<std::uint32_t>(_mm_movemask_epi8(bytes));
 #else
     for (std::size_t i = 0; i < STEP; ++i)
         out[i] = static_cast<wchar_t>(static_cast<unsigned char>(text[i]));
+    return FindOthersInStep(text);
 #endif
 }
 
 /// @copydoc ConvertStep(char const*, wchar_t*)
-inline void ConvertStep(wchar_t const* text, char* out) noexcept
+inline std::uint32_t ConvertStep(wchar_t const* text, char* out) noexcept
 {
 #ifdef __SSE2__
-    auto const load = [text](std::size_t at) { return _mm_loadu_si128(reinterpret_cast<__m128i const*>(text + at)); };
-    __m128i bytes;
-    if constexpr (sizeof(wchar_t) == 2)
-        bytes = _mm_packus_epi16(load(0), load(8));
-    else
-        bytes = _mm_packus_epi16(_mm_packs_epi32(load(0), load(4)), _mm_packs_epi32(load(8), load(12)));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
+    Packed const packed = Pack(text);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), packed.bytes);
+    return packed.others;
 #else
     for (std::size_t i = 0; i < STEP; ++i)
         out[i] = static_cast<char>(text[i]);
+    return FindOthersInStep(text);
 #endif
+}
+
+/// Converts fewer than 16 elements of ASCII, in a function of its own: unrolled in each caller, it is more code than it
+/// is worth.
+template <typename In, typename Out>
+[[gnu::noinline]] void ConvertRest(In const* text, std::size_t count, Out* out) noexcept
+{
+    for (std::size_t i = 0; i < count % STEP; ++i)
+        out[i] = static_cast<Out>(text[i]);
 }
 
 /// Converts ASCII of which `count` elements are known. Reads up to `readable` elements and writes up to `count` rounded
@@ -169,12 +188,7 @@ inline Out* Convert(In const* text, std::size_t count, std::size_t readable, Out
     for (; at < count && at + STEP <= readable; at += STEP)
         ConvertStep(text + at, out + at);
     if (at < count)
-    {
-        // Fewer than 16, which the compiler is told, so that it does not make room for more.
-        std::size_t const rest = (count - at) % STEP;
-        for (std::size_t i = 0; i < rest; ++i)
-            out[at + i] = static_cast<Out>(text[at + i]);
-    }
+        ConvertRest(text + at, count - at, out + at);
     return out + count;
 }
 

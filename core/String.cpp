@@ -15,6 +15,7 @@
 #include <utf8.h>
 
 #include "Ascii.h"
+#include "ConvertedLength.h"
 
 namespace bv
 {
@@ -31,10 +32,8 @@ namespace
 /// Elements that are converted into a buffer on the stack before they join the result. A longer text is converted in
 /// portions.
 constexpr std::size_t PORTION = 1024;
-/// Elements that are handed over together where a text has no ASCII at all.
-constexpr std::size_t LONG_PIECE = 256;
-/// Elements that are looked at one by one rather than together first.
-constexpr std::size_t FEW = 4;
+/// The most wide elements that are looked at one by one rather than together first.
+constexpr std::size_t FEW = 16;
 /// The most elements that one element of a text becomes: a `wchar_t` up to four bytes, a byte one `wchar_t`.
 template <typename Out>
 constexpr std::size_t GROWTH = sizeof(Out) == 1 ? 4 : 1;
@@ -70,60 +69,57 @@ std::size_t KeepWhole(Char const* text, Char const* end, std::size_t count) noex
 }
 
 /// Hands a text over in pieces, in order: to `ascii(piece, count)` what is ASCII, to `others(piece, count)` the rest,
-/// until that returns false. Every piece holds whole characters. Where little ASCII stands between the rest, or little
-/// text is left, it may go with the rest.
-/// @return whether no call returned false.
-template <typename Char, typename Ascii, typename Others>
-inline bool ForEachPiece(Char const* text, Char const* end, Ascii ascii, Others others)
+/// until that returns false. Every piece holds whole characters. Where little text is left, ASCII may go with the rest.
+///
+/// @param step handles 16 elements if all are ASCII, and returns whether they are.
+/// @return whether no call of `others` returned false.
+template <typename Char, typename Step, typename Ascii, typename Others>
+inline bool ForEachPiece(Char const* text, Char const* end, Step step, Ascii ascii, Others others)
 {
     constexpr std::uint64_t ALL = ~std::uint64_t{0}; // a bit for each element of a block
     static_assert(ascii::BLOCK == 64);
     while (text != end)
     {
+        while (static_cast<std::size_t>(end - text) >= ascii::STEP && step(text))
+            text += ascii::STEP;
         auto const rest = static_cast<std::size_t>(end - text);
         std::size_t count = std::min(rest, ascii::BLOCK);
         std::uint64_t mask = sizeof(Char) > 1 && count < ascii::STEP ? ALL : ascii::FindOthers(text, count);
-        std::size_t at = 0;
         if (mask != 0)
         {
             if (count < ascii::STEP)
                 mask = ALL;
-            count = KeepWhole(text, end, mask == ALL ? std::min(rest, LONG_PIECE) : count);
+            if (mask == ALL)
+                while (rest - count >= ascii::BLOCK && ascii::FindOthers(text + count, ascii::BLOCK) == ALL)
+                    count += ascii::BLOCK;
+            count = KeepWhole(text, end, count);
             if (mask != ALL && count < ascii::BLOCK)
                 mask &= ALL >> (ascii::BLOCK - count);
-            while (mask != 0)
-            {
-                auto const first = static_cast<std::size_t>(std::countr_zero(mask));
-                std::uint64_t const above = mask + (std::uint64_t{1} << first); // the carry clears the row of ones
-                std::size_t const last = above == 0 ? count : static_cast<std::size_t>(std::countr_zero(above));
-                mask &= above;
-                ascii(text + at, first - at);
-                if (!others(text + first, last - first))
-                    return false;
-                at = last;
-            }
         }
-        ascii(text + at, count - at);
+        std::size_t at = 0;
+        for (;;)
+        {
+            std::size_t const first = mask == 0 ? count : static_cast<std::size_t>(std::countr_zero(mask));
+            ascii(text + at, first - at);
+            if (mask == 0)
+                break;
+            std::uint64_t const above = mask + (std::uint64_t{1} << first); // the carry clears the row of ones
+            at = above == 0 ? count : static_cast<std::size_t>(std::countr_zero(above));
+            mask &= above;
+            if (!others(text + first, at - first))
+                return false;
+        }
         text += count;
     }
     return true;
 }
 
-/// A long piece, in a function of its own so that its loop has the registers to itself.
-[[gnu::flatten, gnu::noinline]] bool IsValidLongPiece(char const* text, char const* end)
-{
-    return utf8::is_valid(text, end);
-}
-
-[[gnu::flatten]] bool IsValid(char const* text, char const* end)
+[[gnu::flatten, gnu::noinline]] bool IsValid(char const* text, char const* end)
 {
     return ForEachPiece(
-        text, end, [](char const*, std::size_t) {},
-        [](char const* piece, std::size_t count)
-        {
-            char const* const pieceEnd = piece + count;
-            return count > FEW ? IsValidLongPiece(piece, pieceEnd) : utf8::is_valid(piece, pieceEnd);
-        });
+        text, end, [](char const* piece) { return ascii::FindOthersInStep(piece) == 0; },
+        [](char const*, std::size_t) {},
+        [](char const* piece, std::size_t count) { return utf8::is_valid(piece, piece + count); });
 }
 
 /// Converts what is not ASCII.
@@ -133,8 +129,9 @@ wchar_t* ConvertPiece(char const* text, std::size_t count, wchar_t* out)
     return utf8::utf8to16(text, text + count, out);
 }
 
-/// A long piece, in a function of its own so that its loop has the registers to itself.
-[[gnu::noinline]] char* ConvertUnits(wchar_t const* text, wchar_t const* end, char* out)
+/// Converts elements of which none is above 0xFFFF, in a function of its own so that the loop has the registers to
+/// itself.
+[[gnu::flatten, gnu::noinline]] char* ConvertUnits(wchar_t const* text, wchar_t const* end, char* out)
 {
     return utf8::utf16to8(text, end, out);
 }
@@ -143,15 +140,16 @@ wchar_t* ConvertPiece(char const* text, std::size_t count, wchar_t* out)
 /// @throws utf8::exception for a surrogate without its partner and an element above 0x10FFFF.
 char* ConvertPiece(wchar_t const* text, std::size_t count, char* out)
 {
+    wchar_t const* const end = text + count;
     if (count > FEW)
     {
         std::uint32_t bits = 0;
         for (std::size_t i = 0; i < count; ++i)
             bits |= static_cast<std::make_unsigned_t<wchar_t>>(text[i]);
         if (bits <= 0xFFFF)
-            return ConvertUnits(text, text + count, out);
+            return ConvertUnits(text, end, out);
     }
-    for (wchar_t const* const end = text + count; text != end;)
+    while (text != end)
     {
         if (IsSurrogate(*text))
         {
@@ -160,7 +158,7 @@ char* ConvertPiece(wchar_t const* text, std::size_t count, char* out)
             do
                 ++text;
             while (text != end && IsSurrogate(*text));
-            out = utf8::utf16to8(first, text, out);
+            out = ConvertUnits(first, text, out);
         }
         else
         {
@@ -179,6 +177,12 @@ template <typename In, typename Out>
 {
     ForEachPiece(
         text, end,
+        [&](In const* piece)
+        {
+            bool const isAscii = ascii::ConvertStep(piece, out) == 0;
+            out += isAscii ? ascii::STEP : 0;
+            return isAscii;
+        },
         [&](In const* piece, std::size_t count)
         { out = ascii::Convert(piece, count, static_cast<std::size_t>(end - piece), out); },
         [&](In const* piece, std::size_t count)
@@ -187,39 +191,6 @@ template <typename In, typename Out>
             return true;
         });
     return out;
-}
-
-/// How many elements more than one an element of a valid text becomes.
-int GetGrowth(char element) noexcept
-{
-    return static_cast<int>(static_cast<unsigned char>(element) >= 0xF0) - static_cast<int>(AreJoined({}, element));
-}
-
-int GetGrowth(wchar_t element) noexcept
-{
-    auto const value = static_cast<std::int32_t>(element); // negative only where the text is not valid
-    return static_cast<int>(value > 0x7F) + static_cast<int>(value > 0x7FF) + static_cast<int>(value > 0xFFFF) -
-           static_cast<int>(value >> 11 == 0xD800 >> 11);
-}
-
-/// The number of elements that a valid text becomes.
-template <typename Char>
-std::size_t GetConvertedLength(Char const* text, Char const* end) noexcept
-{
-    std::ptrdiff_t length = end - text;
-    while (text != end)
-    {
-        std::size_t const count = std::min(static_cast<std::size_t>(end - text), ascii::BLOCK);
-        if (ascii::FindOthers(text, count) != 0)
-        {
-            int growth = 0;
-            for (std::size_t i = 0; i < count; ++i)
-                growth += GetGrowth(text[i]);
-            length += growth;
-        }
-        text += count;
-    }
-    return static_cast<std::size_t>(length);
 }
 
 /// Replaces the target by the converted text. When memory runs out, the target stays as it was.
@@ -381,21 +352,24 @@ std::string String::ToStdString() const
 std::wstring String::ToStdWString() const
 {
     std::wstring wide;
+    char const* const text = impl->text.c_str();
+    char const* const end = text + impl->text.size();
     try
     {
-        Assign(wide, impl->text.data(), impl->text.data() + impl->text.size());
+        Assign(wide, text, end);
     }
     catch (utf8::exception const&)
     {
-        // Damaged from outside. What is wrong with a text depends on what comes after it, so it is converted whole.
+        // Damaged from outside. What is wrong with a text depends on what comes after it, so the whole of it is judged.
         wide.clear();
+        char const* invalid = utf8::find_invalid(text, end);
         try
         {
-            utf8::utf8to16(impl->text.begin(), impl->text.end(), std::back_inserter(wide));
+            utf8::next(invalid, end);
         }
         catch (utf8::invalid_utf8 const&)
         {
-            wide.clear();
+            // It is empty.
         }
     }
     return wide;

@@ -190,6 +190,35 @@ TEST(StringConversionTest, LongTextWithoutASCIIIsNotCutInsideACharacter)
         }
 }
 
+TEST(StringConversionTest, ARowWithoutASCIIHasAnyLength)
+{
+    for (char const* character : {"\xC3\xA9", "\xE4\xB8\x96", "\xF0\x9F\x98\x80"})
+        for (std::size_t const before : {0U, 1U, 15U, 16U, 63U})
+            for (std::size_t const after : {0U, 1U, 16U, 64U})
+                for (std::size_t count = 1; count <= 200; ++count)
+                {
+                    std::string text = Letters<char>(before);
+                    for (std::size_t i = 0; i < count; ++i)
+                        text += character;
+                    std::size_t const last = text.size() - 1;
+                    text += Letters<char>(after);
+                    ASSERT_NO_FATAL_FAILURE(ExpectAsUtfcpp(text));
+                    text[last] = 'x';
+                    ASSERT_TRUE(Keep(text).empty());
+                    ASSERT_TRUE(String(text.c_str()).IsEmpty()) << count;
+                }
+}
+
+TEST(StringConversionTest, EveryElementIsTakenForWhatItIs)
+{
+    for (std::uint32_t value = 1; value <= 0xFFFF; ++value)
+    {
+        std::wstring text = Letters<wchar_t>(40);
+        text[value % 40] = static_cast<wchar_t>(value);
+        ASSERT_EQ(String(text.c_str()).ToCharArray(), ToBytes(text)) << value;
+    }
+}
+
 TEST(StringConversionTest, ASurrogateIsJoinedAcrossEveryPlace)
 {
     std::wstring const pair = {static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
@@ -345,6 +374,45 @@ TEST(StringConversionTest, ATextDamagedFromOutsideIsReportedAsUtfcppReportsIt)
             else
                 EXPECT_EQ(text.ToWCharArray(), units) << place;
         }
+}
+
+TEST(StringConversionTest, ALongTextDamagedFromOutsideIsReportedAsUtfcppReportsIt)
+{
+    std::string text;
+    for (std::size_t i = 0; text.size() < 4000; ++i)
+        text += Letters<char>(i % 23) + CHARACTERS[i % 10] + CHARACTERS[i * 7 % 10];
+    std::size_t emptied = 0;
+    std::size_t passed = 0;
+    for (std::size_t place = 0; place < text.size(); place += 7)
+        for (char const byte : {'a', '\x80', '\xC3', '\xE2', '\xED', '\xF0', '\xF4', '\xFF'})
+        {
+            std::string bytes = text;
+            bytes[place] = byte;
+            bytes[bytes.size() - 1 - place / 2] = byte;
+            String const string = text.c_str();
+            bytes.copy(const_cast<char*>(string.ToCharArray()), bytes.size());
+            std::wstring units;
+            bool passes = false;
+            try
+            {
+                units = ToUnits(bytes);
+            }
+            catch (utf8::invalid_utf8 const&)
+            {
+                ++emptied;
+            }
+            catch (utf8::exception const&)
+            {
+                passes = true;
+                ++passed;
+            }
+            if (passes)
+                EXPECT_THROW(static_cast<void>(string.ToWCharArray()), std::exception) << place;
+            else
+                EXPECT_EQ(string.ToWCharArray(), units) << place;
+        }
+    EXPECT_GT(emptied, 500U);
+    EXPECT_GT(passed, 20U);
 }
 
 } // namespace

@@ -12,8 +12,9 @@
 namespace
 {
 
-std::size_t calls = 0;  ///< allocations so far
-std::size_t blocks = 0; ///< allocations that were not freed yet
+std::size_t calls = 0;   ///< allocations so far
+std::size_t blocks = 0;  ///< allocations that were not freed yet
+std::size_t largest = 0; ///< bytes of the largest allocation since Count() began
 
 // Inlined into a delete expression, this would look to a compiler as if memory from `new` were given to free().
 [[gnu::noinline]] void Free(void* block) noexcept
@@ -32,6 +33,8 @@ void* operator new(std::size_t size)
         throw std::bad_alloc();
     ++calls;
     ++blocks;
+    if (size > largest)
+        largest = size;
     return block;
 }
 
@@ -55,6 +58,7 @@ template <typename Action>
 std::size_t Count(Action&& action)
 {
     std::size_t const before = calls;
+    largest = 0;
     action();
     return calls - before;
 }
@@ -150,6 +154,92 @@ TEST(StringMemoryTest, SurrogatePairsAreCountedAsWhatTheyBecome)
             units += {static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
         }
         ExpectLeast(bytes, units);
+    }
+}
+
+/// Expects that the action makes so many allocations, the largest of which holds `size` bytes and hardly more.
+template <typename Action>
+void ExpectExact(std::size_t allocations, std::size_t size, Action&& action)
+{
+    constexpr std::size_t ROUNDING = 31; // bytes that a standard library may add
+    std::size_t const made = Count(action);
+    std::size_t const bytes = largest; // before a message is built
+    EXPECT_EQ(made, allocations);
+    EXPECT_GE(bytes, size);
+    EXPECT_LE(bytes, size + ROUNDING);
+}
+
+/// Expects that the memory for a long text is asked for once, in both directions, and that none of it is wasted.
+void ExpectNoWaste(std::string const& bytes, std::wstring const& units)
+{
+    String text;
+    ExpectExact(1, bytes.size() + 1, [&] { text = units.c_str(); });
+    EXPECT_EQ(text.ToCharArray(), bytes);
+    ExpectExact(2, (units.size() + 1) * sizeof(wchar_t), [&] { static_cast<void>(text.ToWCharArray()); });
+    EXPECT_EQ(text.ToWCharArray(), units);
+}
+
+TEST(StringMemoryTest, ALongTextHasMemoryForItselfAndNoMore)
+{
+    auto const pair = [](int first, int second) {
+        return std::wstring{static_cast<wchar_t>(first), static_cast<wchar_t>(second)};
+    };
+    // The first and the last of each length, and what stands next to the surrogates.
+    struct
+    {
+        char const* bytes;
+        std::wstring units;
+    } const characters[] = {{"a", L"a"},
+                            {"\x7F", L"\x7F"},
+                            {"\xC2\x80", L"\x80"},
+                            {"\xDF\xBF", L"\x7FF"},
+                            {"\xE0\xA0\x80", L"\x800"},
+                            {"\xE7\xBF\xBF", L"\x7FFF"},
+                            {"\xE8\x80\x80", L"\x8000"},
+                            {"\xED\x9F\xBF", L"\xD7FF"},
+                            {"\xEE\x80\x80", L"\xE000"},
+                            {"\xEF\xBF\xBF", L"\xFFFF"},
+                            {"\xF0\x90\x80\x80", pair(0xD800, 0xDC00)},
+                            {"\xF4\x8F\xBF\xBF", pair(0xDBFF, 0xDFFF)}};
+    for (auto const& first : characters)
+        for (auto const& second : characters)
+            for (std::size_t const shift : {0U, 1U, 7U, 15U, 31U, 50U, 63U})
+            {
+                std::string bytes(shift, '.');
+                std::wstring units(shift, L'.');
+                for (std::size_t i = 0; i < 1500; ++i)
+                {
+                    auto const& character = i / 3 % 2 == 0 ? first : second;
+                    bytes += character.bytes;
+                    units += character.units;
+                }
+                SCOPED_TRACE(testing::Message() << testing::PrintToString(bytes.substr(0, 80)) << ' ' << shift);
+                ExpectNoWaste(bytes, units);
+            }
+}
+
+TEST(StringMemoryTest, ACodePointInOneElementIsCountedAsWhatItBecomes)
+{
+    if constexpr (sizeof(wchar_t) > 2)
+    {
+        for (std::size_t before = 0; before <= 70; ++before)
+        {
+            std::string bytes;
+            std::wstring units;
+            for (std::size_t i = 0; i < 20; ++i)
+            {
+                bytes += std::string(before, 'a') + "\xF0\x90\x80\x80\xE4\xB8\x96" + std::string(70, 'b');
+                units +=
+                    std::wstring(before, L'a') + static_cast<wchar_t>(0x10000) + L"\x4E16" + std::wstring(70, L'b');
+            }
+            String text;
+            ExpectExact(1, bytes.size() + 1, [&] { text = units.c_str(); });
+            EXPECT_EQ(text.ToCharArray(), bytes);
+        }
+    }
+    else
+    {
+        EXPECT_EQ(sizeof(wchar_t), 2U) << "no element holds one";
     }
 }
 

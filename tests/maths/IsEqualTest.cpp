@@ -1,8 +1,11 @@
 #include "bv/maths/IsEqual.h"
 
 #include <bit>
+#include <cstdint>
 #include <limits>
+#include <random>
 #include <type_traits>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -214,6 +217,92 @@ TYPED_TEST(IsEqualTest, AnyValueEqualsItselfThroughOneReference)
     using T = TypeParam;
     for (T const value : {T{0}, T{1}, INF<T>, QUIET_NAN<T>, LARGEST<T>, SMALLEST<T>})
         EXPECT_TRUE(IsEqual(value, value)) << value;
+}
+
+/// The definition, word by word: the distance of the mapped patterns, or else the squared difference.
+template <typename T>
+bool IsEqualByDefinition(T a, T b)
+{
+    using Unsigned = Pattern<T>;
+    using Signed = std::make_signed_t<Unsigned>;
+    constexpr Unsigned SIGN = Unsigned{1} << (8 * sizeof(T) - 1);
+    auto const mapped = [](T value)
+    { return (Bits(value) & SIGN) != 0 ? static_cast<Unsigned>(SIGN - Bits(value)) : Bits(value); };
+    auto const difference = static_cast<Signed>(mapped(a) - mapped(b));
+    if (difference >= -50 && difference <= 50) // the smallest number has no magnitude, and is neither
+        return true;
+    return (a - b) * (a - b) < TOLERANCE<T> * TOLERANCE<T>;
+}
+
+/// Values around every pattern where an answer changes.
+template <typename T>
+std::vector<T> ValuesAroundChanges()
+{
+    std::vector<T> values;
+    for (T const magnitude :
+         {T{0}, SMALLEST<T>, std::numeric_limits<T>::min(), TOLERANCE<T>, T{0.5}, T{1}, T{2}, T{4}, LARGEST<T>, INF<T>,
+          QUIET_NAN<T>, FromBits<T>(std::numeric_limits<Pattern<T>>::max() >> 1)})
+    {
+        for (int const steps :
+             {-102, -101, -100, -99, -52, -51, -50, -49, -48, -2, -1, 0, 1, 2, 48, 49, 50, 51, 52, 99, 100, 101, 102})
+        {
+            values.push_back(Steps(magnitude, steps)); // a step from one end of the patterns leads to the other
+            values.push_back(Steps(-magnitude, steps));
+        }
+    }
+    return values;
+}
+
+TYPED_TEST(IsEqualTest, AgreesWithItsDefinitionAroundEveryPatternWhereSomethingChanges)
+{
+    using T = TypeParam;
+    std::vector<T> const values = ValuesAroundChanges<T>();
+    for (T const a : values)
+    {
+        for (T const b : values)
+            ASSERT_EQ(IsEqual(a, b), IsEqualByDefinition(a, b)) << std::hex << Bits(a) << " and " << Bits(b);
+    }
+}
+
+// A compiler that knows the second value leaves out what that value makes superfluous.
+TYPED_TEST(IsEqualTest, AgreesWithItsDefinitionBesideConstants)
+{
+    using T = TypeParam;
+    auto const expect = [](bool isEqual, T a, T b)
+    { ASSERT_EQ(isEqual, IsEqualByDefinition(a, b)) << std::hex << Bits(a) << " and " << Bits(b); };
+    for (T const a : ValuesAroundChanges<T>())
+    {
+        expect(IsEqual(a, T{0}), a, T{0});
+        expect(IsEqual(a, -T{0}), a, -T{0});
+        expect(IsEqual(a, SMALLEST<T>), a, SMALLEST<T>);
+        expect(IsEqual(a, T{0.5}), a, T{0.5});
+        expect(IsEqual(a, T{1}), a, T{1});
+        expect(IsEqual(a, T{-1}), a, T{-1});
+        expect(IsEqual(a, LARGEST<T>), a, LARGEST<T>);
+        expect(IsEqual(a, INF<T>), a, INF<T>);
+        expect(IsEqual(a, QUIET_NAN<T>), a, QUIET_NAN<T>);
+        constexpr T LAST = std::bit_cast<T>(static_cast<Pattern<T>>(std::numeric_limits<Pattern<T>>::max() >> 1));
+        expect(IsEqual(a, LAST), a, LAST);
+    }
+}
+
+TYPED_TEST(IsEqualTest, AgreesWithItsDefinitionOnRandomPatterns)
+{
+    using T = TypeParam;
+    constexpr unsigned int SEED = 20;
+    SCOPED_TRACE(SEED);
+    std::mt19937_64 generator(SEED);
+    for (int round = 0; round < 1000000; ++round)
+    {
+        auto const pattern = static_cast<Pattern<T>>(generator());
+        auto const steps = static_cast<Pattern<T>>(generator() % 256 - 128); // half of them in reach
+        auto const mask = static_cast<Pattern<T>>(generator() % 4 == 0 ? ~std::uint64_t{0} : 0);
+        T const a = FromBits<T>(pattern);
+        T const near = FromBits<T>((pattern ^ mask) + steps); // of the same sign or the other
+        T const any = FromBits<T>(static_cast<Pattern<T>>(generator()));
+        ASSERT_EQ(IsEqual(a, near), IsEqualByDefinition(a, near)) << std::hex << Bits(a) << " and " << Bits(near);
+        ASSERT_EQ(IsEqual(a, any), IsEqualByDefinition(a, any)) << std::hex << Bits(a) << " and " << Bits(any);
+    }
 }
 
 TEST(IsEqualModelTest, AgreesWithExactArithmeticOnFloats)

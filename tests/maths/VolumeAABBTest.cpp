@@ -394,6 +394,36 @@ TYPED_TEST(VolumeAABBTest, OfTheHalvesOfABoxExactlyOneClaimsAPointOnTheSharedFac
     }
 }
 
+/// Numbers among which every relation of two ends and a value occurs: below, equal, above, infinitely far, unordered.
+template <typename T>
+constexpr T PLACES[] = {-INF<T>, T{-2},  T{-1},          -std::numeric_limits<T>::denorm_min(), T{-0.0}, T{0}, T{1},
+                        T{3},    INF<T>, NOT_A_NUMBER<T>};
+
+/// Calls `check(box, point, axis)` for every combination of a lower end, an upper end and a value along each axis;
+/// along the two other axes the point is inside.
+template <typename T, typename Check>
+void ForAllPlaces(Check check)
+{
+    for (std::size_t axis = 0; axis < 3; ++axis)
+    {
+        for (T const lower : PLACES<T>)
+        {
+            for (T const upper : PLACES<T>)
+            {
+                for (T const value : PLACES<T>)
+                {
+                    tVolumeAABB<T> box({-1, -1, -1}, {1, 1, 1});
+                    tVector3<T> point(0, 0, 0);
+                    box.GetMin()[axis] = lower;
+                    box.GetMax()[axis] = upper;
+                    point[axis] = value;
+                    check(box, point, axis);
+                }
+            }
+        }
+    }
+}
+
 // Distance.
 
 TYPED_TEST(VolumeAABBTest, TheDistanceIsMeasuredToTheNearestPointOfTheBox)
@@ -545,6 +575,67 @@ TYPED_TEST(VolumeAABBTest, TheAreaAndTheLengthForAnyOtherAxisAreErrors)
     EXPECT_THROW(static_cast<void>(box.GetArea(3)), std::exception);
 }
 
+TYPED_TEST(VolumeAABBTest, TheDistanceFollowsFromTheFaceThatIsLookedAtOnEachAxis)
+{
+    using T = TypeParam;
+    ForAllPlaces<T>(
+        [](tVolumeAABB<T> const& box, tVector3<T> const& point, std::size_t axis)
+        {
+            T const below = box.GetMin()[axis] - point[axis];
+            T const above = point[axis] - box.GetMax()[axis];
+            T expected = 0;
+            if (below > 0)
+                expected = below * below;
+            else if (above > 0)
+                expected = above * above;
+            ExpectSameBits(box.DistanceSquared(point), expected);
+            ExpectSameBits(box.Distance(point), std::sqrt(expected));
+        });
+}
+
+TYPED_TEST(VolumeAABBTest, APointIsInsideWhereNoAxisPutsItOutside)
+{
+    using T = TypeParam;
+    ForAllPlaces<T>(
+        [](tVolumeAABB<T> const& box, tVector3<T> const& point, std::size_t axis)
+        {
+            T const lower = box.GetMin()[axis];
+            T const upper = box.GetMax()[axis];
+            T const value = point[axis];
+            EXPECT_EQ(box.Contains(point, false), lower <= value && value <= upper);
+            EXPECT_EQ(box.Contains(point, true), lower <= value && value < upper);
+        });
+}
+
+TYPED_TEST(VolumeAABBTest, GrowthFollowsFromTheComparisonsOnEachAxis)
+{
+    using T = TypeParam;
+    ForAllPlaces<T>(
+        [](tVolumeAABB<T> const& box, tVector3<T> const& point, std::size_t axis)
+        {
+            tVolumeAABB<T> expected = box;
+            T& lower = expected.GetMin()[axis];
+            T& upper = expected.GetMax()[axis];
+            bool const lowers = lower > point[axis];
+            bool const raises = point[axis] > upper;
+            if (lowers)
+                lower = point[axis];
+            if (raises)
+                upper = point[axis];
+            for (bool const byPoint : {true, false})
+            {
+                tVolumeAABB<T> grown = box;
+                tVolumeAABB<T> signalled = box;
+                tVolumeAABB<T> const other(point, point);
+                byPoint ? grown.Expand(point) : grown.Expand(other);
+                EXPECT_EQ(byPoint ? signalled.ExpandAndSignal(point) : signalled.ExpandAndSignal(other),
+                          lowers || raises);
+                ExpectSameBox(grown, expected);
+                ExpectSameBox(signalled, expected);
+            }
+        });
+}
+
 // Overlap with a sphere.
 
 TYPED_TEST(VolumeAABBTest, ASphereOverlapsWhenTheBoxIsNearerThanItsRadius)
@@ -637,6 +728,25 @@ TYPED_TEST(VolumeAABBTest, BelowMinTheMaxSideIsNotLookedAtForASphere)
         EXPECT_TRUE(box.Overlaps(Sphere({0, 0, 0}, TypeParam{5}))) << axis; // 2 below min; 5 above max
         EXPECT_FALSE(box.Overlaps(Sphere({0, 0, 0}, TypeParam{4}))) << axis;
     }
+}
+
+TYPED_TEST(VolumeAABBTest, ASphereIsRejectedByTheSquareOfAGapThatReachesTheSquaredRadius)
+{
+    using T = TypeParam;
+    ForAllPlaces<T>(
+        [](tVolumeAABB<T> const& box, tVector3<T> const& point, std::size_t axis)
+        {
+            T const below = box.GetMin()[axis] - point[axis];
+            T const above = point[axis] - box.GetMax()[axis];
+            T const gap = below > 0 ? below : above;
+            for (T const squaredRadius : {-INF<T>, T{-1}, T{-0.0}, T{0}, std::numeric_limits<T>::denorm_min(), T{1},
+                                          T{4}, T{5}, INF<T>, NOT_A_NUMBER<T>})
+            {
+                bool const rejected = gap > 0 && gap * gap >= squaredRadius;
+                EXPECT_EQ(box.Overlaps(tVolumeSphere<T>(point, squaredRadius)), !rejected)
+                    << box.GetMin() << "; " << box.GetMax() << "; " << point << "; " << squaredRadius;
+            }
+        });
 }
 
 TYPED_TEST(VolumeAABBTest, TheEmptyBoxOverlapsNoSphere)

@@ -3,6 +3,10 @@
 /// @file
 /// The components of tuples and vectors by index.
 
+#include <bit>
+#include <cstddef>
+#include <type_traits>
+
 namespace bv::maths::detail
 {
 
@@ -14,5 +18,19 @@ inline constexpr T Vector::*PLANE_COMPONENTS[2] = {&Vector::x, &Vector::y};
 /// The components of a type in space.
 template <typename Vector, typename T>
 inline constexpr T Vector::*SPACE_COMPONENTS[3] = {&Vector::x, &Vector::y, &Vector::z};
+
+/// Points to the component at an index in one of the tables. Where a pointer to a member is its offset in bytes, the
+/// program's run computes it, which is faster than a table: the components lie side by side from the start.
+template <typename Vector, typename T, std::size_t COUNT>
+[[nodiscard, gnu::always_inline]] constexpr auto ComponentAt(T Vector::*const (&components)[COUNT],
+                                                             std::size_t index) noexcept
+{
+    if constexpr (sizeof(T Vector::*) == sizeof(std::ptrdiff_t))
+    {
+        if (!std::is_constant_evaluated())
+            return std::bit_cast<T Vector::*>(static_cast<std::ptrdiff_t>(index * sizeof(T)));
+    }
+    return components[index];
+}
 
 } // namespace bv::maths::detail

@@ -24,10 +24,19 @@ namespace detail
 /// Number of bits that the value takes, as `std::bit_width` gives it, without a case of its own for 0.
 [[nodiscard, gnu::always_inline]] constexpr unsigned int BitWidth(unsigned int value) noexcept
 {
-    return static_cast<unsigned int>(63 - std::countl_zero(std::uint64_t{value} << 1 | 1));
+#if defined __LZCNT__
+    return static_cast<unsigned int>(std::bit_width(value)); // where the processor counts the zeros of 0, too
+#else
+    // 63 minus the zeros, written so that a processor that counts from the other end counts once
+    return 63U ^ static_cast<unsigned int>(std::countl_zero(std::uint64_t{value} << 1 | 1));
+#endif
 }
 
-/// All bits up to the highest one that is set. Shifts alone, which a loop can do side by side.
+// Compilers that make loops do several numbers at a time do so with shifts alone; elsewhere it is faster to look for
+// the highest bit.
+#if defined __clang__ || defined __AVX2__
+
+/// All bits up to the highest one that is set.
 [[nodiscard, gnu::always_inline]] constexpr unsigned int Smear(unsigned int value) noexcept
 {
     value |= value >> 1;
@@ -37,6 +46,29 @@ namespace detail
     return value | value >> 16;
 }
 
+/// The highest bit that is set, 0 for 0.
+[[nodiscard, gnu::always_inline]] constexpr unsigned int HighestBit(unsigned int value) noexcept
+{
+    unsigned int const below = Smear(value);
+    return below - (below >> 1);
+}
+
+#else
+
+/// All bits up to the highest one that is set.
+[[nodiscard, gnu::always_inline]] constexpr unsigned int Smear(unsigned int value) noexcept
+{
+    return static_cast<unsigned int>((std::uint64_t{1} << BitWidth(value)) - 1);
+}
+
+/// The highest bit that is set, 0 for 0.
+[[nodiscard, gnu::always_inline]] constexpr unsigned int HighestBit(unsigned int value) noexcept
+{
+    return static_cast<unsigned int>((std::uint64_t{1} << BitWidth(value)) >> 1);
+}
+
+#endif
+
 } // namespace detail
 
 /// Base-2 logarithm, rounded up: the smallest k with 2^k not less than the value, so 1 gives 0, 5 gives 3 and anything
@@ -45,9 +77,10 @@ namespace detail
 /// @throws bv::InvalidArgumentException for 0.
 [[nodiscard, gnu::always_inline]] constexpr unsigned char IntLog2(unsigned int value)
 {
-    if (value == 0)
+    unsigned int before = 0;
+    if (__builtin_sub_overflow(value, 1U, &before)) // the subtraction tells of 0 by itself
         detail::ThrowLogarithmOfZero();
-    return static_cast<unsigned char>(detail::BitWidth(value - 1));
+    return static_cast<unsigned char>(detail::BitWidth(before));
 }
 
 /// Square root, rounded down: 15 gives 3, 16 gives 4, 0xFFFFFFFF gives 65535.
@@ -92,8 +125,7 @@ namespace detail
 /// whose nearest power does not fit 32 bits, wrap to 0.
 [[nodiscard, gnu::always_inline]] constexpr unsigned int RoundToNearestPO2(unsigned int value) noexcept
 {
-    unsigned int const below = detail::Smear(value);
-    unsigned int const floor = below - (below >> 1);
+    unsigned int const floor = detail::HighestBit(value);
     return floor + (floor & (value << 1)); // twice the floor when the bit below its own is set
 }
 

@@ -2,10 +2,11 @@
 
 /// @file
 /// One axis of a box: growing an interval, and the way from a value to it. Every comparison is strict and ordered, so a
-/// NaN changes nothing and lies nowhere outside.
+/// NaN changes nothing and lies nowhere outside. And the growth of all three axes.
 
 #include <type_traits>
 
+#include "bv/maths/Forward.h"
 #include "bv/maths/Lanes3.h"
 
 namespace bv::maths::detail
@@ -48,6 +49,48 @@ template <typename T>
     }
 #endif
     end = moves ? value : end;
+    return moves;
+}
+
+/// Lowers each component of a box's lower corner to that of a point below it.
+/// @return whether a component moved.
+template <typename T>
+[[gnu::always_inline]] constexpr bool LowerTo(tVector3<T>& corner, tVector3<T> const& point) noexcept
+{
+#if defined __SSE2__
+    if constexpr (std::is_same_v<T, double>) // two of float take longer to put together than they save
+    {
+        if (!std::is_constant_evaluated())
+        {
+            bool const pairMoves = LowerPair(&corner, &point);
+            return LowerTo(corner.z, point.z) || pairMoves;
+        }
+    }
+#endif
+    bool moves = LowerTo(corner.x, point.x);
+    moves |= LowerTo(corner.y, point.y);
+    moves |= LowerTo(corner.z, point.z);
+    return moves;
+}
+
+/// Raises each component of a box's upper corner to that of a point above it.
+/// @return whether a component moved.
+template <typename T>
+[[gnu::always_inline]] constexpr bool RaiseTo(tVector3<T>& corner, tVector3<T> const& point) noexcept
+{
+#if defined __SSE2__
+    if constexpr (std::is_same_v<T, double>)
+    {
+        if (!std::is_constant_evaluated())
+        {
+            bool const pairMoves = RaisePair(&corner, &point);
+            return RaiseTo(corner.z, point.z) || pairMoves;
+        }
+    }
+#endif
+    bool moves = RaiseTo(corner.x, point.x);
+    moves |= RaiseTo(corner.y, point.y);
+    moves |= RaiseTo(corner.z, point.z);
     return moves;
 }
 

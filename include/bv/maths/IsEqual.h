@@ -26,14 +26,17 @@ template <typename Bits, typename T>
 [[nodiscard, gnu::always_inline]] constexpr bool IsWithinSteps(T a, T b) noexcept
 {
     constexpr int SIGN_BIT = std::numeric_limits<Bits>::digits - 1;
-    constexpr Bits SIGN = Bits{1} << SIGN_BIT;
     constexpr Bits STEPS = 50;
     Bits const bitsA = std::bit_cast<Bits>(a);
     Bits const bitsB = std::bit_cast<Bits>(b);
-    // A negative pattern p maps to SIGN - p. Up to its sign, the difference of the mapped patterns is a - b for equal
-    // signs and a + b - SIGN for opposite ones; without a branch, because the signs of data are hard to predict.
+    // Beside a constant that is neither near 0 nor near the end of the patterns, nothing of the other sign is near.
+    if (__builtin_constant_p(bitsB) && bitsB > STEPS && bitsB < (Bits{1} << SIGN_BIT) - STEPS)
+        return bitsA - bitsB + STEPS <= 2 * STEPS;
+    // A negative pattern p maps to SIGN - p, SIGN its highest bit. Up to its sign, the difference of the mapped
+    // patterns is a - b for equal signs and a + b - SIGN, or a - ~b + (SIGN - 1), for opposite ones; without a branch,
+    // because the signs of data are hard to predict.
     Bits const opposite = static_cast<Bits>(static_cast<std::make_signed_t<Bits>>(bitsA ^ bitsB) >> SIGN_BIT);
-    Bits const difference = bitsA - ((bitsB ^ opposite) - opposite) - (opposite & SIGN);
+    Bits const difference = bitsA - (bitsB ^ opposite) + (opposite >> 1);
     return difference + STEPS <= 2 * STEPS; // -50 <= difference <= 50, in one comparison
 }
 
@@ -52,6 +55,8 @@ template <typename Bits, typename T>
 {
     if (std::is_constant_evaluated())
         return IsWithinSteps<Bits>(a, b) || IsWithinTolerance(a, b);
+    if (__builtin_constant_p(std::bit_cast<Bits>(b)) && std::bit_cast<Bits>(b) == 0)
+        return IsWithinTolerance(a, b); // which all that is 50 values from 0 is
     return static_cast<bool>(static_cast<int>(IsWithinSteps<Bits>(a, b)) | static_cast<int>(IsWithinTolerance(a, b)));
 }
 

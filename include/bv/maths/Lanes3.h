@@ -50,6 +50,8 @@ struct tLanes3
     {
         return (x != 0 ? 1 : 0) | (y != 0 ? 2 : 0) | (z != 0 ? 4 : 0);
     }
+    /// Whether all three masks are set.
+    [[nodiscard, gnu::always_inline]] inline bool All() const noexcept { return Bits() == 7; }
 
     [[nodiscard, gnu::always_inline]] friend inline Lanes operator+(Lanes a, Lanes b) noexcept
     {
@@ -86,16 +88,22 @@ struct tLanes3
         for (T const value : {last.x, last.y, last.z})
             tFar = value < tFar ? value : tFar;
     }
-    [[nodiscard, gnu::always_inline]] static inline Lanes Min(Lanes a, Lanes b) noexcept { return Select(a < b, a, b); }
-    [[nodiscard, gnu::always_inline]] static inline Lanes Max(Lanes a, Lanes b) noexcept { return Select(b < a, a, b); }
+    [[nodiscard, gnu::always_inline]] static inline Lanes Min(Lanes a, Lanes b) noexcept
+    {
+        return {a.x < b.x ? a.x : b.x, a.y < b.y ? a.y : b.y, a.z < b.z ? a.z : b.z};
+    }
+    [[nodiscard, gnu::always_inline]] static inline Lanes Max(Lanes a, Lanes b) noexcept
+    {
+        return {b.x < a.x ? a.x : b.x, b.y < a.y ? a.y : b.y, b.z < a.z ? a.z : b.z};
+    }
     [[nodiscard, gnu::always_inline]] static inline Lanes Magnitude(Lanes a) noexcept
     {
         return {std::abs(a.x), std::abs(a.y), std::abs(a.z)};
     }
-    /// a where the mask is set, b elsewhere.
-    [[nodiscard, gnu::always_inline]] static inline Lanes Select(Lanes mask, Lanes a, Lanes b) noexcept
+    /// 0 where the mask is set, a elsewhere.
+    [[nodiscard, gnu::always_inline]] static inline Lanes Unless(Lanes mask, Lanes a) noexcept
     {
-        return {mask.x != 0 ? a.x : b.x, mask.y != 0 ? a.y : b.y, mask.z != 0 ? a.z : b.z};
+        return {mask.x != 0 ? 0 : a.x, mask.y != 0 ? 0 : a.y, mask.z != 0 ? 0 : a.z};
     }
 };
 
@@ -132,6 +140,26 @@ template <typename T>
 [[nodiscard, gnu::always_inline]] inline float Larger(float a, float b) noexcept
 {
     return _mm_cvtss_f32(_mm_max_ss(_mm_set_ss(a), _mm_set_ss(b)));
+}
+
+/// Lowers the first two numbers at `ends` to those at `values` that are below them.
+/// @return whether one of them moved.
+[[gnu::always_inline]] inline bool LowerPair(void* ends, void const* values) noexcept
+{
+    __m128d const end = _mm_loadu_pd(static_cast<double const*>(ends));
+    __m128d const value = _mm_loadu_pd(static_cast<double const*>(values));
+    _mm_storeu_pd(static_cast<double*>(ends), _mm_min_pd(value, end));
+    return _mm_movemask_pd(_mm_cmplt_pd(value, end)) != 0;
+}
+
+/// Raises the first two numbers at `ends` to those at `values` that are above them.
+/// @return whether one of them moved.
+[[gnu::always_inline]] inline bool RaisePair(void* ends, void const* values) noexcept
+{
+    __m128d const end = _mm_loadu_pd(static_cast<double const*>(ends));
+    __m128d const value = _mm_loadu_pd(static_cast<double const*>(values));
+    _mm_storeu_pd(static_cast<double*>(ends), _mm_max_pd(value, end));
+    return _mm_movemask_pd(_mm_cmplt_pd(end, value)) != 0;
 }
 
 /// Four in a register, whose highest counts for nothing; masks are all bits or none.
@@ -172,6 +200,8 @@ struct tLanes3<float>
     [[nodiscard, gnu::always_inline]] inline float Z() const noexcept { return _mm_cvtss_f32(_mm_movehl_ps(xyz, xyz)); }
     /// One bit for each mask, x the lowest.
     [[nodiscard, gnu::always_inline]] inline int Bits() const noexcept { return _mm_movemask_ps(xyz) & 7; }
+    /// Whether all three masks are set.
+    [[nodiscard, gnu::always_inline]] inline bool All() const noexcept { return Bits() == 7; }
 
     [[nodiscard, gnu::always_inline]] friend inline Lanes operator+(Lanes a, Lanes b) noexcept
     {
@@ -232,10 +262,10 @@ struct tLanes3<float>
     {
         return {_mm_andnot_ps(_mm_set1_ps(-0.0F), a.xyz)};
     }
-    /// a where the mask is set, b elsewhere.
-    [[nodiscard, gnu::always_inline]] static inline Lanes Select(Lanes mask, Lanes a, Lanes b) noexcept
+    /// 0 where the mask is set, a elsewhere.
+    [[nodiscard, gnu::always_inline]] static inline Lanes Unless(Lanes mask, Lanes a) noexcept
     {
-        return {_mm_or_ps(_mm_and_ps(mask.xyz, a.xyz), _mm_andnot_ps(mask.xyz, b.xyz))};
+        return {_mm_andnot_ps(mask.xyz, a.xyz)};
     }
 };
 
@@ -277,6 +307,10 @@ struct tLanes3<double>
     {
         return _mm_movemask_pd(xy) | (_mm_movemask_pd(z) & 1) << 2;
     }
+    [[nodiscard, gnu::always_inline]] inline bool All() const noexcept
+    {
+        return _mm_movemask_pd(_mm_and_pd(xy, _mm_unpacklo_pd(z, z))) == 3;
+    }
 
     [[nodiscard, gnu::always_inline]] friend inline Lanes operator+(Lanes a, Lanes b) noexcept
     {
@@ -288,7 +322,7 @@ struct tLanes3<double>
     }
     [[nodiscard, gnu::always_inline]] friend inline Lanes operator*(Lanes a, Lanes b) noexcept
     {
-        return {_mm_mul_pd(a.xy, b.xy), _mm_mul_sd(a.z, b.z)};
+        return {_mm_mul_pd(a.xy, b.xy), _mm_mul_pd(a.z, b.z)}; // Clang would clear the rest of a single product
     }
     [[nodiscard, gnu::always_inline]] friend inline Lanes operator/(Lanes a, Lanes b) noexcept
     {
@@ -333,10 +367,9 @@ struct tLanes3<double>
         __m128d const sign = _mm_set1_pd(-0.0);
         return {_mm_andnot_pd(sign, a.xy), _mm_andnot_pd(sign, a.z)};
     }
-    [[nodiscard, gnu::always_inline]] static inline Lanes Select(Lanes mask, Lanes a, Lanes b) noexcept
+    [[nodiscard, gnu::always_inline]] static inline Lanes Unless(Lanes mask, Lanes a) noexcept
     {
-        return {_mm_or_pd(_mm_and_pd(mask.xy, a.xy), _mm_andnot_pd(mask.xy, b.xy)),
-                _mm_or_pd(_mm_and_pd(mask.z, a.z), _mm_andnot_pd(mask.z, b.z))};
+        return {_mm_andnot_pd(mask.xy, a.xy), _mm_andnot_pd(mask.z, a.z)};
     }
 };
 

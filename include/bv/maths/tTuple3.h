@@ -48,12 +48,12 @@ public:
     /// Component by index, 0 for x up to 2 for z. The index is not checked.
     [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept
     {
-        return this->*detail::SPACE_COMPONENTS<tTuple3, T>[index];
+        return this->*detail::ComponentAt(detail::SPACE_COMPONENTS<tTuple3, T>, index);
     }
     /// @copydoc operator[](std::size_t) const
     [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept
     {
-        return this->*detail::SPACE_COMPONENTS<tTuple3, T>[index];
+        return this->*detail::ComponentAt(detail::SPACE_COMPONENTS<tTuple3, T>, index);
     }
     /// @}
 

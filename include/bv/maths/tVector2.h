@@ -50,12 +50,12 @@ public:
     /// Component by index, 0 for x up to 1 for y. The index is not checked.
     [[nodiscard]] constexpr T const& operator[](std::size_t index) const noexcept
     {
-        return this->*detail::PLANE_COMPONENTS<tVector2, T>[index];
+        return this->*detail::ComponentAt(detail::PLANE_COMPONENTS<tVector2, T>, index);
     }
     /// @copydoc operator[](std::size_t) const
     [[nodiscard]] constexpr T& operator[](std::size_t index) noexcept
     {
-        return this->*detail::PLANE_COMPONENTS<tVector2, T>[index];
+        return this->*detail::ComponentAt(detail::PLANE_COMPONENTS<tVector2, T>, index);
     }
     /// @}
 

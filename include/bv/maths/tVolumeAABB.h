@@ -89,7 +89,7 @@ public:
     /// Squared distance from a point to the box, 0 inside. Summed x, y, z; on each axis the lower face is looked at
     /// first, and the upper face only for a point that is not below the lower one. A component that is NaN adds
     /// nothing; the empty box is at +infinity. The squares overflow and underflow as they are.
-    [[nodiscard]] constexpr T DistanceSquared(tVector3<T> const& point) const noexcept;
+    [[nodiscard, gnu::always_inline]] constexpr T DistanceSquared(tVector3<T> const& point) const noexcept;
     /// Distance from a point to the box, 0 inside: the square root of DistanceSquared(), also where that overflows to
     /// +infinity or underflows to 0.
     [[nodiscard]] T Distance(tVector3<T> const& point) const noexcept
@@ -122,7 +122,7 @@ public:
     ///
     /// The caller includes `bv/maths/tVolumeSphere.h`. Arvo, "A Simple Method for Box-Sphere Intersection Testing",
     /// Graphics Gems, 1990.
-    [[nodiscard]] constexpr bool Overlaps(tVolumeSphere<T> const& sphere) const noexcept;
+    [[nodiscard, gnu::always_inline]] constexpr bool Overlaps(tVolumeSphere<T> const& sphere) const noexcept;
     /// Halves the box across an axis. The halves share the plane in the middle, (min + max) * 0.5; on the other axes
     /// both keep the full extent.
     ///
@@ -187,19 +187,6 @@ public:
     /// @}
 
 private:
-    [[nodiscard, gnu::always_inline]] inline detail::tLanes3<T> Gaps(detail::tLanes3<T> point) const noexcept
-    {
-        using Lanes = detail::tLanes3<T>;
-        Lanes const zero = Lanes::Broadcast(T{0});
-        Lanes const below = Lanes::LoadFirst(this) - point;
-        Lanes const above = Lanes::Max(point - Lanes::LoadLast(this), zero);
-        return Lanes::Select(zero < below, below, above);
-    }
-    [[nodiscard, gnu::always_inline]] static inline T SumOfSquares(detail::tLanes3<T> gaps) noexcept
-    {
-        detail::tLanes3<T> const squares = gaps * gaps;
-        return squares.X() + squares.Y() + squares.Z();
-    }
     static constexpr void AddSpan(T element, T lower, T upper, T& newLower, T& newUpper) noexcept;
     [[noreturn, gnu::cold]] static void ThrowWrongAxis(char const* member, unsigned int line);
 };
@@ -227,7 +214,7 @@ constexpr bool tVolumeAABB<T>::Contains(tVector3<T> const& point, bool exclusive
         Lanes const upper = Lanes::LoadLast(this);
         Lanes const at = Lanes::Load(&point);
         Lanes const below = exclusiveMax ? at < upper : at <= upper;
-        return ((lower <= at) & below).Bits() == 7;
+        return ((lower <= at) & below).All();
     }
     if (!(point.x >= min.x))
         return false;
@@ -239,10 +226,21 @@ constexpr bool tVolumeAABB<T>::Contains(tVector3<T> const& point, bool exclusive
 template <typename T>
 constexpr T tVolumeAABB<T>::DistanceSquared(tVector3<T> const& point) const noexcept
 {
-    if (!std::is_constant_evaluated())
+#if defined __clang__
+    constexpr bool TOGETHER = std::is_same_v<T, float>; // one by one, it does two boxes of double at a time
+#else
+    constexpr bool TOGETHER = true;
+#endif
+    if (TOGETHER && !std::is_constant_evaluated())
     {
-        detail::tLanes3<T> const gaps = Gaps(detail::tLanes3<T>::Load(&point));
-        return SumOfSquares(gaps);
+        using Lanes = detail::tLanes3<T>;
+        Lanes const zero = Lanes::Broadcast(T{0});
+        Lanes const at = Lanes::Load(&point);
+        Lanes const below = Lanes::LoadFirst(this) - at;
+        Lanes const above = Lanes::Unless(zero < below, at - Lanes::LoadLast(this));
+        Lanes const gaps = Lanes::Max(below, Lanes::Max(above, zero));
+        Lanes const squares = gaps * gaps;
+        return squares.X() + squares.Y() + squares.Z();
     }
     T const x = detail::Gap(min.x, max.x, point.x);
     T const y = detail::Gap(min.y, max.y, point.y);
@@ -293,17 +291,14 @@ constexpr bool tVolumeAABB<T>::Overlaps(tVolumeSphere<T> const& sphere) const no
 {
     tVector3<T> const& centre = sphere.GetCentre();
     T const limit = sphere.GetRadiusSquared();
-    if (!std::is_constant_evaluated())
-    {
-        // The partial sums ascend, so that the whole sum says what the sum after the last gap says.
-        detail::tLanes3<T> const gaps = Gaps(detail::tLanes3<T>::Load(&centre));
-        bool const reaches = SumOfSquares(gaps) >= limit;
-        return !reaches || (detail::tLanes3<T>::Broadcast(T{0}) < gaps).Bits() == 0;
-    }
-    T sum = 0;
-    return !detail::AddingReaches(sum, detail::Gap(min.x, max.x, centre.x), limit) &&
-           !detail::AddingReaches(sum, detail::Gap(min.y, max.y, centre.y), limit) &&
-           !detail::AddingReaches(sum, detail::Gap(min.z, max.z, centre.z), limit);
+    // The partial sums ascend, so that the whole sum says what the sum after the last gap says; and what reaches a
+    // limit above 0 has a gap.
+    if (limit > T{0}) [[likely]]
+        return DistanceSquared(centre) < limit;
+    // Any sum reaches another limit, if there is a gap; but for NaN, which nothing reaches.
+    bool const apart = centre.x < min.x || centre.x > max.x || centre.y < min.y || centre.y > max.y ||
+                       centre.z < min.z || centre.z > max.z;
+    return !apart || !(limit <= T{0});
 }
 
 template <typename T>
@@ -328,24 +323,16 @@ constexpr void tVolumeAABB<T>::Expand(T factor) noexcept
 template <typename T>
 constexpr bool tVolumeAABB<T>::ExpandAndSignal(tVolumeAABB const& box) noexcept
 {
-    bool changed = detail::LowerTo(min.x, box.min.x);
-    changed |= detail::RaiseTo(max.x, box.max.x);
-    changed |= detail::LowerTo(min.y, box.min.y);
-    changed |= detail::RaiseTo(max.y, box.max.y);
-    changed |= detail::LowerTo(min.z, box.min.z);
-    changed |= detail::RaiseTo(max.z, box.max.z);
+    bool changed = detail::LowerTo(min, box.min);
+    changed |= detail::RaiseTo(max, box.max);
     return changed;
 }
 
 template <typename T>
 constexpr bool tVolumeAABB<T>::ExpandAndSignal(tVector3<T> const& point) noexcept
 {
-    bool changed = detail::LowerTo(min.x, point.x);
-    changed |= detail::RaiseTo(max.x, point.x);
-    changed |= detail::LowerTo(min.y, point.y);
-    changed |= detail::RaiseTo(max.y, point.y);
-    changed |= detail::LowerTo(min.z, point.z);
-    changed |= detail::RaiseTo(max.z, point.z);
+    bool changed = detail::LowerTo(min, point);
+    changed |= detail::RaiseTo(max, point);
     return changed;
 }
 

@@ -93,7 +93,10 @@ public:
     /// radii may overflow or underflow where the radii would not.
     [[nodiscard]] bool Overlaps(tVolumeSphere const& other) const noexcept;
     /// Whether the sphere and a box have more than a touch in common: tVolumeAABB::Overlaps(), from the other side.
-    [[nodiscard]] constexpr bool Overlaps(tVolumeAABB<T> const& box) const noexcept { return box.Overlaps(*this); }
+    [[nodiscard, gnu::always_inline]] constexpr bool Overlaps(tVolumeAABB<T> const& box) const noexcept
+    {
+        return box.Overlaps(*this);
+    }
     /// @}
 
     /// @name Operators

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <istream>
 #include <ostream>
+#include <type_traits>
 
 #include "Maths/Text.h"
 #include "bv/InvalidArgumentException.h"
@@ -21,6 +22,39 @@ template <typename T>
 [[nodiscard]] bool AreOrthogonal(tVector3<T> const& a, tVector3<T> const& b) noexcept
 {
     return std::abs(a.Dot(b)) < TOLERANCE<T>;
+}
+
+template <typename T>
+struct Turn
+{
+    T cosine, sine;
+};
+
+/// The values of std::cos() and std::sin(). GCC makes one call of the two; Clang has to be told.
+template <typename T>
+[[nodiscard]] Turn<T> TurnBy(T angle) noexcept
+{
+#if defined __GLIBC__ && defined _GNU_SOURCE
+    // Apart: Clang reads neighbours in one load, which waits until the two stores are through.
+    alignas(16) T cosine;
+    alignas(16) T sine;
+    if constexpr (std::is_same_v<T, float>)
+        ::sincosf(angle, &sine, &cosine);
+    else
+        ::sincos(angle, &sine, &cosine);
+    return {cosine, sine};
+#else
+    return {std::cos(angle), std::sin(angle)};
+#endif
+}
+
+/// A copy that is read number by number. Callers often store the components just before the call, one by one, and Clang
+/// likes to read two at once, which waits until both are through.
+template <typename T>
+[[nodiscard]] tVector3<T> ReadApart(tVector3<T> const& vector) noexcept
+{
+    tVector3<T> const volatile& components = vector;
+    return {components.x, components.y, components.z};
 }
 
 [[nodiscard]] char const* BytesOf(void const* object) noexcept
@@ -43,10 +77,12 @@ void tMatrix4<T>::ThrowSingular(char const* member, unsigned int line)
 }
 
 template <typename T>
-void tMatrix4<T>::ThrowInvalidView(char const* member, unsigned int line)
+void tMatrix4<T>::CheckView(T left, T right, T bottom, T top, T nearPlane, T farPlane, char const* member,
+                            unsigned int line)
 {
-    throw InvalidArgumentException(L"Invalid view parameters", FILE_NAME, line,
-                                   FunctionName<T>("tMatrix4", member).c_str());
+    if (IsEqual(left, right) || IsEqual(bottom, top) || IsEqual(nearPlane, farPlane))
+        throw InvalidArgumentException(L"Invalid view parameters", FILE_NAME, line,
+                                       FunctionName<T>("tMatrix4", member).c_str());
 }
 
 template <typename T>
@@ -149,7 +185,8 @@ tMatrix4<T>& tMatrix4<T>::MultiplyDiagonal(tMatrix4 const& other) noexcept
         for (std::size_t row = 0; row < 3; ++row)
             for (std::size_t column = 0; column < 3; ++column)
                 a[4 * row + column] = diagonal[row] * b[4 * row + column];
-        if (other.state == ORTHONORMAL && IsEqual(Determinant(), T{1})) // of the diagonal that is already scaled
+        // the determinant of the diagonal that is already scaled
+        if (other.state == ORTHONORMAL && IsEqual(DiagonalDeterminant(a), T{1}))
         {
             a[IDX_44] = T{1};
             state = ORTHONORMAL;
@@ -167,7 +204,7 @@ tMatrix4<T>& tMatrix4<T>::MultiplyDiagonal(tMatrix4 const& other) noexcept
         for (std::size_t row = 0; row < 3; ++row)
             for (std::size_t column = 0; column < 3; ++column)
                 a[4 * row + column] = a[4 * row + column] * diagonal[column];
-        if (state == ORTHONORMAL && IsEqual(other.Determinant(), T{1}))
+        if (state == ORTHONORMAL && IsEqual(DiagonalDeterminant(b), T{1}))
             return *this;
         for (std::size_t column = 0; column < 3; ++column)
             a[12 + column] = a[12 + column] * diagonal[column];
@@ -181,8 +218,7 @@ tMatrix4<T>& tMatrix4<T>::MultiplyDiagonal(tMatrix4 const& other) noexcept
 template <typename T>
 tMatrix4<T> tMatrix4<T>::RotateX(T const& angle) noexcept
 {
-    T const c = std::cos(angle);
-    T const s = std::sin(angle);
+    auto const [c, s] = TurnBy(angle);
     return tMatrix4(Rows{Quad(T{1}, T{0}, T{0}, T{0}), Quad(T{0}, c, -s, T{0}), Quad(T{0}, s, c, T{0}),
                          Quad(T{0}, T{0}, T{0}, T{1})},
                     ORTHONORMAL);
@@ -193,8 +229,7 @@ tMatrix4<T> tMatrix4<T>::RotateY(T const& angle) noexcept
 {
     if (IsEqual(angle, T{0}))
         return tMatrix4();
-    T const c = std::cos(angle);
-    T const s = std::sin(angle);
+    auto const [c, s] = TurnBy(angle);
     return tMatrix4(Rows{Quad(c, T{0}, s, T{0}), Quad(T{0}, T{1}, T{0}, T{0}), Quad(-s, T{0}, c, T{0}),
                          Quad(T{0}, T{0}, T{0}, T{1})},
                     ORTHONORMAL);
@@ -205,8 +240,7 @@ tMatrix4<T> tMatrix4<T>::RotateZ(T const& angle) noexcept
 {
     if (IsEqual(angle, T{0}))
         return tMatrix4();
-    T const c = std::cos(angle);
-    T const s = std::sin(angle);
+    auto const [c, s] = TurnBy(angle);
     return tMatrix4(Rows{Quad(c, -s, T{0}, T{0}), Quad(s, c, T{0}, T{0}), Quad(T{0}, T{0}, T{1}, T{0}),
                          Quad(T{0}, T{0}, T{0}, T{1})},
                     ORTHONORMAL);
@@ -215,12 +249,12 @@ tMatrix4<T> tMatrix4<T>::RotateZ(T const& angle) noexcept
 template <typename T>
 tMatrix4<T> tMatrix4<T>::RotateAxis(tVector3<T> const& point, tVector3<T> const& direction, T const& angle) noexcept
 {
-    if (IsEqual(angle, T{0}) || direction == tVector3<T>())
+    tVector3<T> const axis = ReadApart(direction);
+    if (IsEqual(angle, T{0}) || axis == tVector3<T>())
         return tMatrix4();
 
-    auto const [x, y, z] = direction.Normalised();
-    T const c = std::cos(angle);
-    T const s = std::sin(angle);
+    auto const [x, y, z] = axis.Normalised();
+    auto const [c, s] = TurnBy(angle);
     T const t = T{1} - c;
     tVector3<T> const row1(t * x * x + c, t * x * y - s * z, t * x * z + s * y);
     tVector3<T> const row2(t * x * y + s * z, t * y * y + c, t * y * z - s * x);
@@ -267,8 +301,7 @@ template <typename T>
 tMatrix4<T> tMatrix4<T>::OrthogonalProjection(T const& left, T const& right, T const& bottom, T const& top,
                                               T const& nearPlane, T const& farPlane)
 {
-    if (IsEmptyView(left, right, bottom, top, nearPlane, farPlane))
-        ThrowInvalidView("OrthogonalProjection", 1212);
+    CheckView(left, right, bottom, top, nearPlane, farPlane, "OrthogonalProjection", 1212);
     T const perWidth = T{1} / (right - left);
     T const perHeight = T{1} / (top - bottom);
     T const perDepth = T{1} / (farPlane - nearPlane);

@@ -358,6 +358,15 @@ void ExpectPlain(tMatrix4<T> const& actual, Plain<T> const& expected)
     ExpectMatrix(actual, expected.elements, expected.state);
 }
 
+/// ExpectValues(), with any NaN for a NaN.
+template <typename T>
+void ExpectValuesOrNaN(tMatrix4<T> const& actual, Elements<T> const& elements, std::uint32_t state)
+{
+    for (std::size_t i = 0; i < 16; ++i)
+        EXPECT_TRUE(actual[i] == elements[i] || (std::isnan(actual[i]) && std::isnan(elements[i]))) << "element " << i;
+    EXPECT_EQ(StateOf(actual), state);
+}
+
 /// Matrices in every state, with elements that fit the state and with elements that do not.
 template <typename T>
 std::vector<Plain<T>> Samples()
@@ -891,6 +900,55 @@ TYPED_TEST(Matrix4ArithmeticTest, OnlyTheTransposedCopyOfAGeneralMatrixIsClassif
     }
 }
 
+TYPED_TEST(Matrix4ArithmeticTest, ResultsAreClassifiedAtTheBoundsOfTheStates)
+{
+    TypeParam const epsilon = std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const tolerance = TOLERANCE<TypeParam>;
+    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    TypeParam const infinity = std::numeric_limits<TypeParam>::infinity();
+    // Its square is far below epsilon, so a turn by it has the diagonal of the identity.
+    TypeParam const slight = 64 * tolerance;
+    struct Case
+    {
+        TypeParam m11, m21;
+        std::uint32_t state;
+    };
+    Case const cases[] = {{1, slight, ORTHONORMAL},
+                          {1 + 20 * epsilon, slight, ORTHONORMAL}, // the square is 40 steps above 1
+                          {1 + 60 * epsilon, slight, GENERAL},     // 120 steps
+                          {1 + 99 * tolerance, slight, GENERAL},
+                          {1 + 101 * tolerance, slight, GENERAL},
+                          {1 + 101 * tolerance, 9 * tolerance, GENERAL},
+                          {2, 11 * tolerance, GENERAL},
+                          {2, tolerance, GENERAL},
+                          {2, tolerance / 2, DIAGONAL},
+                          {2, 0, DIAGONAL},
+                          {-2, -1, GENERAL},
+                          {-1, slight, GENERAL}, // a mirror
+                          {TypeParam{0.5}, 1, GENERAL},
+                          {infinity, 1, GENERAL},
+                          {infinity, 0, DIAGONAL},
+                          {nan, 1, GENERAL},
+                          {nan, 0, DIAGONAL},
+                          {2, nan, GENERAL},
+                          {2, -infinity, GENERAL}};
+    for (auto const& [m11, m21, state] : cases)
+    {
+        SCOPED_TRACE(std::to_string(m11) + ' ' + std::to_string(m21));
+        Elements<TypeParam> const m = {m11, -m21, 0, 0, m21, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+        Elements<TypeParam> const transposed = {m11, m21, 0, 0, -m21, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+        ExpectValuesOrNaN(MakeMatrix(m, GENERAL).Transposed(), transposed, state);
+        EXPECT_EQ(StateOf(tMatrix4<TypeParam>(m.data())), state);
+        // 1 on the diagonal, but not labelled so, multiplies the elements by 1. Infinity and NaN times 0 are NaN.
+        if (std::isfinite(m11) && std::isfinite(m21))
+        {
+            tMatrix4<TypeParam> const one = MakeMatrix(IDENTITY_ELEMENTS<TypeParam>, DIAGONAL);
+            ExpectValues(one * MakeMatrix(m, GENERAL), m, state);
+            ExpectValues(MakeMatrix(m, GENERAL) * one, m, state);
+        }
+    }
+}
+
 // The determinant
 
 TYPED_TEST(Matrix4ArithmeticTest, TheDeterminantGoesByTheStateAndNotByTheElements)
@@ -1198,6 +1256,87 @@ TYPED_TEST(QuadTest, LanesKeepTheirPlaces)
     EXPECT_EQ(Lanes(a.template Shuffled<1, 0, 0, 0>()), (Array{2, 1, 1, 1}));
     EXPECT_EQ(Lanes(a.template Shuffled<2, 2, 1, 1>()), (Array{3, 3, 2, 2}));
     EXPECT_EQ(Lanes(a.template Shuffled<3, 3, 3, 2>()), (Array{4, 4, 4, 3}));
+    EXPECT_EQ(Lanes(a.template Shuffled<0, 2, 3, 1>()), (Array{1, 3, 4, 2}));
+    EXPECT_EQ(Lanes(Quad::template Spread<0>(values)), (Array{1, 1, 1, 1}));
+    EXPECT_EQ(Lanes(Quad::template Spread<1>(values)), (Array{2, 2, 2, 2}));
+    EXPECT_EQ(Lanes(Quad::template Spread<2>(values)), (Array{3, 3, 3, 3}));
+    EXPECT_EQ(Lanes(Quad::template Spread<3>(values)), (Array{4, 4, 4, 4}));
+    EXPECT_EQ(Lanes(a.Interleaved(b)), (Array{1, 50, 2, 60}));
+    EXPECT_EQ(Lanes(a.WithoutLast()), (Array{1, 2, 3, 0}));
+    EXPECT_EQ(Lanes(a.template With<0>(b)), (Array{50, 2, 3, 4}));
+    EXPECT_EQ(Lanes(a.template With<1>(b)), (Array{1, 60, 3, 4}));
+    EXPECT_EQ(Lanes(a.template With<2>(b)), (Array{1, 2, 70, 4}));
+    EXPECT_EQ(Lanes(a.template With<3>(b)), (Array{1, 2, 3, 80}));
+    EXPECT_EQ(a.template Get<0>(), TypeParam{1});
+    EXPECT_EQ(a.template Get<1>(), TypeParam{2});
+    EXPECT_EQ(a.template Get<2>(), TypeParam{3});
+    EXPECT_EQ(a.template Get<3>(), TypeParam{4});
+}
+
+TYPED_TEST(QuadTest, RowsBecomeColumns)
+{
+    using Quad = bv::maths::detail::tQuad<TypeParam>;
+    using Array = std::array<TypeParam, 4>;
+    Quad a(11, 12, 13, 14);
+    Quad b(21, 22, 23, 24);
+    Quad c(31, 32, 33, 34);
+    Quad d(41, 42, 43, 44);
+    Quad::Transpose(a, b, c, d);
+    EXPECT_EQ(Lanes(a), (Array{11, 21, 31, 41}));
+    EXPECT_EQ(Lanes(b), (Array{12, 22, 32, 42}));
+    EXPECT_EQ(Lanes(c), (Array{13, 23, 33, 43}));
+    EXPECT_EQ(Lanes(d), (Array{14, 24, 34, 44}));
+    Quad::Transpose(a, b, c); // and back, three of them
+    EXPECT_EQ(Lanes(a.WithoutLast()), (Array{11, 12, 13, 0}));
+    EXPECT_EQ(Lanes(b.WithoutLast()), (Array{21, 22, 23, 0}));
+    EXPECT_EQ(Lanes(c.WithoutLast()), (Array{31, 32, 33, 0}));
+}
+
+TYPED_TEST(QuadTest, RowsTimesRowsAreAProductOfMatrices)
+{
+    alignas(16) TypeParam left[16];
+    alignas(16) TypeParam right[16];
+    for (int i = 0; i < 16; ++i)
+    {
+        left[i] = static_cast<TypeParam>(i * i % 7 + 1);
+        right[i] = static_cast<TypeParam>(i * 5 % 11 - 4);
+    }
+    auto const [row1, row2, row3, row4] = bv::maths::detail::Multiply(left, right);
+    std::array<TypeParam, 4> const rows[] = {Lanes(row1), Lanes(row2), Lanes(row3), Lanes(row4)};
+    for (std::size_t row = 0; row < 4; ++row)
+        for (std::size_t column = 0; column < 4; ++column)
+        {
+            TypeParam sum{0};
+            for (std::size_t k = 0; k < 4; ++k)
+                sum += left[4 * row + k] * right[4 * k + column];
+            EXPECT_EQ(rows[row][column], sum) << row << ", " << column;
+        }
+}
+
+TYPED_TEST(QuadTest, LanesAreComparedWithABound)
+{
+    using Quad = bv::maths::detail::tQuad<TypeParam>;
+    for (TypeParam const value : {TypeParam{4}, TypeParam{-4}, TypeParam{5}, TypeParam{-5}})
+        EXPECT_FALSE(Quad::Broadcast(value).HasLaneWithin(4));
+    for (TypeParam const value : {TypeParam{0}, TypeParam{3}, TypeParam{-3}})
+    {
+        EXPECT_TRUE(Quad(value, 9, 9, 9).HasLaneWithin(4));
+        EXPECT_TRUE(Quad(9, value, 9, 9).HasLaneWithin(4));
+        EXPECT_TRUE(Quad(9, 9, value, 9).HasLaneWithin(4));
+        EXPECT_TRUE(Quad(9, 9, 9, value).HasLaneWithin(4));
+    }
+    EXPECT_FALSE(Quad(3, -9, 2, 1).HasLaneNotBelow(4));
+    EXPECT_TRUE(Quad(4, 0, 0, 0).HasLaneNotBelow(4));
+    EXPECT_TRUE(Quad(0, 4, 0, 0).HasLaneNotBelow(4));
+    EXPECT_TRUE(Quad(0, 0, 4, 0).HasLaneNotBelow(4));
+    EXPECT_TRUE(Quad(0, 0, 0, 4).HasLaneNotBelow(4));
+    if constexpr (std::numeric_limits<TypeParam>::has_quiet_NaN)
+    {
+        TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+        EXPECT_FALSE(Quad(9, nan, 9, nan).HasLaneWithin(4));
+        EXPECT_TRUE(Quad(nan, 9, 9, 0).HasLaneWithin(4));
+        EXPECT_TRUE(Quad(0, 0, nan, 0).HasLaneNotBelow(4));
+    }
 }
 
 } // namespace

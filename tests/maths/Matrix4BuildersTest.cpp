@@ -484,6 +484,41 @@ TYPED_TEST(Matrix4BuildersTest, AViewWithAnExtentJustBeyondTheToleranceIsValid)
     EXPECT_NO_THROW(static_cast<void>(tMatrix4<TypeParam>::PerspectiveProjection(-1, 1, -1, 1, -1, 1)));
 }
 
+TYPED_TEST(Matrix4BuildersTest, TheEndsOfAViewAreComparedAtEveryMagnitude)
+{
+    using T = TypeParam;
+    T const epsilon = std::numeric_limits<T>::epsilon();
+    for (T const size : {T{1}, T{1024}, std::numeric_limits<T>::max() / 4, std::numeric_limits<T>::max() / 2})
+        for (T const sign : {T{1}, T{-1}})
+        {
+            T const end = sign * size;
+            T const equal = end * (1 + 50 * epsilon);
+            T const different = end * (1 + 101 * epsilon); // at least 51 steps, wherever the end lies in its binade
+            ExpectInvalid<T>(end, equal, 2, 3, 4, 5);
+            ExpectInvalid<T>(2, 3, equal, end, 4, 5);
+            ExpectInvalid<T>(2, 3, 4, 5, end, equal);
+            EXPECT_NO_THROW(static_cast<void>(tMatrix4<T>::PerspectiveProjection(end, different, 2, 3, 4, 5)));
+            EXPECT_NO_THROW(static_cast<void>(tMatrix4<T>::PerspectiveProjection(2, 3, different, end, 4, 5)));
+            EXPECT_NO_THROW(static_cast<void>(tMatrix4<T>::PerspectiveProjection(2, 3, 4, 5, end, different)));
+        }
+    T const tolerance = bv::maths::TOLERANCE<T>;
+    T const below = std::nextafter(tolerance, T{0});
+    ExpectInvalid<T>(0, below, 2, 3, 4, 5);
+    ExpectInvalid<T>(below, 0, 2, 3, 4, 5);
+    ExpectInvalid<T>(2, 3, -below, 0, 4, 5);
+    ExpectInvalid<T>(2, 3, 4, 5, 0, std::numeric_limits<T>::denorm_min());
+    EXPECT_NO_THROW(static_cast<void>(tMatrix4<T>::PerspectiveProjection(0, tolerance, tolerance, 0, -tolerance, 0)));
+    // The largest numbers and infinity are neighbours.
+    T const infinity = std::numeric_limits<T>::infinity();
+    T const largest = std::numeric_limits<T>::max();
+    ExpectInvalid<T>(largest, infinity, 2, 3, 4, 5);
+    ExpectInvalid<T>(infinity, largest, 2, 3, 4, 5);
+    ExpectInvalid<T>(2, 3, -infinity, -largest, 4, 5);
+    ExpectInvalid<T>(2, 3, 4, 5, infinity, infinity);
+    EXPECT_NO_THROW(
+        static_cast<void>(tMatrix4<T>::PerspectiveProjection(1, infinity, -largest, largest, 1, -infinity)));
+}
+
 TYPED_TEST(Matrix4BuildersTest, ANonFiniteViewGivesNonFiniteElements)
 {
     TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();

@@ -303,10 +303,7 @@ private:
 
     /// The elements, outside of a matrix. Operations compute in these and write to the matrix at the end, through one
     /// pointer, so that the compiler can keep a result that is only copied in registers.
-    struct Rows
-    {
-        Quad row1, row2, row3, row4;
-    };
+    using Rows = detail::tRows<T>;
 
     struct Result
     {
@@ -316,8 +313,17 @@ private:
 
     /// Sixteen elements whose state is known.
     tMatrix4(T const* values, State known) noexcept;
-    /// @copydoc tMatrix4(T const*, State)
-    [[gnu::always_inline]] tMatrix4(Rows const& rows, State known) noexcept;
+    /// The same. A template, so that it is no part of the instances in the library: Clang calls the constructors that
+    /// are by another name, and then inlines none of them.
+    template <typename Known>
+    requires std::is_same_v<Known, State>
+    [[gnu::always_inline]] tMatrix4(Rows const& rows, Known known) noexcept
+    {
+        T* const aligned = AlignedBuffer();
+        Store(aligned, rows);
+        state = known;
+        elements = aligned; // last: nothing that follows can then be taken for a change of it
+    }
     [[nodiscard, gnu::always_inline]] static tMatrix4 Make(Result const& result) noexcept
     {
         return tMatrix4(result.rows, result.state);
@@ -337,24 +343,30 @@ private:
     /// The classification that SetState() stores, without a matrix.
     [[nodiscard]] static State Classify(T const* values) noexcept;
     [[nodiscard, gnu::always_inline]] static State Classify(Rows const& rows) noexcept;
+    [[nodiscard, gnu::always_inline]] static T DiagonalDeterminant(T const* m) noexcept;
     [[nodiscard, gnu::always_inline]] static T FullDeterminant(T const* m) noexcept;
     [[nodiscard, gnu::always_inline]] static bool IsPlainlyGeneral(Rows const& rows) noexcept;
 
     [[gnu::always_inline]] static void ResetFourthRowAndColumn(Rows& rows) noexcept;
-    [[nodiscard, gnu::always_inline]] static Quad Combine(T const* factors, Rows const& rows) noexcept;
-    [[nodiscard, gnu::always_inline]] static Rows Multiply(tMatrix4 const& left, tMatrix4 const& right) noexcept;
+    /// Whether two states that are neither IDENTITY nor DIAGONAL are both ORTHONORMAL.
+    [[nodiscard]] static bool AreRotations(State a, State b) noexcept { return (a | b) == ORTHONORMAL; }
+    [[nodiscard, gnu::always_inline]] static Rows RotationProduct(T const* left, T const* right) noexcept;
     [[nodiscard, gnu::always_inline]] static Result Product(tMatrix4 const& left, tMatrix4 const& right) noexcept;
     [[nodiscard, gnu::always_inline]] static Rows ScaledRows(T const* diagonal, Rows const& rows) noexcept;
     [[nodiscard, gnu::always_inline]] static Rows ScaledColumns(Rows const& rows, T const* diagonal) noexcept;
     tMatrix4& MultiplyDiagonal(tMatrix4 const& other) noexcept;
     [[gnu::always_inline]] static void Transpose3(T* m) noexcept;
     [[nodiscard, gnu::always_inline]] Result TransposedRows() const noexcept;
+    [[nodiscard, gnu::always_inline]] Rows TransposedRotation() const noexcept;
     [[nodiscard, gnu::always_inline]] static bool IsTooSmall(T divisor) noexcept;
     [[nodiscard, gnu::always_inline]] Rows InverseOfDiagonal(char const* member, unsigned int line) const;
     [[nodiscard, gnu::always_inline]] Rows InverseOfGeneral(char const* member, unsigned int line) const;
-    [[nodiscard, gnu::always_inline]] static bool IsEmptyView(T left, T right, T bottom, T top, T nearPlane,
-                                                              T farPlane) noexcept;
-    [[noreturn, gnu::cold]] static void ThrowInvalidView(char const* member, unsigned int line);
+    /// Whether no value is IsEqual() to the one that differs from it by the difference; false says nothing.
+    [[nodiscard, gnu::always_inline]] static bool ArePlainlyDifferent(Quad const& values,
+                                                                      Quad const& differences) noexcept;
+    /// Throws when the two ends of an extent are IsEqual().
+    static void CheckView(T left, T right, T bottom, T top, T nearPlane, T farPlane, char const* member,
+                          unsigned int line);
     [[noreturn, gnu::cold]] static void ThrowSingular(char const* member, unsigned int line);
 };
 
@@ -392,16 +404,6 @@ inline void tMatrix4<T>::Store(T* aligned, Rows const& rows) noexcept
     rows.row4.Store(aligned + 12);
 }
 
-// The pointer is stored last: nothing that follows can then be taken for a change of it.
-template <typename T>
-inline tMatrix4<T>::tMatrix4(Rows const& rows, State known) noexcept
-{
-    T* const aligned = AlignedBuffer();
-    Store(aligned, rows);
-    state = known;
-    elements = aligned;
-}
-
 template <typename T>
 template <typename U>
 inline void tMatrix4<T>::ReadElements(U const* values) noexcept
@@ -423,12 +425,15 @@ inline void tMatrix4<T>::ResetFourthRowAndColumn(Rows& rows) noexcept
 }
 
 // Recognises many matrices that are GENERAL, and no others: those whose first column is neither near zero off the
-// diagonal nor near length 1. The bounds are far wider than those of IsEqual().
+// diagonal nor near length 1. The bounds are far wider than those of IsEqual(). Two elements often show it, with less
+// work.
 template <typename T>
 inline bool tMatrix4<T>::IsPlainlyGeneral(Rows const& rows) noexcept
 {
     T const m11 = rows.row1.template Get<0>();
     T const m21 = rows.row2.template Get<0>();
+    if (std::abs(m11) > T{1} + T{100} * TOLERANCE<T> && std::abs(m21) > T{10} * TOLERANCE<T>)
+        return true;
     T const m31 = rows.row3.template Get<0>();
     T const m41 = rows.row4.template Get<0>();
     T const offDiagonal = m21 * m21 + m31 * m31 + m41 * m41;
@@ -539,43 +544,66 @@ inline T tMatrix4<T>::Determinant() const noexcept
 {
     if (IsOrthonormal())
         return T{1};
-    T const* const m = elements;
-    if (state == DIAGONAL)
-        return m[IDX_11] * m[IDX_22] * m[IDX_33] * m[IDX_44];
-    return FullDeterminant(m);
+    return state == DIAGONAL ? DiagonalDeterminant(elements) : FullDeterminant(elements);
 }
 
+template <typename T>
+inline T tMatrix4<T>::DiagonalDeterminant(T const* m) noexcept
+{
+    return m[IDX_11] * m[IDX_22] * m[IDX_33] * m[IDX_44];
+}
+
+namespace detail
+{
+
+/// A row or column of a matrix for four determinants: lane j holds the first, second and third of the elements that
+/// remain without the one at j.
+template <typename T>
+struct tMinors
+{
+    tQuad<T> first, second, third;
+
+    [[gnu::always_inline]] explicit tMinors(tQuad<T> const& line) noexcept
+        : first{line.template Shuffled<1, 0, 0, 0>()},
+          second{line.template Shuffled<2, 2, 1, 1>()},
+          third{line.template Shuffled<3, 3, 3, 2>()}
+    {
+    }
+
+    /// The four 2x2 determinants of the last two elements of this line and another.
+    [[nodiscard, gnu::always_inline]] tQuad<T> Cross(tMinors const& other) const noexcept
+    {
+        return second * other.third - other.second * third;
+    }
+};
+
+} // namespace detail
+
+// The expansion along the first row, its four products side by side: each lane has the determinant without its column,
+// expanded along the second row.
 template <typename T>
 inline T tMatrix4<T>::FullDeterminant(T const* m) noexcept
 {
-    T const s0 = m[IDX_31] * m[IDX_44] - m[IDX_41] * m[IDX_34];
-    T const s1 = m[IDX_31] * m[IDX_43] - m[IDX_41] * m[IDX_33];
-    T const s2 = m[IDX_33] * m[IDX_44] - m[IDX_43] * m[IDX_34];
-    T const s3 = m[IDX_31] * m[IDX_42] - m[IDX_41] * m[IDX_32];
-    T const s4 = m[IDX_32] * m[IDX_44] - m[IDX_42] * m[IDX_34];
-    T const s5 = m[IDX_32] * m[IDX_43] - m[IDX_42] * m[IDX_33];
-    return m[IDX_11] * (m[IDX_22] * s2 - m[IDX_23] * s4 + m[IDX_24] * s5) -
-           m[IDX_12] * (m[IDX_21] * s2 - m[IDX_23] * s0 + m[IDX_24] * s1) +
-           m[IDX_13] * (m[IDX_21] * s4 - m[IDX_22] * s0 + m[IDX_24] * s3) -
-           m[IDX_14] * (m[IDX_21] * s5 - m[IDX_22] * s1 + m[IDX_23] * s3);
+    detail::tMinors<T> const row2(Quad(m + 4));
+    detail::tMinors<T> const row3(Quad(m + 8));
+    detail::tMinors<T> const row4(Quad(m + 12));
+    Quad const minors = row2.first * row3.Cross(row4) -
+                        row2.second * (row3.first * row4.third - row4.first * row3.third) +
+                        row2.third * (row3.first * row4.second - row4.first * row3.second);
+    Quad const products = Quad(m) * minors;
+    return products.template Get<0>() - products.template Get<1>() + products.template Get<2>() -
+           products.template Get<3>();
 }
 
+// The third row comes first: compilers would else compute what the general product begins with, too, before they know
+// which of the two they need, and have too few registers for it.
 template <typename T>
-inline typename tMatrix4<T>::Quad tMatrix4<T>::Combine(T const* factors, Rows const& rows) noexcept
+inline typename tMatrix4<T>::Rows tMatrix4<T>::RotationProduct(T const* left, T const* right) noexcept
 {
-    return Quad::Broadcast(factors[0]) * rows.row1 + Quad::Broadcast(factors[1]) * rows.row2 +
-           Quad::Broadcast(factors[2]) * rows.row3 + Quad::Broadcast(factors[3]) * rows.row4;
-}
-
-// Four sums of four products for each row.
-template <typename T>
-inline typename tMatrix4<T>::Rows tMatrix4<T>::Multiply(tMatrix4 const& left, tMatrix4 const& right) noexcept
-{
-    T const* const a = left.elements;
-    Rows const b = right.Load();
-    Rows rows{Combine(a, b), Combine(a + 4, b), Combine(a + 8, b), Combine(a + 12, b)};
-    if (left.state == ORTHONORMAL && right.state == ORTHONORMAL)
-        ResetFourthRowAndColumn(rows);
+    Rows const b = detail::LoadRows(right);
+    Quad const row3 = detail::Combine(left + 8, b);
+    Rows rows{detail::Combine(left, b), detail::Combine(left + 4, b), row3, row3};
+    ResetFourthRowAndColumn(rows);
     return rows;
 }
 
@@ -596,22 +624,26 @@ inline typename tMatrix4<T>::Rows tMatrix4<T>::ScaledColumns(Rows const& rows, T
 template <typename T>
 inline typename tMatrix4<T>::Result tMatrix4<T>::Product(tMatrix4 const& left, tMatrix4 const& right) noexcept
 {
+    T const* const a = left.elements;
+    T const* const b = right.elements;
+    if (!left.IsDiagonal() && !right.IsDiagonal())
+    {
+        if (AreRotations(left.state, right.state))
+            return {RotationProduct(a, b), ORTHONORMAL};
+        return {detail::Multiply(a, b), GENERAL};
+    }
     if (right.state == IDENTITY)
         return {left.Load(), left.state};
     if (left.state == IDENTITY)
         return {right.Load(), right.state};
-    T const* const a = left.elements;
-    T const* const b = right.elements;
-    if (left.state != DIAGONAL && right.state != DIAGONAL)
-        return {Multiply(left, right), left.state == ORTHONORMAL && right.state == ORTHONORMAL ? ORTHONORMAL : GENERAL};
     if (left.state == right.state)
         return {{Quad(a[IDX_11] * b[IDX_11], T{0}, T{0}, T{0}), Quad(T{0}, a[IDX_22] * b[IDX_22], T{0}, T{0}),
                  Quad(T{0}, T{0}, a[IDX_33] * b[IDX_33], T{0}), Quad(T{0}, T{0}, T{0}, a[IDX_44] * b[IDX_44])},
                 DIAGONAL};
 
-    Rows rows = left.state == DIAGONAL ? ScaledRows(a, right.Load()) : ScaledColumns(left.Load(), b);
-    if ((left.state == ORTHONORMAL && IsEqual(right.Determinant(), T{1})) ||
-        (right.state == ORTHONORMAL && IsEqual(left.Determinant(), T{1})))
+    bool const isLeft = left.state == DIAGONAL;
+    Rows rows = isLeft ? ScaledRows(a, right.Load()) : ScaledColumns(left.Load(), b);
+    if ((isLeft ? right : left).state == ORTHONORMAL && IsEqual(DiagonalDeterminant(isLeft ? a : b), T{1}))
     {
         ResetFourthRowAndColumn(rows);
         return {rows, ORTHONORMAL};
@@ -629,18 +661,24 @@ template <typename T>
 inline tMatrix4<T>& tMatrix4<T>::operator*=(tMatrix4 const& other) noexcept
 {
     RepairMemory();
+    if (!IsDiagonal() && !other.IsDiagonal())
+    {
+        T* const to = elements;
+        if (AreRotations(state, other.state))
+            Store(to, RotationProduct(to, other.elements));
+        else
+        {
+            Rows const product = detail::Multiply(to, other.elements);
+            state = GENERAL;
+            Store(to, product);
+        }
+        return *this;
+    }
     if (other.state == IDENTITY)
         return *this;
     if (state == IDENTITY)
         return *this = other;
-    if (state == DIAGONAL || other.state == DIAGONAL)
-        return MultiplyDiagonal(other);
-
-    T* const to = elements;
-    Rows const rows = Multiply(*this, other);
-    state = state == ORTHONORMAL && other.state == ORTHONORMAL ? ORTHONORMAL : GENERAL;
-    Store(to, rows);
-    return *this;
+    return MultiplyDiagonal(other);
 }
 
 template <typename T>
@@ -725,15 +763,20 @@ inline typename tMatrix4<T>::Result tMatrix4<T>::TransposedRows() const noexcept
 {
     if (IsDiagonal())
         return {Load(), state};
-    auto [row1, row2, row3, row4] = Load();
-    Quad::Transpose(row1, row2, row3, row4);
-    Rows rows{row1, row2, row3, row4};
     if (state == ORTHONORMAL)
-    {
-        ResetFourthRowAndColumn(rows);
-        return {rows, ORTHONORMAL};
-    }
+        return {TransposedRotation(), ORTHONORMAL};
+    Rows rows = Load();
+    Quad::Transpose(rows.row1, rows.row2, rows.row3, rows.row4);
     return {rows, Classify(rows)};
+}
+
+template <typename T>
+inline typename tMatrix4<T>::Rows tMatrix4<T>::TransposedRotation() const noexcept
+{
+    Rows rows = Load();
+    Quad::Transpose(rows.row1, rows.row2, rows.row3);
+    ResetFourthRowAndColumn(rows);
+    return rows;
 }
 
 template <typename T>
@@ -752,42 +795,17 @@ template <typename T>
 inline typename tMatrix4<T>::Rows tMatrix4<T>::InverseOfDiagonal(char const* member, unsigned int line) const
 {
     T const* const m = elements;
-    if (IsTooSmall(m[IDX_11]) || IsTooSmall(m[IDX_22]) || IsTooSmall(m[IDX_33]) || IsTooSmall(m[IDX_44]))
+    Quad const diagonal(m[IDX_11], m[IDX_22], m[IDX_33], m[IDX_44]);
+    if (diagonal.HasLaneWithin(TOLERANCE<T>))
         ThrowSingular(member, line);
     Rows rows = Load();
-    Quad const reciprocals = Quad::Broadcast(T{1}) / Quad(m[IDX_11], m[IDX_22], m[IDX_33], m[IDX_44]);
+    Quad const reciprocals = Quad::Broadcast(T{1}) / diagonal;
     rows.row1 = rows.row1.template With<0>(reciprocals);
     rows.row2 = rows.row2.template With<1>(reciprocals);
     rows.row3 = rows.row3.template With<2>(reciprocals);
     rows.row4 = rows.row4.template With<3>(reciprocals);
     return rows;
 }
-
-namespace detail
-{
-
-/// One column of a matrix for all four determinants that lack a row: lane j holds the first, second and third of the
-/// elements that remain without row j.
-template <typename T>
-struct tMinorColumn
-{
-    tQuad<T> first, second, third;
-
-    [[gnu::always_inline]] explicit tMinorColumn(tQuad<T> const& rows) noexcept
-        : first{rows.template Shuffled<1, 0, 0, 0>()},
-          second{rows.template Shuffled<2, 2, 1, 1>()},
-          third{rows.template Shuffled<3, 3, 3, 2>()}
-    {
-    }
-
-    /// The four 2x2 determinants of the last two rows of this column and another.
-    [[nodiscard, gnu::always_inline]] tQuad<T> Cross(tMinorColumn const& other) const noexcept
-    {
-        return second * other.third - other.second * third;
-    }
-};
-
-} // namespace detail
 
 // The adjugate times the reciprocal of the determinant, a row at a time: row i holds the determinants without column i,
 // each expanded along its first row. Those without row 1 are the ones that the determinant expands to.
@@ -797,10 +815,10 @@ inline typename tMatrix4<T>::Rows tMatrix4<T>::InverseOfGeneral(char const* memb
     T const* const m = elements;
     auto [rows1, rows2, rows3, rows4] = Load();
     Quad::Transpose(rows1, rows2, rows3, rows4);
-    detail::tMinorColumn<T> const c1(rows1);
-    detail::tMinorColumn<T> const c2(rows2);
-    detail::tMinorColumn<T> const c3(rows3);
-    detail::tMinorColumn<T> const c4(rows4);
+    detail::tMinors<T> const c1(rows1);
+    detail::tMinors<T> const c2(rows2);
+    detail::tMinors<T> const c3(rows3);
+    detail::tMinors<T> const c4(rows4);
     Quad const c12 = c1.Cross(c2);
     Quad const c13 = c1.Cross(c3);
     Quad const c14 = c1.Cross(c4);
@@ -839,33 +857,39 @@ inline tMatrix4<T>& tMatrix4<T>::Invert()
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::Inverted() const
 {
-    return Make(IsOrthonormal()     ? TransposedRows()
-                : state == DIAGONAL ? Result{InverseOfDiagonal("Inverted", 883), DIAGONAL}
-                                    : Result{InverseOfGeneral("Inverted", 920), GENERAL});
+    return Make(state == ORTHONORMAL ? Result{TransposedRotation(), ORTHONORMAL}
+                : state == DIAGONAL  ? Result{InverseOfDiagonal("Inverted", 883), DIAGONAL}
+                : state == IDENTITY  ? Result{Load(), IDENTITY}
+                                     : Result{InverseOfGeneral("Inverted", 920), GENERAL});
 }
 
+// The bounds are far wider than those of IsEqual(), and whatever is or becomes infinite or NaN is not recognised.
 template <typename T>
-inline bool tMatrix4<T>::IsEmptyView(T left, T right, T bottom, T top, T nearPlane, T farPlane) noexcept
+inline bool tMatrix4<T>::ArePlainlyDifferent(Quad const& values, Quad const& differences) noexcept
 {
-    return IsEqual(left, right) || IsEqual(bottom, top) || IsEqual(nearPlane, farPlane);
+    constexpr T BOUND = T{100} * TOLERANCE<T>;
+    Quad const bounds = (values * values + Quad::Broadcast(T{1})) * Quad::Broadcast(BOUND * BOUND);
+    return !(bounds - differences * differences).HasLaneNotBelow(T{0});
 }
 
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::PerspectiveProjection(T const& left, T const& right, T const& bottom, T const& top,
                                                       T const& nearPlane, T const& farPlane)
 {
-    if (IsEmptyView(left, right, bottom, top, nearPlane, farPlane))
-        ThrowInvalidView("PerspectiveProjection", 1251);
-    T const width = right - left;
-    T const height = top - bottom;
-    T const depth = farPlane - nearPlane;
-    Quad const sides =
-        Quad(T{2} * nearPlane, right + left, T{2} * nearPlane, top + bottom) / Quad(width, width, height, height);
-    Quad const ends =
-        Quad(-(farPlane + nearPlane), T{-2} * farPlane * nearPlane, T{0}, T{0}) / Quad(depth, depth, T{1}, T{1});
-    return tMatrix4(Rows{Quad(sides.template Get<0>(), T{0}, sides.template Get<1>(), T{0}),
-                         Quad(T{0}, sides.template Get<2>(), sides.template Get<3>(), T{0}),
-                         ends.template Shuffled<2, 2, 0, 1>(), Quad(T{0}, T{0}, T{-1}, T{0})},
+    Quad const lower(left, bottom, nearPlane, nearPlane);
+    Quad const upper(right, top, farPlane, farPlane);
+    Quad const extents = upper - lower;
+    if (!ArePlainlyDifferent(lower, extents))
+        CheckView(left, right, bottom, top, nearPlane, farPlane, "PerspectiveProjection", 1251);
+    Quad const sums = upper + lower;
+    Quad const zeros = Quad::Broadcast(T{0});
+    Quad const sides = Quad::Broadcast(T{2} * nearPlane).Interleaved(sums) / extents.Interleaved(extents);
+    T const depth = extents.template Get<2>();
+    T const m33 = -sums.template Get<2>() / depth;
+    T const m34 = T{-2} * farPlane * nearPlane / depth;
+    return tMatrix4(Rows{sides.Interleaved(zeros),
+                         sides.template Shuffled<3, 2, 3, 2>().template With<0>(zeros).template With<3>(zeros),
+                         Quad(T{0}, T{0}, m33, m34), Quad(T{0}, T{0}, T{-1}, T{0})},
                     GENERAL);
 }
 

@@ -10,9 +10,9 @@
 #include "bv/maths/tVolumeAABB.h"
 
 #include "BatchData.h"
+#include "Maths/Batch/Kernels.h"
 #include "NoiseData.h"
 #include "ShapeData.h"
-#include "Maths/Batch/Kernels.h"
 #include "Topics.h"
 
 namespace bench
@@ -135,7 +135,8 @@ void AddNoiseRows()
             [=](auto in, auto out) { Turbulence3(in, octaves, out); },
             [=](auto const& p) { return Turbulence3(p, octaves); });
 #if defined __x86_64__
-    // The library takes the widest vectors that there are; what it does on a processor without them is of interest, too.
+    // The library takes the widest vectors that there are; what it does on a processor without them is of interest,
+    // too.
     if (HasAvx512())
         for (unsigned int const octaves : {1U, 4U, 8U})
             AddArrays<float>(

@@ -266,7 +266,10 @@ struct Geometry
         return done;
     }
 
-    static constexpr GeometryKernels<T> All() noexcept { return {Project, Rotate, Grow, Classify}; }
+    static constexpr GeometryKernels<T> All() noexcept
+    {
+        return {Project, Rotate, Grow, Classify};
+    }
 };
 
 } // namespace

@@ -1,7 +1,5 @@
 #include "bv/maths/Noise.h"
 
-#include <atomic>
-
 #include "Maths/Batch/Kernels.h"
 
 namespace bv::maths
@@ -10,21 +8,11 @@ namespace bv::maths
 namespace
 {
 
-constinit std::atomic<SingleNoise const*> chosen{nullptr};
-
-/// Several threads may choose at the same time; they choose the same.
-[[gnu::cold, gnu::noinline]] SingleNoise const* Choose() noexcept
-{
-    SingleNoise const* const single = &ChosenKernels().single;
-    chosen.store(single, std::memory_order_release);
-    return single;
-}
-
-/// The functions for the processor that this is, without the look at it that they were chosen by.
+/// The functions for the processor that this is.
 [[gnu::always_inline]] inline SingleNoise const& Chosen() noexcept
 {
-    SingleNoise const* const single = chosen.load(std::memory_order_acquire);
-    return *(single != nullptr ? single : Choose());
+    static SingleNoise const single = ChosenKernels().single;
+    return single;
 }
 
 } // namespace

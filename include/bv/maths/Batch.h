@@ -5,7 +5,8 @@
 /// vectors.
 ///
 /// The processor is asked once, by the first call: the same library runs on every x86-64 processor and uses AVX2, and
-/// AVX-512 where that pays, on those that have it. Which of them it is makes no difference to a result.
+/// AVX-512 where that pays, on those that have it. Which of them it is makes no difference to a result, but for the
+/// sign and the payload of NaN.
 ///
 /// The same for all of these functions:
 /// - A span of results is as long as that of the arguments; any other length is an InvalidArgumentException, and

@@ -12,8 +12,9 @@
 namespace bv::maths::detail
 {
 
-// What is compiled for AVX is made of other registers, and so has names of its own: a program may hold both. Every
-// function is inlined by force, so that none is left for the linker to share with code for other processors.
+// What is compiled for AVX is made of other registers, and so has names of its own, as has what is made of it: a
+// program may hold both. Every function is inlined by force, so that none is left for the linker to share with code for
+// other processors.
 #if defined __AVX__
 inline namespace avx
 {

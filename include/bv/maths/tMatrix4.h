@@ -305,11 +305,14 @@ private:
     /// pointer, so that the compiler can keep a result that is only copied in registers.
     using Rows = detail::tRows<T>;
 
-    struct Result
+    /// A template, so that its name tells the rows of a program compiled for AVX from others.
+    template <typename AnyRows>
+    struct tResult
     {
-        Rows rows;
+        AnyRows rows;
         State state;
     };
+    using Result = tResult<Rows>;
 
     /// Sixteen elements whose state is known.
     tMatrix4(T const* values, State known) noexcept;
@@ -558,12 +561,12 @@ namespace detail
 
 /// A row or column of a matrix for four determinants: lane j holds the first, second and third of the elements that
 /// remain without the one at j.
-template <typename T>
+template <typename Quad>
 struct tMinors
 {
-    tQuad<T> first, second, third;
+    Quad first, second, third;
 
-    [[gnu::always_inline]] explicit tMinors(tQuad<T> const& line) noexcept
+    [[gnu::always_inline]] explicit tMinors(Quad const& line) noexcept
         : first{line.template Shuffled<1, 0, 0, 0>()},
           second{line.template Shuffled<2, 2, 1, 1>()},
           third{line.template Shuffled<3, 3, 3, 2>()}
@@ -571,7 +574,7 @@ struct tMinors
     }
 
     /// The four 2x2 determinants of the last two elements of this line and another.
-    [[nodiscard, gnu::always_inline]] tQuad<T> Cross(tMinors const& other) const noexcept
+    [[nodiscard, gnu::always_inline]] Quad Cross(tMinors const& other) const noexcept
     {
         return second * other.third - other.second * third;
     }
@@ -584,9 +587,9 @@ struct tMinors
 template <typename T>
 inline T tMatrix4<T>::FullDeterminant(T const* m) noexcept
 {
-    detail::tMinors<T> const row2(Quad(m + 4));
-    detail::tMinors<T> const row3(Quad(m + 8));
-    detail::tMinors<T> const row4(Quad(m + 12));
+    detail::tMinors<Quad> const row2(Quad(m + 4));
+    detail::tMinors<Quad> const row3(Quad(m + 8));
+    detail::tMinors<Quad> const row4(Quad(m + 12));
     Quad const minors = row2.first * row3.Cross(row4) -
                         row2.second * (row3.first * row4.third - row4.first * row3.third) +
                         row2.third * (row3.first * row4.second - row4.first * row3.second);
@@ -815,10 +818,10 @@ inline typename tMatrix4<T>::Rows tMatrix4<T>::InverseOfGeneral(char const* memb
     T const* const m = elements;
     auto [rows1, rows2, rows3, rows4] = Load();
     Quad::Transpose(rows1, rows2, rows3, rows4);
-    detail::tMinors<T> const c1(rows1);
-    detail::tMinors<T> const c2(rows2);
-    detail::tMinors<T> const c3(rows3);
-    detail::tMinors<T> const c4(rows4);
+    detail::tMinors<Quad> const c1(rows1);
+    detail::tMinors<Quad> const c2(rows2);
+    detail::tMinors<Quad> const c3(rows3);
+    detail::tMinors<Quad> const c4(rows4);
     Quad const c12 = c1.Cross(c2);
     Quad const c13 = c1.Cross(c3);
     Quad const c14 = c1.Cross(c4);

@@ -90,10 +90,11 @@ struct Kernels
     return __builtin_cpu_supports("avx2") != 0;
 }
 
-/// Whether the processor, and its operating system, has AVX-512 with the permutations of bytes: F, BW, DQ, VL and VBMI.
+/// Whether the processor, and its operating system, has AVX2 and AVX-512 with the permutations of bytes: F, BW, DQ, VL
+/// and VBMI.
 [[nodiscard, gnu::always_inline]] inline bool HasAvx512() noexcept
 {
-    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+    return HasAvx2() && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
            __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl") &&
            __builtin_cpu_supports("avx512vbmi");
 }

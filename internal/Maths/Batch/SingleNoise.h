@@ -3,7 +3,6 @@
 /// @file
 /// The noise at a single point. It is compiled for each kind of processor, like the loops of the batch forms.
 
-#include <algorithm>
 #include <bit>
 
 #include "Maths/Batch/Kernels.h"
@@ -125,7 +124,7 @@ private:
     template <typename Point>
     [[gnu::always_inline]] static float Sum(Point point, unsigned int octaves) noexcept
     {
-        unsigned int const count = std::min(octaves, MAX_OCTAVES);
+        unsigned int const count = octaves < MAX_OCTAVES ? octaves : MAX_OCTAVES;
         float amplitude = NOISE_TABLES.amplitudes[count];
         float sum = 0.0F;
         for (unsigned int octave = 0; octave < count; ++octave)

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The loops behind the batch forms, one set for each kind of processor.
+/// The loops behind the batch forms, and the noise at a single point: one set for each kind of processor.
 ///
 /// A loop works on as many elements as it can in whole vectors and returns how many these are; the caller does the rest
 /// one by one with the single forms. Input and output may be the same memory, element on element.

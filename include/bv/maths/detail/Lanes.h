@@ -1,0 +1,437 @@
+#pragma once
+
+/// @file
+/// Numbers side by side in the registers of the processor: the vocabulary in which matrices, boxes, rays and packets
+/// compute. Each lane has the bits that the same operation on a single number gives.
+///
+/// A register is a vector type of the compiler, with the arithmetic and the comparisons of the language. What stands
+/// here beside them is a free function that works on one register, and on two that hold the halves of something wider.
+/// All of it is forced into its caller, so that no copy is left for the linker to share with code for other processors.
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <type_traits>
+
+#include "bv/maths/detail/Compiler.h"
+#include "bv/maths/detail/PlainRegister.h"
+
+namespace bv::maths::detail
+{
+
+// What is compiled for AVX is made of wider registers and so has names of its own, as has what is made of it: a program
+// may hold both (ODR).
+#if defined __AVX__
+inline namespace avx
+{
+inline constexpr std::size_t WIDEST = 32; ///< bytes of the widest register
+#else
+inline namespace baseline
+{
+inline constexpr std::size_t WIDEST = 16; ///< bytes of the widest register
+#endif
+
+template <typename T, std::size_t BYTES>
+struct tRegister
+{
+#if defined __GNUC__
+    typedef T Type __attribute__((vector_size(BYTES)));
+#else
+    using Type = tPlainRegister<T, BYTES / sizeof(T)>;
+#endif
+};
+
+/// BYTES bytes of numbers side by side. Compilers split one that is wider than the processor's, and not well.
+template <typename T, std::size_t BYTES>
+using Register = typename tRegister<T, BYTES>::Type;
+
+/// Numbers in two registers, the first half of them in the lower one.
+template <typename V>
+struct tHalves
+{
+    V low, high;
+
+    [[nodiscard, gnu::always_inline]] friend tHalves operator+(tHalves const& a, tHalves const& b) noexcept
+    {
+        return {a.low + b.low, a.high + b.high};
+    }
+    [[nodiscard, gnu::always_inline]] friend tHalves operator-(tHalves const& a, tHalves const& b) noexcept
+    {
+        return {a.low - b.low, a.high - b.high};
+    }
+    [[nodiscard, gnu::always_inline]] friend tHalves operator*(tHalves const& a, tHalves const& b) noexcept
+    {
+        return {a.low * b.low, a.high * b.high};
+    }
+    [[nodiscard, gnu::always_inline]] friend tHalves operator/(tHalves const& a, tHalves const& b) noexcept
+    {
+        return {a.low / b.low, a.high / b.high};
+    }
+    [[nodiscard, gnu::always_inline]] friend auto operator<(tHalves const& a, tHalves const& b) noexcept
+    {
+        return tHalves<decltype(a.low < b.low)>{a.low < b.low, a.high < b.high};
+    }
+    [[nodiscard, gnu::always_inline]] friend auto operator<=(tHalves const& a, tHalves const& b) noexcept
+    {
+        return tHalves<decltype(a.low <= b.low)>{a.low <= b.low, a.high <= b.high};
+    }
+};
+
+template <typename V>
+struct tLanes
+{
+    using Element = std::remove_cvref_t<decltype(V{}[0])>;
+    using Half = void;
+    static constexpr int COUNT = sizeof(V) / sizeof(Element);
+};
+template <typename V>
+struct tLanes<tHalves<V>>
+{
+    using Element = typename tLanes<V>::Element;
+    using Half = V;
+    static constexpr int COUNT = 2 * tLanes<V>::COUNT;
+};
+
+/// The type of a lane.
+template <typename V>
+using Element = typename tLanes<V>::Element;
+
+/// The number of lanes.
+template <typename V>
+inline constexpr int COUNT = tLanes<V>::COUNT;
+
+/// Whether something is in two registers.
+template <typename V>
+inline constexpr bool IS_HALVED = !std::is_void_v<typename tLanes<V>::Half>;
+
+template <typename T, bool FITS = 4 * sizeof(T) <= WIDEST>
+struct tFourLanes
+{
+    using Type = Register<T, 4 * sizeof(T)>;
+};
+template <typename T>
+struct tFourLanes<T, false>
+{
+    using Type = tHalves<Register<T, 2 * sizeof(T)>>;
+};
+
+/// Four numbers: a row of a matrix, or the components of a vector and one more.
+template <typename T>
+using tFour = typename tFourLanes<T>::Type;
+
+/// A signed integer as wide as a number. A comparison gives such lanes, with all bits set or none.
+template <typename T>
+using Integer = std::conditional_t<sizeof(T) == sizeof(std::int32_t), std::int32_t, std::int64_t>;
+
+/// The bits of a register as lanes of another type.
+template <typename To, typename From>
+[[nodiscard, gnu::always_inline]] inline To BitsAs(From const& from) noexcept
+{
+    static_assert(sizeof(To) == sizeof(From));
+    To to;
+    __builtin_memcpy(&to, &from, sizeof to);
+    return to;
+}
+
+/// The bits of a register as words of 32 bits.
+template <typename V>
+using Words = Register<std::int32_t, sizeof(V)>;
+
+/// Reads numbers from any address on.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline V Load(Element<V> const* numbers) noexcept
+{
+    V lanes;
+    __builtin_memcpy(&lanes, numbers, sizeof lanes);
+    return lanes;
+}
+
+/// Writes numbers to any address.
+template <typename V>
+[[gnu::always_inline]] inline void Store(V const& lanes, Element<V>* numbers) noexcept
+{
+    __builtin_memcpy(numbers, &lanes, sizeof lanes);
+}
+
+/// Reads numbers from an address on that is a multiple of 16, where the processor can read as it computes.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline V LoadAligned(Element<V> const* numbers) noexcept
+{
+    return Load<V>(static_cast<Element<V> const*>(__builtin_assume_aligned(numbers, 16)));
+}
+
+/// Writes numbers to an address that is a multiple of 16.
+template <typename V>
+[[gnu::always_inline]] inline void StoreAligned(V const& lanes, Element<V>* numbers) noexcept
+{
+    Store(lanes, static_cast<Element<V>*>(__builtin_assume_aligned(numbers, 16)));
+}
+
+/// Four numbers side by side.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline tFour<T> Four(T a, T b, T c, T d) noexcept
+{
+    if constexpr (IS_HALVED<tFour<T>>)
+        return {{a, b}, {c, d}};
+    else
+        return tFour<T>{a, b, c, d};
+}
+
+/// One number in each lane.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline V Broadcast(Element<V> x) noexcept
+{
+    if constexpr (IS_HALVED<V>)
+        return {Broadcast<typename tLanes<V>::Half>(x), Broadcast<typename tLanes<V>::Half>(x)};
+    else if constexpr (COUNT<V> == 2)
+        return V{x, x};
+    else if constexpr (COUNT<V> == 4)
+        return V{x, x, x, x};
+    else if constexpr (COUNT<V> == 8)
+        return V{x, x, x, x, x, x, x, x};
+    else
+    {
+        static_assert(COUNT<V> == 16);
+        return V{x, x, x, x, x, x, x, x, x, x, x, x, x, x, x, x};
+    }
+}
+
+/// The number in one lane.
+template <int LANE, typename V>
+[[nodiscard, gnu::always_inline]] inline Element<V> Get(V const& lanes) noexcept
+{
+    if constexpr (!IS_HALVED<V>)
+        return lanes[LANE];
+    else if constexpr (LANE < COUNT<V> / 2)
+        return lanes.low[LANE];
+    else
+        return lanes.high[LANE - COUNT<V> / 2];
+}
+
+/// `a` where a mask is set, `b` elsewhere.
+template <typename M, typename V>
+[[nodiscard, gnu::always_inline]] inline V Select(M const& mask, V const& a, V const& b) noexcept
+{
+    if constexpr (IS_HALVED<V>)
+        return {Select(mask.low, a.low, b.low), Select(mask.high, a.high, b.high)};
+    else
+        return mask ? a : b;
+}
+template <typename M, typename T, std::size_t N>
+[[nodiscard]] inline tPlainRegister<T, N> Select(M const& mask, tPlainRegister<T, N> const& a,
+                                                 tPlainRegister<T, N> const& b) noexcept
+{
+    tPlainRegister<T, N> chosen = a;
+    for (std::size_t lane = 0; lane < N; ++lane)
+        chosen[lane] = mask[lane] != 0 ? a[lane] : b[lane];
+    return chosen;
+}
+
+/// The smaller number in each lane, `b` where one is NaN or both are zeros: one instruction.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline V Min(V const& a, V const& b) noexcept
+{
+    return Select(a < b, a, b);
+}
+
+/// The larger number in each lane, `b` where one is NaN or both are zeros: one instruction.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline V Max(V const& a, V const& b) noexcept
+{
+    return Select(b < a, a, b);
+}
+
+/// The lanes of two registers, counted through, in another order.
+template <int... FROM, typename V>
+[[nodiscard, gnu::always_inline]] inline V Shuffle(V const& a, V const& b) noexcept
+{
+    return __builtin_shufflevector(a, b, FROM...);
+}
+template <int... FROM, typename T, std::size_t N>
+[[nodiscard]] inline tPlainRegister<T, N> Shuffle(tPlainRegister<T, N> const& a, tPlainRegister<T, N> const& b) noexcept
+{
+    return {(FROM < static_cast<int>(N) ? a[FROM % N] : b[FROM % N])...};
+}
+
+/// Two lanes of one register of two.
+template <int A, int B, typename V>
+[[nodiscard, gnu::always_inline]] inline V Permute(V const& a) noexcept
+{
+    if constexpr (!SHUFFLES_AS_INTEGERS)
+        return Shuffle<A, B>(a, a);
+    else
+    {
+        Words<V> const words = BitsAs<Words<V>>(a);
+        return BitsAs<V>(Shuffle<2 * A, 2 * A + 1, 2 * B, 2 * B + 1>(words, words));
+    }
+}
+
+/// Four lanes of one register of four.
+template <int A, int B, int C, int D, typename V>
+[[nodiscard, gnu::always_inline]] inline V Permute(V const& a) noexcept
+{
+    if constexpr (!SHUFFLES_AS_INTEGERS)
+        return Shuffle<A, B, C, D>(a, a);
+    else
+    {
+        Words<V> const words = BitsAs<Words<V>>(a);
+        return BitsAs<V>(Shuffle<A, B, C, D>(words, words));
+    }
+}
+
+/// One of four registers, the halves of two operands.
+template <int INDEX, typename V>
+[[nodiscard, gnu::always_inline]] inline V const& HalfOf(tHalves<V> const& a, tHalves<V> const& b) noexcept
+{
+    return INDEX < 2 ? (INDEX == 0 ? a.low : a.high) : INDEX == 2 ? b.low : b.high;
+}
+
+/// Two of the eight lanes of two operands.
+template <int A, int B, typename V>
+[[nodiscard, gnu::always_inline]] inline V ChooseTwo(tHalves<V> const& a, tHalves<V> const& b) noexcept
+{
+    if constexpr (A / 2 == B / 2)
+        return Permute<A % 2, B % 2>(HalfOf<A / 2>(a, b));
+    else
+        return Shuffle<A % 2, 2 + B % 2>(HalfOf<A / 2>(a, b), HalfOf<B / 2>(a, b));
+}
+
+/// Four lanes of two operands, which are counted through from 0 to 7.
+template <int A, int B, int C, int D, typename V>
+[[nodiscard, gnu::always_inline]] inline V Choose(V const& a, V const& b) noexcept
+{
+    constexpr bool KEEPS_PLACES = A % 4 == 0 && B % 4 == 1 && C % 4 == 2 && D % 4 == 3;
+    if constexpr (IS_HALVED<V>)
+        return {ChooseTwo<A, B>(a, b), ChooseTwo<C, D>(a, b)};
+    else if constexpr (BLENDS_BY_MASK && KEEPS_PLACES)
+        return Select(Register<Integer<Element<V>>, sizeof(V)>{-(A / 4), -(B / 4), -(C / 4), -(D / 4)}, b, a);
+    else
+        return Shuffle<A, B, C, D>(a, b);
+}
+
+/// Four lanes of one operand.
+template <int A, int B, int C, int D, typename V>
+[[nodiscard, gnu::always_inline]] inline V Choose(V const& a) noexcept
+{
+    if constexpr (IS_HALVED<V>)
+        return Choose<A, B, C, D>(a, a);
+    else
+        return Permute<A, B, C, D>(a);
+}
+
+/// The numbers without their signs.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline V Magnitude(V const& a) noexcept
+{
+    if constexpr (IS_HALVED<V>)
+        return {Magnitude(a.low), Magnitude(a.high)};
+    else
+    {
+        using I = Register<Integer<Element<V>>, sizeof(V)>;
+        return BitsAs<V>(BitsAs<I>(a) & Broadcast<I>(std::numeric_limits<Element<I>>::max()));
+    }
+}
+
+/// The numbers with the opposite signs.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline V Negated(V const& a) noexcept
+{
+    if constexpr (IS_HALVED<V>)
+        return {Negated(a.low), Negated(a.high)};
+    else
+    {
+        using I = Register<Integer<Element<V>>, sizeof(V)>;
+        return BitsAs<V>(BitsAs<I>(a) ^ Broadcast<I>(std::numeric_limits<Element<I>>::min()));
+    }
+}
+
+/// Where both masks are set. As words: GCC takes masks of 64 bits apart to join them where SSE2 is all there is.
+template <typename M>
+[[nodiscard, gnu::always_inline]] inline M Both(M const& a, M const& b) noexcept
+{
+    if constexpr (IS_HALVED<M>)
+        return {Both(a.low, b.low), Both(a.high, b.high)};
+    else
+        return BitsAs<M>(BitsAs<Words<M>>(a) & BitsAs<Words<M>>(b));
+}
+
+/// Where one of two masks is set.
+template <typename M>
+[[nodiscard, gnu::always_inline]] inline M Either(M const& a, M const& b) noexcept
+{
+    if constexpr (IS_HALVED<M>)
+        return {Either(a.low, b.low), Either(a.high, b.high)};
+    else
+        return BitsAs<M>(BitsAs<Words<M>>(a) | BitsAs<Words<M>>(b));
+}
+
+/// One bit for each lane of a mask, the first lane lowest.
+template <typename M>
+[[nodiscard, gnu::always_inline]] inline int Bits(M const& mask) noexcept
+{
+    if constexpr (IS_HALVED<M>)
+        return Bits(mask.low) | Bits(mask.high) << COUNT<M> / 2;
+#if defined __AVX__
+    else if constexpr (sizeof(M) == 32 && sizeof(Element<M>) == 4)
+        return __builtin_ia32_movmskps256(BitsAs<Register<float, 32>>(mask));
+    else if constexpr (sizeof(M) == 32 && sizeof(Element<M>) == 8)
+        return __builtin_ia32_movmskpd256(BitsAs<Register<double, 32>>(mask));
+#endif
+#if defined __SSE2__
+    else if constexpr (sizeof(M) == 16 && sizeof(Element<M>) == 4)
+        return __builtin_ia32_movmskps(BitsAs<Register<float, 16>>(mask));
+    else if constexpr (sizeof(M) == 16 && sizeof(Element<M>) == 8)
+        return __builtin_ia32_movmskpd(BitsAs<Register<double, 16>>(mask));
+#endif
+    else
+    {
+        int bits = 0;
+        for (int lane = 0; lane < COUNT<M>; ++lane)
+            bits |= (mask[lane] != 0 ? 1 : 0) << lane;
+        return bits;
+    }
+}
+
+/// Whether all lanes of a mask are set.
+template <typename M>
+[[nodiscard, gnu::always_inline]] inline bool All(M const& mask) noexcept
+{
+    if constexpr (IS_HALVED<M>)
+        return All(Both(mask.low, mask.high));
+    else
+        return Bits(mask) == (1 << COUNT<M>)-1;
+}
+
+/// Whether a lane of a mask is set.
+template <typename M>
+[[nodiscard, gnu::always_inline]] inline bool Any(M const& mask) noexcept
+{
+    if constexpr (IS_HALVED<M>)
+        return Any(Either(mask.low, mask.high));
+    else
+        return Bits(mask) != 0;
+}
+
+/// The square root as the processor rounds it: that of std::sqrt(), which may also call a function to set `errno`.
+[[nodiscard, gnu::always_inline]] inline float SquareRoot(float x) noexcept
+{
+#if defined __SSE2__
+    return __builtin_ia32_sqrtss(Broadcast<Register<float, 16>>(x))[0];
+#else
+    return __builtin_sqrtf(x);
+#endif
+}
+
+/// @copydoc SquareRoot(float)
+[[nodiscard, gnu::always_inline]] inline double SquareRoot(double x) noexcept
+{
+#if defined __SSE2__
+    return __builtin_ia32_sqrtsd(Broadcast<Register<double, 16>>(x))[0];
+#else
+    return __builtin_sqrt(x);
+#endif
+}
+
+} // namespace avx or baseline
+
+} // namespace bv::maths::detail

@@ -31,7 +31,7 @@
 #include "bv/maths/Noise.h"
 #include "bv/maths/Percentage.h"
 #include "bv/maths/PositionOffset.h"
-#include "bv/maths/Precision.h"
+#include "bv/maths/detail/Precision.h"
 #include "bv/maths/RNGenerator.h"
 #include "bv/maths/Reciprocal.h"
 #include "bv/maths/Scalar.h"

@@ -15,6 +15,8 @@ namespace bv::maths
 namespace
 {
 
+using detail::Four;
+
 constexpr char const* FILE_NAME = "internal\\Maths\\Matrix4";
 
 /// Whether the scalar product is closer to zero than the tolerance.
@@ -70,27 +72,26 @@ template <typename T>
 } // namespace
 
 template <typename T>
-void tMatrix4<T>::ThrowSingular(char const* member, unsigned int line)
+void tMatrix4<T>::ThrowSingular(Place const& place)
 {
-    throw MatrixException(L"Attempt to invert singular matrix", FILE_NAME, line,
-                          FunctionName<T>("tMatrix4", member).c_str());
+    throw MatrixException(L"Attempt to invert singular matrix", FILE_NAME, place.line,
+                          FunctionName<T>("tMatrix4", place.member).c_str());
 }
 
 template <typename T>
-void tMatrix4<T>::CheckView(T left, T right, T bottom, T top, T nearPlane, T farPlane, char const* member,
-                            unsigned int line)
+void tMatrix4<T>::CheckView(T left, T right, T bottom, T top, T nearPlane, T farPlane, Place const& place)
 {
     if (IsEqual(left, right) || IsEqual(bottom, top) || IsEqual(nearPlane, farPlane))
-        throw InvalidArgumentException(L"Invalid view parameters", FILE_NAME, line,
-                                       FunctionName<T>("tMatrix4", member).c_str());
+        throw InvalidArgumentException(L"Invalid view parameters", FILE_NAME, place.line,
+                                       FunctionName<T>("tMatrix4", place.member).c_str());
 }
 
 template <typename T>
 tMatrix4<T>::tMatrix4(T m11, T m12, T m13, T m14, T m21, T m22, T m23, T m24, T m31, T m32, T m33, T m34, T m41, T m42,
                       T m43, T m44) noexcept
-    : tMatrix4(
-          Rows{Quad(m11, m12, m13, m14), Quad(m21, m22, m23, m24), Quad(m31, m32, m33, m34), Quad(m41, m42, m43, m44)},
-          GENERAL)
+    : tMatrix4(Rows{Four<T>(m11, m12, m13, m14), Four<T>(m21, m22, m23, m24), Four<T>(m31, m32, m33, m34),
+                    Four<T>(m41, m42, m43, m44)},
+               GENERAL)
 {
     SetState();
 }
@@ -110,8 +111,8 @@ tMatrix4<T>::tMatrix4(T const* values) noexcept : tMatrix4(values, GENERAL)
 
 template <typename T>
 tMatrix4<T>::tMatrix4(tVector3<T> const& xAxis, tVector3<T> const& yAxis, tVector3<T> const& zAxis) noexcept
-    : tMatrix4(Rows{Quad(xAxis.x, yAxis.x, zAxis.x, T{0}), Quad(xAxis.y, yAxis.y, zAxis.y, T{0}),
-                    Quad(xAxis.z, yAxis.z, zAxis.z, T{0}), Quad(T{0}, T{0}, T{0}, T{1})},
+    : tMatrix4(Rows{Four<T>(xAxis.x, yAxis.x, zAxis.x, T{0}), Four<T>(xAxis.y, yAxis.y, zAxis.y, T{0}),
+                    Four<T>(xAxis.z, yAxis.z, zAxis.z, T{0}), Four<T>(T{0}, T{0}, T{0}, T{1})},
                GENERAL)
 {
     auto const isZero = [](T component) { return IsEqual(component, T{0}); };
@@ -160,7 +161,7 @@ typename tMatrix4<T>::State tMatrix4<T>::Classify(T const* m) noexcept
         return isOne(columnDot(0, 0)) && isOne(columnDot(1, 1)) && isOne(columnDot(2, 2)) && isOne(columnDot(3, 3)) &&
                isZero(columnDot(0, 1)) && isZero(columnDot(0, 2)) && isZero(columnDot(0, 3)) &&
                isZero(columnDot(1, 2)) && isZero(columnDot(1, 3)) && isZero(columnDot(2, 3)) &&
-               isOne(FullDeterminant(m));
+               isOne(detail::Determinant(m));
     };
 
     if (isDiagonal())
@@ -186,7 +187,7 @@ tMatrix4<T>& tMatrix4<T>::MultiplyDiagonal(tMatrix4 const& other) noexcept
             for (std::size_t column = 0; column < 3; ++column)
                 a[4 * row + column] = diagonal[row] * b[4 * row + column];
         // the determinant of the diagonal that is already scaled
-        if (other.state == ORTHONORMAL && IsEqual(DiagonalDeterminant(a), T{1}))
+        if (other.state == ORTHONORMAL && IsEqual(detail::DeterminantOfDiagonal<T>(a), T{1}))
         {
             a[IDX_44] = T{1};
             state = ORTHONORMAL;
@@ -204,7 +205,7 @@ tMatrix4<T>& tMatrix4<T>::MultiplyDiagonal(tMatrix4 const& other) noexcept
         for (std::size_t row = 0; row < 3; ++row)
             for (std::size_t column = 0; column < 3; ++column)
                 a[4 * row + column] = a[4 * row + column] * diagonal[column];
-        if (state == ORTHONORMAL && IsEqual(DiagonalDeterminant(b), T{1}))
+        if (state == ORTHONORMAL && IsEqual(detail::DeterminantOfDiagonal<T>(b), T{1}))
             return *this;
         for (std::size_t column = 0; column < 3; ++column)
             a[12 + column] = a[12 + column] * diagonal[column];
@@ -219,8 +220,8 @@ template <typename T>
 tMatrix4<T> tMatrix4<T>::RotateX(T const& angle) noexcept
 {
     auto const [c, s] = TurnBy(angle);
-    return tMatrix4(Rows{Quad(T{1}, T{0}, T{0}, T{0}), Quad(T{0}, c, -s, T{0}), Quad(T{0}, s, c, T{0}),
-                         Quad(T{0}, T{0}, T{0}, T{1})},
+    return tMatrix4(Rows{Four<T>(T{1}, T{0}, T{0}, T{0}), Four<T>(T{0}, c, -s, T{0}), Four<T>(T{0}, s, c, T{0}),
+                         Four<T>(T{0}, T{0}, T{0}, T{1})},
                     ORTHONORMAL);
 }
 
@@ -230,8 +231,8 @@ tMatrix4<T> tMatrix4<T>::RotateY(T const& angle) noexcept
     if (IsEqual(angle, T{0}))
         return tMatrix4();
     auto const [c, s] = TurnBy(angle);
-    return tMatrix4(Rows{Quad(c, T{0}, s, T{0}), Quad(T{0}, T{1}, T{0}, T{0}), Quad(-s, T{0}, c, T{0}),
-                         Quad(T{0}, T{0}, T{0}, T{1})},
+    return tMatrix4(Rows{Four<T>(c, T{0}, s, T{0}), Four<T>(T{0}, T{1}, T{0}, T{0}), Four<T>(-s, T{0}, c, T{0}),
+                         Four<T>(T{0}, T{0}, T{0}, T{1})},
                     ORTHONORMAL);
 }
 
@@ -241,8 +242,8 @@ tMatrix4<T> tMatrix4<T>::RotateZ(T const& angle) noexcept
     if (IsEqual(angle, T{0}))
         return tMatrix4();
     auto const [c, s] = TurnBy(angle);
-    return tMatrix4(Rows{Quad(c, -s, T{0}, T{0}), Quad(s, c, T{0}, T{0}), Quad(T{0}, T{0}, T{1}, T{0}),
-                         Quad(T{0}, T{0}, T{0}, T{1})},
+    return tMatrix4(Rows{Four<T>(c, -s, T{0}, T{0}), Four<T>(s, c, T{0}, T{0}), Four<T>(T{0}, T{0}, T{1}, T{0}),
+                         Four<T>(T{0}, T{0}, T{0}, T{1})},
                     ORTHONORMAL);
 }
 
@@ -260,8 +261,8 @@ tMatrix4<T> tMatrix4<T>::RotateAxis(tVector3<T> const& point, tVector3<T> const&
     tVector3<T> const row2(t * x * y + s * z, t * y * y + c, t * y * z - s * x);
     tVector3<T> const row3(t * x * z - s * y, t * y * z + s * x, t * z * z + c);
     tVector3<T> const offset = point - tVector3<T>(row1.Dot(point), row2.Dot(point), row3.Dot(point));
-    return tMatrix4(Rows{Quad(row1.x, row1.y, row1.z, offset.x), Quad(row2.x, row2.y, row2.z, offset.y),
-                         Quad(row3.x, row3.y, row3.z, offset.z), Quad(T{0}, T{0}, T{0}, T{1})},
+    return tMatrix4(Rows{Four<T>(row1.x, row1.y, row1.z, offset.x), Four<T>(row2.x, row2.y, row2.z, offset.y),
+                         Four<T>(row3.x, row3.y, row3.z, offset.z), Four<T>(T{0}, T{0}, T{0}, T{1})},
                     ORTHONORMAL);
 }
 
@@ -276,9 +277,7 @@ tMatrix4<T> tMatrix4<T>::Scale(T const& factor) noexcept
 template <typename T>
 tMatrix4<T> tMatrix4<T>::Scale(tVector3<T> const& factors) noexcept
 {
-    return tMatrix4(Rows{Quad(factors.x, T{0}, T{0}, T{0}), Quad(T{0}, factors.y, T{0}, T{0}),
-                         Quad(T{0}, T{0}, factors.z, T{0}), Quad(T{0}, T{0}, T{0}, T{1})},
-                    DIAGONAL);
+    return tMatrix4(detail::DiagonalRows(factors.x, factors.y, factors.z, T{1}), DIAGONAL);
 }
 
 template <typename T>
@@ -292,8 +291,8 @@ tMatrix4<T> tMatrix4<T>::Translate(tVector3<T> const& offset) noexcept
 template <typename T>
 tMatrix4<T> tMatrix4<T>::Translate(T x, T y, T z) noexcept
 {
-    return tMatrix4(Rows{Quad(T{1}, T{0}, T{0}, x), Quad(T{0}, T{1}, T{0}, y), Quad(T{0}, T{0}, T{1}, z),
-                         Quad(T{0}, T{0}, T{0}, T{1})},
+    return tMatrix4(Rows{Four<T>(T{1}, T{0}, T{0}, x), Four<T>(T{0}, T{1}, T{0}, y), Four<T>(T{0}, T{0}, T{1}, z),
+                         Four<T>(T{0}, T{0}, T{0}, T{1})},
                     GENERAL);
 }
 
@@ -301,14 +300,14 @@ template <typename T>
 tMatrix4<T> tMatrix4<T>::OrthogonalProjection(T const& left, T const& right, T const& bottom, T const& top,
                                               T const& nearPlane, T const& farPlane)
 {
-    CheckView(left, right, bottom, top, nearPlane, farPlane, "OrthogonalProjection", 1212);
+    CheckView(left, right, bottom, top, nearPlane, farPlane, ORTHOGONAL_PROJECTION);
     T const perWidth = T{1} / (right - left);
     T const perHeight = T{1} / (top - bottom);
     T const perDepth = T{1} / (farPlane - nearPlane);
-    return tMatrix4(Rows{Quad(T{2} * perWidth, T{0}, T{0}, -(left + right) * perWidth),
-                         Quad(T{0}, T{2} * perHeight, T{0}, -(bottom + top) * perHeight),
-                         Quad(T{0}, T{0}, T{-2} * perDepth, -(nearPlane + farPlane) * perDepth),
-                         Quad(T{0}, T{0}, T{0}, T{1})},
+    return tMatrix4(Rows{Four<T>(T{2} * perWidth, T{0}, T{0}, -(left + right) * perWidth),
+                         Four<T>(T{0}, T{2} * perHeight, T{0}, -(bottom + top) * perHeight),
+                         Four<T>(T{0}, T{0}, T{-2} * perDepth, -(nearPlane + farPlane) * perDepth),
+                         Four<T>(T{0}, T{0}, T{0}, T{1})},
                     GENERAL);
 }
 

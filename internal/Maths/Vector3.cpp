@@ -9,10 +9,10 @@ namespace bv::maths
 {
 
 template <typename T>
-void tVector3<T>::ThrowDivisionByZero(char const* member, unsigned int line)
+void tVector3<T>::ThrowDivisionByZero(detail::Place const& place)
 {
-    throw DivideByZeroException(L"Attempt to divide vector by zero scalar value", "internal\\Maths\\Vector3", line,
-                                FunctionName<T>("tVector3", member).c_str());
+    throw DivideByZeroException(L"Attempt to divide vector by zero scalar value", "internal\\Maths\\Vector3",
+                                place.line, FunctionName<T>("tVector3", place.member).c_str());
 }
 
 template <typename T>

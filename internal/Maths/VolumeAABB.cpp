@@ -11,10 +11,11 @@ namespace bv::maths
 {
 
 template <typename T>
-void tVolumeAABB<T>::ThrowWrongAxis(char const* member, unsigned int line)
+void tVolumeAABB<T>::ThrowWrongAxis(detail::Place const& place)
 {
-    throw InvalidArgumentException((std::string("Wrong axis argument to tVolumeAABB<T>::") + member).c_str(),
-                                   "internal\\Maths\\VolumeAABB", line, FunctionName<T>("tVolumeAABB", member).c_str());
+    throw InvalidArgumentException((std::string("Wrong axis argument to tVolumeAABB<T>::") + place.member).c_str(),
+                                   "internal\\Maths\\VolumeAABB", place.line,
+                                   FunctionName<T>("tVolumeAABB", place.member).c_str());
 }
 
 template <typename T>

@@ -1,5 +1,7 @@
 #include "bv/maths/tVolumeSphere.h"
 
+#include <cmath>
+
 #include "Maths/RawStream.h"
 #include "bv/maths/tMatrix4.h"
 

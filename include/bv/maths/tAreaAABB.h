@@ -9,9 +9,9 @@
 
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
-#include "bv/maths/Interval.h"
-#include "bv/maths/Lanes3.h"
-#include "bv/maths/Precision.h"
+#include "bv/maths/detail/Interval.h"
+#include "bv/maths/detail/Lanes.h"
+#include "bv/maths/detail/Precision.h"
 #include "bv/maths/tVector2.h"
 
 namespace bv::maths

@@ -9,8 +9,8 @@
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
-#include "bv/maths/Lanes3.h"
-#include "bv/maths/Precision.h"
+#include "bv/maths/detail/Lanes.h"
+#include "bv/maths/detail/Precision.h"
 #include "bv/maths/tAreaAABB.h"
 #include "bv/maths/tVector2.h"
 

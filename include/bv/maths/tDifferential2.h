@@ -7,7 +7,7 @@
 #include <type_traits>
 
 #include "bv/Export.h"
-#include "bv/maths/Lanes3.h"
+#include "bv/maths/detail/Lanes.h"
 #include "bv/maths/tVector2.h"
 
 namespace bv::maths

@@ -8,7 +8,7 @@
 
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
-#include "bv/maths/PlaneLanes.h"
+#include "bv/maths/detail/BoxCorners.h"
 #include "bv/maths/tPlane.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
@@ -134,10 +134,8 @@ constexpr bool tFrustum<T>::Rejects(tPlane<T> const& plane, tVolumeAABB<T> const
 template <typename T>
 constexpr typename tFrustum<T>::IntersectionResult tFrustum<T>::ContainsAABB(tVolumeAABB<T> const& box) const noexcept
 {
-#if defined __SSE2__
     if (!std::is_constant_evaluated())
         return Classify(box);
-#endif
     bool straddles = false; // the sides reject most, so they come first
     if (Rejects(leftPlane, box, straddles) || Rejects(rightPlane, box, straddles) ||
         Rejects(topPlane, box, straddles) || Rejects(bottomPlane, box, straddles) ||
@@ -146,21 +144,17 @@ constexpr typename tFrustum<T>::IntersectionResult tFrustum<T>::ContainsAABB(tVo
     return straddles ? INTERSECTING : INSIDE;
 }
 
-#if defined __SSE2__
-
 /// The same for several planes at a time and without a branch: no plane waits for another, and any of them rejects.
 template <typename T>
 inline typename tFrustum<T>::IntersectionResult tFrustum<T>::Classify(tVolumeAABB<T> const& box) const noexcept
 {
-    T const lower[] = {box.GetMin().x, box.GetMin().y, box.GetMin().z};
-    T const upper[] = {box.GetMax().x, box.GetMax().y, box.GetMax().z};
-    detail::tCornerLanes<T> const corners(lower, upper);
+    detail::tBoxCorners<T> const corners(box.GetMin(), box.GetMax());
     int rejected = 0;
     int straddled = 0;
     if constexpr (sizeof(T) == sizeof(float))
     {
         corners.Test(detail::LoadPlanes(leftPlane, rightPlane, topPlane, bottomPlane), rejected, straddled);
-        corners.TestTwo(detail::LoadPlanes(farPlane, nearPlane, farPlane, nearPlane), rejected, straddled);
+        corners.TestTwice(detail::LoadPlanes(farPlane, nearPlane, farPlane, nearPlane), rejected, straddled);
     }
     else
     {
@@ -171,8 +165,6 @@ inline typename tFrustum<T>::IntersectionResult tFrustum<T>::Classify(tVolumeAAB
     IntersectionResult const kept = straddled != 0 ? INTERSECTING : INSIDE;
     return rejected != 0 ? OUTSIDE : kept;
 }
-
-#endif
 
 extern template class BV_TEMPLATE tFrustum<float>;
 extern template class BV_TEMPLATE tFrustum<double>;

@@ -3,7 +3,6 @@
 /// @file
 /// A 4x4 transformation matrix that knows its own kind, and the transformation of vectors by it.
 
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
@@ -13,8 +12,9 @@
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
-#include "bv/maths/Precision.h"
-#include "bv/maths/Quad.h"
+#include "bv/maths/detail/Place.h"
+#include "bv/maths/detail/Precision.h"
+#include "bv/maths/detail/Rows.h"
 #include "bv/maths/tTuple2.h"
 #include "bv/maths/tVector3.h"
 
@@ -174,20 +174,26 @@ public:
     /// Element by index, row by row from 0 to 15. The index is not checked.
     [[nodiscard]] T const& operator[](std::size_t index) const noexcept { return elements[index]; }
     /// Element by row (first component) and column (second component), both from 0 to 3 and not checked.
-    [[nodiscard]] T const& operator[](tTuple2<unsigned int> const& position) const noexcept;
+    [[nodiscard]] T const& operator[](tTuple2<unsigned int> const& position) const noexcept
+    {
+        return elements[GetIndex(position)];
+    }
     /// @copydoc operator[](std::size_t) const
     [[nodiscard]] T const& GetElement(std::size_t index) const noexcept { return elements[index]; }
     /// @copydoc operator[](tTuple2<unsigned int> const&) const
-    [[nodiscard]] T const& GetElement(tTuple2<unsigned int> const& position) const noexcept;
+    [[nodiscard]] T const& GetElement(tTuple2<unsigned int> const& position) const noexcept
+    {
+        return elements[GetIndex(position)];
+    }
     /// Element by index, to write to. The state is not updated: until the next operation that classifies, it describes
     /// the elements as they were.
     [[nodiscard]] T& operator()(std::size_t index) noexcept { return elements[index]; }
     /// Element by row and column, to write to. The state is not updated.
-    [[nodiscard]] T& operator()(tTuple2<unsigned int> const& position) noexcept;
+    [[nodiscard]] T& operator()(tTuple2<unsigned int> const& position) noexcept { return elements[GetIndex(position)]; }
     /// @copydoc operator()(std::size_t)
     [[nodiscard]] T& GetElement(std::size_t index) noexcept { return elements[index]; }
     /// @copydoc operator()(tTuple2<unsigned int> const&)
-    [[nodiscard]] T& GetElement(tTuple2<unsigned int> const& position) noexcept;
+    [[nodiscard]] T& GetElement(tTuple2<unsigned int> const& position) noexcept { return elements[GetIndex(position)]; }
     /// The sixteen elements, row by row, aligned to 16 bytes.
     [[nodiscard]] T const* Get() const noexcept { return elements; }
     /// @}
@@ -299,21 +305,20 @@ private:
     static constexpr unsigned long long ROW_3 = 2;
     static constexpr unsigned long long ROW_4 = 3;
 
-    using Quad = detail::tQuad<T>;
-
-    /// The elements, outside of a matrix. Operations compute in these and write to the matrix at the end, through one
-    /// pointer, so that the compiler can keep a result that is only copied in registers.
+    using Place = detail::Place;
     using Rows = detail::tRows<T>;
+    using Result = detail::tClassified<T, State>;
 
-    /// A template, so that its name tells the rows of a program compiled for AVX from others.
-    template <typename AnyRows>
-    struct tResult
-    {
-        AnyRows rows;
-        State state;
-    };
-    using Result = tResult<Rows>;
+    // Where failures say that they were raised; see Place.
+    static constexpr Place INVERT_DIAGONAL{"Invert", 773};
+    static constexpr Place INVERT_GENERAL{"Invert", 801};
+    static constexpr Place INVERTED_DIAGONAL{"Inverted", 883};
+    static constexpr Place INVERTED_GENERAL{"Inverted", 920};
+    static constexpr Place ORTHOGONAL_PROJECTION{"OrthogonalProjection", 1212};
+    static constexpr Place PERSPECTIVE_PROJECTION{"PerspectiveProjection", 1251};
 
+    /// @name Elements and state
+    /// @{
     /// Sixteen elements whose state is known.
     tMatrix4(T const* values, State known) noexcept;
     /// The same. A template, so that it is no part of the instances in the library: Clang calls the constructors that
@@ -323,55 +328,52 @@ private:
     [[gnu::always_inline]] tMatrix4(Rows const& rows, Known known) noexcept
     {
         T* const aligned = AlignedBuffer();
-        Store(aligned, rows);
+        detail::StoreRows(rows, aligned);
         state = known;
         elements = aligned; // last: nothing that follows can then be taken for a change of it
     }
-    [[nodiscard, gnu::always_inline]] static tMatrix4 Make(Result const& result) noexcept
+    [[gnu::always_inline]] explicit tMatrix4(Result const& result) noexcept : tMatrix4(result.rows, result.state) {}
+
+    [[nodiscard]] static unsigned long long GetIndex(tTuple2<unsigned int> const& position) noexcept
     {
-        return tMatrix4(result.rows, result.state);
+        return static_cast<unsigned long long>(ROWSIZE) * position.x + position.y;
     }
-
-    [[nodiscard]] static unsigned long long GetIndex(tTuple2<unsigned int> const& position) noexcept;
     [[nodiscard]] T const* GetRow(std::size_t row) const noexcept { return elements + ROWSIZE * row; }
-    [[nodiscard, gnu::always_inline]] Rows Load() const noexcept;
-    [[gnu::always_inline]] static void Store(T* aligned, Rows const& rows) noexcept;
-
+    [[nodiscard, gnu::always_inline]] Rows Load() const noexcept { return detail::LoadRows<T>(elements); }
     [[nodiscard, gnu::always_inline]] T* AlignedBuffer() noexcept;
     void InitMemory() noexcept { elements = AlignedBuffer(); }
     void RepairMemory() noexcept;
     template <typename U>
     void ReadElements(U const* values) noexcept;
+    /// @}
+
+    /// @name Classification
+    /// @{
     State SetState() noexcept;
     /// The classification that SetState() stores, without a matrix.
     [[nodiscard]] static State Classify(T const* values) noexcept;
     [[nodiscard, gnu::always_inline]] static State Classify(Rows const& rows) noexcept;
-    [[nodiscard, gnu::always_inline]] static T DiagonalDeterminant(T const* m) noexcept;
-    [[nodiscard, gnu::always_inline]] static T FullDeterminant(T const* m) noexcept;
-    [[nodiscard, gnu::always_inline]] static bool IsPlainlyGeneral(Rows const& rows) noexcept;
-
-    [[gnu::always_inline]] static void ResetFourthRowAndColumn(Rows& rows) noexcept;
     /// Whether two states that are neither IDENTITY nor DIAGONAL are both ORTHONORMAL.
     [[nodiscard]] static bool AreRotations(State a, State b) noexcept { return (a | b) == ORTHONORMAL; }
-    [[nodiscard, gnu::always_inline]] static Rows RotationProduct(T const* left, T const* right) noexcept;
-    [[nodiscard, gnu::always_inline]] static Result Product(tMatrix4 const& left, tMatrix4 const& right) noexcept;
-    [[nodiscard, gnu::always_inline]] static Rows ScaledRows(T const* diagonal, Rows const& rows) noexcept;
-    [[nodiscard, gnu::always_inline]] static Rows ScaledColumns(Rows const& rows, T const* diagonal) noexcept;
+    /// The product with its state, by the rules of `operator*`.
+    [[nodiscard, gnu::always_inline]] static Result Multiply(tMatrix4 const& left, tMatrix4 const& right) noexcept;
+    /// The part of `operator*=` in which one of the two is DIAGONAL.
     tMatrix4& MultiplyDiagonal(tMatrix4 const& other) noexcept;
-    [[gnu::always_inline]] static void Transpose3(T* m) noexcept;
-    [[nodiscard, gnu::always_inline]] Result TransposedRows() const noexcept;
-    [[nodiscard, gnu::always_inline]] Rows TransposedRotation() const noexcept;
-    [[nodiscard, gnu::always_inline]] static bool IsTooSmall(T divisor) noexcept;
-    [[nodiscard, gnu::always_inline]] Rows InverseOfDiagonal(char const* member, unsigned int line) const;
-    [[nodiscard, gnu::always_inline]] Rows InverseOfGeneral(char const* member, unsigned int line) const;
-    /// Whether no value is IsEqual() to the one that differs from it by the difference; false says nothing.
-    [[nodiscard, gnu::always_inline]] static bool ArePlainlyDifferent(Quad const& values,
-                                                                      Quad const& differences) noexcept;
+    /// @}
+
+    /// @name Failure
+    /// @{
+    [[nodiscard, gnu::always_inline]] Rows InverseOfDiagonal(Place const& place) const;
+    [[nodiscard, gnu::always_inline]] Rows InverseOfGeneral(Place const& place) const;
     /// Throws when the two ends of an extent are IsEqual().
-    static void CheckView(T left, T right, T bottom, T top, T nearPlane, T farPlane, char const* member,
-                          unsigned int line);
-    [[noreturn, gnu::cold]] static void ThrowSingular(char const* member, unsigned int line);
+    static void CheckView(T left, T right, T bottom, T top, T nearPlane, T farPlane, Place const& place);
+    [[noreturn, gnu::cold]] static void ThrowSingular(Place const& place);
+    /// @}
 };
+
+// Where the arithmetic of an operation stands: that of rows, and so of products, transposes, determinants and inverses,
+// in detail/Rows.h; that of vectors in VectorTransforms.h; classification, products in place with a diagonal
+// matrix, builders and streams in the source file. Here an operation chooses by the states, and sets one.
 
 // The pointer must be set before a matrix is used: every constructor sets it.
 template <typename T>
@@ -380,8 +382,9 @@ inline T* tMatrix4<T>::AlignedBuffer() noexcept
     static_assert(offsetof(tMatrix4, state) == 0 && offsetof(tMatrix4, elements) == sizeof(void*) &&
                   offsetof(tMatrix4, buffer) == 2 * sizeof(void*));
     constexpr std::uintptr_t ALIGNMENT = 16;
-    std::uintptr_t const beyond = reinterpret_cast<std::uintptr_t>(buffer) % ALIGNMENT;
-    return buffer + (ALIGNMENT - beyond) % ALIGNMENT / sizeof(T);
+    // In bytes: the matrix may lie at any address.
+    auto const address = reinterpret_cast<std::uintptr_t>(buffer);
+    return reinterpret_cast<T*>(reinterpret_cast<char*>(buffer) + (ALIGNMENT - address) % ALIGNMENT);
 }
 
 template <typename T>
@@ -389,22 +392,6 @@ inline void tMatrix4<T>::RepairMemory() noexcept
 {
     if (elements == nullptr)
         InitMemory();
-}
-
-template <typename T>
-inline typename tMatrix4<T>::Rows tMatrix4<T>::Load() const noexcept
-{
-    T const* const m = elements;
-    return {Quad(m), Quad(m + 4), Quad(m + 8), Quad(m + 12)};
-}
-
-template <typename T>
-inline void tMatrix4<T>::Store(T* aligned, Rows const& rows) noexcept
-{
-    rows.row1.Store(aligned);
-    rows.row2.Store(aligned + 4);
-    rows.row3.Store(aligned + 8);
-    rows.row4.Store(aligned + 12);
 }
 
 template <typename T>
@@ -419,48 +406,17 @@ inline void tMatrix4<T>::ReadElements(U const* values) noexcept
 }
 
 template <typename T>
-inline void tMatrix4<T>::ResetFourthRowAndColumn(Rows& rows) noexcept
-{
-    rows.row1 = rows.row1.WithoutLast();
-    rows.row2 = rows.row2.WithoutLast();
-    rows.row3 = rows.row3.WithoutLast();
-    rows.row4 = Quad(T{0}, T{0}, T{0}, T{1});
-}
-
-// Recognises many matrices that are GENERAL, and no others: those whose first column is neither near zero off the
-// diagonal nor near length 1. The bounds are far wider than those of IsEqual(). Two elements often show it, with less
-// work.
-template <typename T>
-inline bool tMatrix4<T>::IsPlainlyGeneral(Rows const& rows) noexcept
-{
-    T const m11 = rows.row1.template Get<0>();
-    T const m21 = rows.row2.template Get<0>();
-    if (std::abs(m11) > T{1} + T{100} * TOLERANCE<T> && std::abs(m21) > T{10} * TOLERANCE<T>)
-        return true;
-    T const m31 = rows.row3.template Get<0>();
-    T const m41 = rows.row4.template Get<0>();
-    T const offDiagonal = m21 * m21 + m31 * m31 + m41 * m41;
-    // this way round, so that NaN passes: a matrix with one there is GENERAL
-    bool const isNearAxis = offDiagonal <= T{100} * TOLERANCE<T> * TOLERANCE<T>;
-    bool const isNearUnit = std::abs(m11 * m11 + offDiagonal - T{1}) <= T{100} * TOLERANCE<T>;
-    return !isNearAxis && !isNearUnit;
-}
-
-template <typename T>
 inline typename tMatrix4<T>::State tMatrix4<T>::Classify(Rows const& rows) noexcept
 {
-    if (IsPlainlyGeneral(rows))
+    if (detail::IsPlainlyGeneral(rows, TOLERANCE<T>))
         return GENERAL;
     alignas(16) T values[SIZE];
-    Store(values, rows);
+    detail::StoreRows(rows, values);
     return Classify(values);
 }
 
 template <typename T>
-inline tMatrix4<T>::tMatrix4() noexcept
-    : tMatrix4(Rows{Quad(T{1}, T{0}, T{0}, T{0}), Quad(T{0}, T{1}, T{0}, T{0}), Quad(T{0}, T{0}, T{1}, T{0}),
-                    Quad(T{0}, T{0}, T{0}, T{1})},
-               IDENTITY)
+inline tMatrix4<T>::tMatrix4() noexcept : tMatrix4(detail::DiagonalRows(T{1}, T{1}, T{1}, T{1}), IDENTITY)
 {
 }
 
@@ -490,7 +446,7 @@ inline tMatrix4<T>& tMatrix4<T>::operator=(tMatrix4 const& other) noexcept
     RepairMemory();
     T* const to = elements;
     state = other.state;
-    Store(to, other.Load());
+    detail::StoreRows(other.Load(), to);
     return *this;
 }
 
@@ -513,151 +469,44 @@ inline tMatrix4<T>& tMatrix4<T>::operator=(U const* values) noexcept
 }
 
 template <typename T>
-inline unsigned long long tMatrix4<T>::GetIndex(tTuple2<unsigned int> const& position) noexcept
-{
-    return static_cast<unsigned long long>(ROWSIZE) * position.x + position.y;
-}
-
-template <typename T>
-inline T const& tMatrix4<T>::operator[](tTuple2<unsigned int> const& position) const noexcept
-{
-    return elements[GetIndex(position)];
-}
-
-template <typename T>
-inline T const& tMatrix4<T>::GetElement(tTuple2<unsigned int> const& position) const noexcept
-{
-    return elements[GetIndex(position)];
-}
-
-template <typename T>
-inline T& tMatrix4<T>::operator()(tTuple2<unsigned int> const& position) noexcept
-{
-    return elements[GetIndex(position)];
-}
-
-template <typename T>
-inline T& tMatrix4<T>::GetElement(tTuple2<unsigned int> const& position) noexcept
-{
-    return elements[GetIndex(position)];
-}
-
-template <typename T>
 inline T tMatrix4<T>::Determinant() const noexcept
 {
     if (IsOrthonormal())
         return T{1};
-    return state == DIAGONAL ? DiagonalDeterminant(elements) : FullDeterminant(elements);
+    return state == DIAGONAL ? detail::DeterminantOfDiagonal<T>(elements) : detail::Determinant<T>(elements);
 }
 
 template <typename T>
-inline T tMatrix4<T>::DiagonalDeterminant(T const* m) noexcept
-{
-    return m[IDX_11] * m[IDX_22] * m[IDX_33] * m[IDX_44];
-}
-
-namespace detail
-{
-
-/// A row or column of a matrix for four determinants: lane j holds the first, second and third of the elements that
-/// remain without the one at j.
-template <typename Quad>
-struct tMinors
-{
-    Quad first, second, third;
-
-    [[gnu::always_inline]] explicit tMinors(Quad const& line) noexcept
-        : first{line.template Shuffled<1, 0, 0, 0>()},
-          second{line.template Shuffled<2, 2, 1, 1>()},
-          third{line.template Shuffled<3, 3, 3, 2>()}
-    {
-    }
-
-    /// The four 2x2 determinants of the last two elements of this line and another.
-    [[nodiscard, gnu::always_inline]] Quad Cross(tMinors const& other) const noexcept
-    {
-        return second * other.third - other.second * third;
-    }
-};
-
-} // namespace detail
-
-// The expansion along the first row, its four products side by side: each lane has the determinant without its column,
-// expanded along the second row.
-template <typename T>
-inline T tMatrix4<T>::FullDeterminant(T const* m) noexcept
-{
-    detail::tMinors<Quad> const row2(Quad(m + 4));
-    detail::tMinors<Quad> const row3(Quad(m + 8));
-    detail::tMinors<Quad> const row4(Quad(m + 12));
-    Quad const minors = row2.first * row3.Cross(row4) -
-                        row2.second * (row3.first * row4.third - row4.first * row3.third) +
-                        row2.third * (row3.first * row4.second - row4.first * row3.second);
-    Quad const products = Quad(m) * minors;
-    return products.template Get<0>() - products.template Get<1>() + products.template Get<2>() -
-           products.template Get<3>();
-}
-
-// The third row comes first: compilers would else compute what the general product begins with, too, before they know
-// which of the two they need, and have too few registers for it.
-template <typename T>
-inline typename tMatrix4<T>::Rows tMatrix4<T>::RotationProduct(T const* left, T const* right) noexcept
-{
-    Rows const b = detail::LoadRows(right);
-    Quad const row3 = detail::Combine(left + 8, b);
-    Rows rows{detail::Combine(left, b), detail::Combine(left + 4, b), row3, row3};
-    ResetFourthRowAndColumn(rows);
-    return rows;
-}
-
-template <typename T>
-inline typename tMatrix4<T>::Rows tMatrix4<T>::ScaledRows(T const* diagonal, Rows const& rows) noexcept
-{
-    return {Quad::Broadcast(diagonal[IDX_11]) * rows.row1, Quad::Broadcast(diagonal[IDX_22]) * rows.row2,
-            Quad::Broadcast(diagonal[IDX_33]) * rows.row3, Quad::Broadcast(diagonal[IDX_44]) * rows.row4};
-}
-
-template <typename T>
-inline typename tMatrix4<T>::Rows tMatrix4<T>::ScaledColumns(Rows const& rows, T const* diagonal) noexcept
-{
-    Quad const factors(diagonal[IDX_11], diagonal[IDX_22], diagonal[IDX_33], diagonal[IDX_44]);
-    return {rows.row1 * factors, rows.row2 * factors, rows.row3 * factors, rows.row4 * factors};
-}
-
-template <typename T>
-inline typename tMatrix4<T>::Result tMatrix4<T>::Product(tMatrix4 const& left, tMatrix4 const& right) noexcept
+inline typename tMatrix4<T>::Result tMatrix4<T>::Multiply(tMatrix4 const& left, tMatrix4 const& right) noexcept
 {
     T const* const a = left.elements;
     T const* const b = right.elements;
     if (!left.IsDiagonal() && !right.IsDiagonal())
     {
         if (AreRotations(left.state, right.state))
-            return {RotationProduct(a, b), ORTHONORMAL};
-        return {detail::Multiply(a, b), GENERAL};
+            return {detail::RotationProduct(a, b), ORTHONORMAL};
+        return {detail::Product(a, b), GENERAL};
     }
     if (right.state == IDENTITY)
         return {left.Load(), left.state};
     if (left.state == IDENTITY)
         return {right.Load(), right.state};
     if (left.state == right.state)
-        return {{Quad(a[IDX_11] * b[IDX_11], T{0}, T{0}, T{0}), Quad(T{0}, a[IDX_22] * b[IDX_22], T{0}, T{0}),
-                 Quad(T{0}, T{0}, a[IDX_33] * b[IDX_33], T{0}), Quad(T{0}, T{0}, T{0}, a[IDX_44] * b[IDX_44])},
+        return {detail::DiagonalRows(a[IDX_11] * b[IDX_11], a[IDX_22] * b[IDX_22], a[IDX_33] * b[IDX_33],
+                                     a[IDX_44] * b[IDX_44]),
                 DIAGONAL};
 
     bool const isLeft = left.state == DIAGONAL;
-    Rows rows = isLeft ? ScaledRows(a, right.Load()) : ScaledColumns(left.Load(), b);
-    if ((isLeft ? right : left).state == ORTHONORMAL && IsEqual(DiagonalDeterminant(isLeft ? a : b), T{1}))
-    {
-        ResetFourthRowAndColumn(rows);
-        return {rows, ORTHONORMAL};
-    }
+    Rows const rows = isLeft ? detail::ScaledRows(a, right.Load()) : detail::ScaledColumns(left.Load(), b);
+    if ((isLeft ? right : left).state == ORTHONORMAL && IsEqual(detail::DeterminantOfDiagonal(isLeft ? a : b), T{1}))
+        return {detail::WithoutFourth(rows), ORTHONORMAL};
     return {rows, Classify(rows)};
 }
 
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::operator*(tMatrix4 const& other) const noexcept
 {
-    return Make(Product(*this, other));
+    return tMatrix4(Multiply(*this, other));
 }
 
 template <typename T>
@@ -668,12 +517,12 @@ inline tMatrix4<T>& tMatrix4<T>::operator*=(tMatrix4 const& other) noexcept
     {
         T* const to = elements;
         if (AreRotations(state, other.state))
-            Store(to, RotationProduct(to, other.elements));
+            detail::StoreRows(detail::RotationProduct<T>(to, other.elements), to);
         else
         {
-            Rows const product = detail::Multiply(to, other.elements);
+            Rows const product = detail::Product(static_cast<T const*>(to), static_cast<T const*>(other.elements));
             state = GENERAL;
-            Store(to, product);
+            detail::StoreRows(product, to);
         }
         return *this;
     }
@@ -701,146 +550,71 @@ inline tMatrix4<T>& tMatrix4<T>::operator-=(tMatrix4 const& other) noexcept
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::operator+(tMatrix4 const& other) const noexcept
 {
-    Rows const a = Load();
-    Rows const b = other.Load();
-    return tMatrix4(Rows{a.row1 + b.row1, a.row2 + b.row2, a.row3 + b.row3, a.row4 + b.row4},
-                    IsDiagonal() && other.IsDiagonal() ? DIAGONAL : GENERAL);
+    return tMatrix4(detail::Sum(Load(), other.Load()), IsDiagonal() && other.IsDiagonal() ? DIAGONAL : GENERAL);
 }
 
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::operator-(tMatrix4 const& other) const noexcept
 {
-    Rows const a = Load();
-    Rows const b = other.Load();
-    return tMatrix4(Rows{a.row1 - b.row1, a.row2 - b.row2, a.row3 - b.row3, a.row4 - b.row4},
-                    IsDiagonal() && other.IsDiagonal() ? DIAGONAL : GENERAL);
+    return tMatrix4(detail::Difference(Load(), other.Load()), IsDiagonal() && other.IsDiagonal() ? DIAGONAL : GENERAL);
 }
 
-// Rows that are equal by their differences alone, as most equal ones are, are recognised side by side.
 template <typename T>
 inline bool tMatrix4<T>::operator==(tMatrix4 const& other) const noexcept
 {
     T const* const a = elements;
     T const* const b = other.elements;
+    using Row = detail::tFour<T>;
     for (std::size_t row = 0; row < SIZE; row += ROWSIZE)
-    {
-        Quad const difference = Quad(a + row) - Quad(b + row);
-        if ((difference * difference).HasLaneNotBelow(TOLERANCE<T> * TOLERANCE<T>))
+        if (!detail::AreWithin<T>(detail::LoadAligned<Row>(a + row), detail::LoadAligned<Row>(b + row), TOLERANCE<T>))
             for (std::size_t i = row; i < row + ROWSIZE; ++i)
                 if (!IsEqual(a[i], b[i]))
                     return false;
-    }
     return true;
-}
-
-template <typename T>
-inline void tMatrix4<T>::Transpose3(T* m) noexcept
-{
-    T const m12 = m[IDX_12], m13 = m[IDX_13], m23 = m[IDX_23];
-    m[IDX_12] = m[IDX_21];
-    m[IDX_13] = m[IDX_31];
-    m[IDX_23] = m[IDX_32];
-    m[IDX_21] = m12;
-    m[IDX_31] = m13;
-    m[IDX_32] = m23;
 }
 
 template <typename T>
 inline tMatrix4<T>& tMatrix4<T>::Transpose() noexcept
 {
     RepairMemory();
-    T* const m = elements;
     if (state == ORTHONORMAL)
-        Transpose3(m);
+        detail::TransposeRotation(elements);
     else if (!IsDiagonal())
-    {
-        auto [row1, row2, row3, row4] = Load();
-        Quad::Transpose(row1, row2, row3, row4);
-        Store(m, {row1, row2, row3, row4});
-    }
+        detail::StoreRows(detail::Transposed(Load()), elements);
     return *this;
-}
-
-template <typename T>
-inline typename tMatrix4<T>::Result tMatrix4<T>::TransposedRows() const noexcept
-{
-    if (IsDiagonal())
-        return {Load(), state};
-    if (state == ORTHONORMAL)
-        return {TransposedRotation(), ORTHONORMAL};
-    Rows rows = Load();
-    Quad::Transpose(rows.row1, rows.row2, rows.row3, rows.row4);
-    return {rows, Classify(rows)};
-}
-
-template <typename T>
-inline typename tMatrix4<T>::Rows tMatrix4<T>::TransposedRotation() const noexcept
-{
-    Rows rows = Load();
-    Quad::Transpose(rows.row1, rows.row2, rows.row3);
-    ResetFourthRowAndColumn(rows);
-    return rows;
 }
 
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::Transposed() const noexcept
 {
-    return Make(TransposedRows());
+    auto const result = [this]() -> Result
+    {
+        if (IsDiagonal())
+            return {Load(), state};
+        if (state == ORTHONORMAL)
+            return {detail::TransposedRotation(Load()), ORTHONORMAL};
+        Rows const rows = detail::Transposed(Load());
+        return {rows, Classify(rows)};
+    };
+    return tMatrix4(result());
 }
 
 template <typename T>
-inline bool tMatrix4<T>::IsTooSmall(T divisor) noexcept
+inline typename tMatrix4<T>::Rows tMatrix4<T>::InverseOfDiagonal(Place const& place) const
 {
-    return TOLERANCE<T> > std::abs(divisor); // this way round, so that NaN passes
+    auto const diagonal = detail::DiagonalOf<T>(elements);
+    if (detail::IsOneTooSmall<T>(diagonal, TOLERANCE<T>))
+        ThrowSingular(place);
+    return detail::InverseOfDiagonal(Load(), diagonal);
 }
 
 template <typename T>
-inline typename tMatrix4<T>::Rows tMatrix4<T>::InverseOfDiagonal(char const* member, unsigned int line) const
+inline typename tMatrix4<T>::Rows tMatrix4<T>::InverseOfGeneral(Place const& place) const
 {
-    T const* const m = elements;
-    Quad const diagonal(m[IDX_11], m[IDX_22], m[IDX_33], m[IDX_44]);
-    if (diagonal.HasLaneWithin(TOLERANCE<T>))
-        ThrowSingular(member, line);
-    Rows rows = Load();
-    Quad const reciprocals = Quad::Broadcast(T{1}) / diagonal;
-    rows.row1 = rows.row1.template With<0>(reciprocals);
-    rows.row2 = rows.row2.template With<1>(reciprocals);
-    rows.row3 = rows.row3.template With<2>(reciprocals);
-    rows.row4 = rows.row4.template With<3>(reciprocals);
-    return rows;
-}
-
-// The adjugate times the reciprocal of the determinant, a row at a time: row i holds the determinants without column i,
-// each expanded along its first row. Those without row 1 are the ones that the determinant expands to.
-template <typename T>
-inline typename tMatrix4<T>::Rows tMatrix4<T>::InverseOfGeneral(char const* member, unsigned int line) const
-{
-    T const* const m = elements;
-    auto [rows1, rows2, rows3, rows4] = Load();
-    Quad::Transpose(rows1, rows2, rows3, rows4);
-    detail::tMinors<Quad> const c1(rows1);
-    detail::tMinors<Quad> const c2(rows2);
-    detail::tMinors<Quad> const c3(rows3);
-    detail::tMinors<Quad> const c4(rows4);
-    Quad const c12 = c1.Cross(c2);
-    Quad const c13 = c1.Cross(c3);
-    Quad const c14 = c1.Cross(c4);
-    Quad const c23 = c2.Cross(c3);
-    Quad const c24 = c2.Cross(c4);
-    Quad const c34 = c3.Cross(c4);
-    Quad const minors1 = c2.first * c34 - c3.first * c24 + c4.first * c23;
-    Quad const minors2 = c1.first * c34 - c3.first * c14 + c4.first * c13;
-    Quad const minors3 = c1.first * c24 - c2.first * c14 + c4.first * c12;
-    Quad const minors4 = c1.first * c23 - c2.first * c13 + c3.first * c12;
-    T const determinant = m[IDX_11] * minors1.template Get<0>() - m[IDX_12] * minors2.template Get<0>() +
-                          m[IDX_13] * minors3.template Get<0>() - m[IDX_14] * minors4.template Get<0>();
-    if (IsTooSmall(determinant))
-        ThrowSingular(member, line);
-
-    T const q = T{1} / determinant;
-    Quad const evenSigns(q, -q, q, -q);
-    Quad const oddSigns = evenSigns.template Shuffled<1, 0, 3, 2>();
-    return {minors1 * evenSigns, minors2 * oddSigns, minors3 * evenSigns, minors4 * oddSigns};
+    detail::tAdjugate<T> const adjugate(elements);
+    if (detail::IsTooSmall(adjugate.determinant, TOLERANCE<T>))
+        ThrowSingular(place);
+    return adjugate.Inverse();
 }
 
 template <typename T>
@@ -849,50 +623,41 @@ inline tMatrix4<T>& tMatrix4<T>::Invert()
     RepairMemory();
     T* const m = elements;
     if (state == DIAGONAL)
-        Store(m, InverseOfDiagonal("Invert", 773));
+        detail::StoreRows(InverseOfDiagonal(INVERT_DIAGONAL), m);
     else if (state == ORTHONORMAL)
-        Transpose3(m);
+        detail::TransposeRotation(m);
     else if (state != IDENTITY)
-        Store(m, InverseOfGeneral("Invert", 801));
+        detail::StoreRows(InverseOfGeneral(INVERT_GENERAL), m);
     return *this;
 }
 
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::Inverted() const
 {
-    return Make(state == ORTHONORMAL ? Result{TransposedRotation(), ORTHONORMAL}
-                : state == DIAGONAL  ? Result{InverseOfDiagonal("Inverted", 883), DIAGONAL}
-                : state == IDENTITY  ? Result{Load(), IDENTITY}
-                                     : Result{InverseOfGeneral("Inverted", 920), GENERAL});
-}
-
-// The bounds are far wider than those of IsEqual(), and whatever is or becomes infinite or NaN is not recognised.
-template <typename T>
-inline bool tMatrix4<T>::ArePlainlyDifferent(Quad const& values, Quad const& differences) noexcept
-{
-    constexpr T BOUND = T{100} * TOLERANCE<T>;
-    Quad const bounds = (values * values + Quad::Broadcast(T{1})) * Quad::Broadcast(BOUND * BOUND);
-    return !(bounds - differences * differences).HasLaneNotBelow(T{0});
+    return tMatrix4(state == ORTHONORMAL ? Result{detail::TransposedRotation(Load()), ORTHONORMAL}
+                    : state == DIAGONAL  ? Result{InverseOfDiagonal(INVERTED_DIAGONAL), DIAGONAL}
+                    : state == IDENTITY  ? Result{Load(), IDENTITY}
+                                         : Result{InverseOfGeneral(INVERTED_GENERAL), GENERAL});
 }
 
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::PerspectiveProjection(T const& left, T const& right, T const& bottom, T const& top,
                                                       T const& nearPlane, T const& farPlane)
 {
-    Quad const lower(left, bottom, nearPlane, nearPlane);
-    Quad const upper(right, top, farPlane, farPlane);
-    Quad const extents = upper - lower;
-    if (!ArePlainlyDifferent(lower, extents))
-        CheckView(left, right, bottom, top, nearPlane, farPlane, "PerspectiveProjection", 1251);
-    Quad const sums = upper + lower;
-    Quad const zeros = Quad::Broadcast(T{0});
-    Quad const sides = Quad::Broadcast(T{2} * nearPlane).Interleaved(sums) / extents.Interleaved(extents);
-    T const depth = extents.template Get<2>();
-    T const m33 = -sums.template Get<2>() / depth;
+    using Row = detail::tFour<T>;
+    using detail::Choose, detail::Four, detail::Get;
+    Row const lower = Four(left, bottom, nearPlane, nearPlane);
+    Row const upper = Four(right, top, farPlane, farPlane);
+    Row const extents = upper - lower;
+    if (!detail::ArePlainlyDifferent<T>(lower, extents, TOLERANCE<T>))
+        CheckView(left, right, bottom, top, nearPlane, farPlane, PERSPECTIVE_PROJECTION);
+    Row const sums = upper + lower;
+    Row const sides = Choose<0, 4, 1, 5>(detail::Broadcast<Row>(T{2} * nearPlane), sums) / Choose<0, 0, 1, 1>(extents);
+    T const depth = Get<2>(extents);
+    T const m33 = -Get<2>(sums) / depth;
     T const m34 = T{-2} * farPlane * nearPlane / depth;
-    return tMatrix4(Rows{sides.Interleaved(zeros),
-                         sides.template Shuffled<3, 2, 3, 2>().template With<0>(zeros).template With<3>(zeros),
-                         Quad(T{0}, T{0}, m33, m34), Quad(T{0}, T{0}, T{-1}, T{0})},
+    return tMatrix4(Rows{Choose<0, 4, 1, 5>(sides, Row{}), Choose<4, 2, 3, 5>(sides, Row{}), Four(T{0}, T{0}, m33, m34),
+                         Four(T{0}, T{0}, T{-1}, T{0})},
                     GENERAL);
 }
 
@@ -900,80 +665,6 @@ inline tMatrix4<T> tMatrix4<T>::PerspectiveProjection(T const& left, T const& ri
 /// apply to the numbers; its width and fill apply once, to the whole text.
 template <typename T>
 std::ostream& operator<<(std::ostream& stream, tMatrix4<T> const& matrix);
-
-// The transformations of a vector stand here, not beside the vector, because vectors do not depend on matrices.
-
-template <typename T>
-inline tVector3<T> tVector3<T>::Rotated(tMatrix4<T> const& matrix) const noexcept
-{
-    using Quad = detail::tQuad<T>;
-    T const* const m = matrix.elements;
-    Quad column1(m), column2(m + 4), column3(m + 8);
-    Quad::Transpose(column1, column2, column3);
-    Quad const rotated = column1 * Quad::Broadcast(x) + column2 * Quad::Broadcast(y) + column3 * Quad::Broadcast(z);
-    return {rotated.template Get<0>(), rotated.template Get<1>(), rotated.template Get<2>()};
-}
-
-template <typename T>
-inline tVector3<T> tVector3<T>::Projected(tMatrix4<T> const& matrix, char const* member, unsigned int diagonalLine,
-                                          unsigned int generalLine) const
-{
-    using Quad = detail::tQuad<T>;
-    using Matrix = tMatrix4<T>;
-    if (matrix.IsIdentity())
-        return *this;
-    T const* const m = matrix.elements;
-    T const tolerance = TOLERANCE<T>;
-    if (matrix.IsDiagonal())
-    {
-        if (tolerance > std::abs(m[Matrix::IDX_44])) // this way round, so that NaN passes
-            ThrowDivisionByZero(member, diagonalLine);
-        T const reciprocal = T{1} / m[Matrix::IDX_44];
-        return {x * (reciprocal * m[Matrix::IDX_11]), y * (reciprocal * m[Matrix::IDX_22]),
-                reciprocal * m[Matrix::IDX_33] * z};
-    }
-    auto [column1, column2, column3, column4] = matrix.Load();
-    Quad::Transpose(column1, column2, column3, column4);
-    Quad const homogeneous =
-        column1 * Quad::Broadcast(x) + column2 * Quad::Broadcast(y) + column3 * Quad::Broadcast(z) + column4;
-    T const w = homogeneous.template Get<3>();
-    if (tolerance > std::abs(w))
-        ThrowDivisionByZero(member, generalLine);
-    Quad const point = homogeneous * Quad::Broadcast(T{1} / w);
-    return {point.template Get<0>(), point.template Get<1>(), point.template Get<2>()};
-}
-
-template <typename T>
-inline tVector3<T>& tVector3<T>::Transform(tMatrix4<T> const& matrix)
-{
-    return *this = Projected(matrix, "Transform", 39, 56);
-}
-
-template <typename T>
-inline tVector3<T> tVector3<T>::Transformed(tMatrix4<T> const& matrix) const
-{
-    return Projected(matrix, "Transformed", 96, 111);
-}
-
-template <typename T>
-inline tVector3<T>& tVector3<T>::TransformAsVector(tMatrix4<T> const& matrix) noexcept
-{
-    return *this = TransformedAsVector(matrix);
-}
-
-template <typename T>
-inline tVector3<T> tVector3<T>::TransformedAsVector(tMatrix4<T> const& matrix) const noexcept
-{
-    using Matrix = tMatrix4<T>;
-    if (matrix.state > Matrix::ORTHONORMAL)
-        return Rotated(matrix);
-    if (matrix.IsIdentity())
-        return *this;
-    if (matrix.IsDiagonal())
-        return {x * matrix[Matrix::IDX_11], y * matrix[Matrix::IDX_22], z * matrix[Matrix::IDX_33]};
-    tVector3 const rotated = Rotated(matrix);
-    return IsEqual(LengthSquared(), T{1}) ? rotated.Normalised() : rotated;
-}
 
 extern template class BV_TEMPLATE tMatrix4<float>;
 extern template class BV_TEMPLATE tMatrix4<double>;
@@ -987,3 +678,6 @@ static_assert(sizeof(tMatrix4<double>) == 2 * sizeof(void*) + 128 + 16);
 static_assert(!std::is_trivially_copyable_v<tMatrix4<float>> && !std::is_trivially_copyable_v<tMatrix4<double>>);
 
 } // namespace bv::maths
+
+// The transformations of vectors by matrices: they belong to the vectors, which do not depend on matrices.
+#include "bv/maths/VectorTransforms.h"

@@ -12,7 +12,7 @@
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
-#include "bv/maths/Precision.h"
+#include "bv/maths/detail/Precision.h"
 #include "bv/maths/tVector3.h"
 
 namespace bv::maths

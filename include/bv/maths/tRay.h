@@ -3,14 +3,13 @@
 /// @file
 /// A half-line.
 
-#include <cmath>
 #include <cstddef>
 #include <type_traits>
 
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
-#include "bv/maths/Lanes3.h"
+#include "bv/maths/detail/BoxCorners.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
 #include "bv/maths/tVolumeAABB.h"
@@ -114,22 +113,25 @@ inline bool tRay<T>::Clip(tVolumeSphere<T> const& sphere, T& tNear, T& tFar) con
 template <typename T>
 inline bool tRay<T>::Clip(tVolumeAABB<T> const& box, T& tNear, T& tFar) const noexcept
 {
-    using Lanes = detail::tLanes3<T>;
-    Lanes const along = Lanes::LoadLast(this);
-    Lanes const margin = Lanes::Broadcast(TOLERANCE<T>);
-    Lanes const reciprocal = Lanes::Broadcast(T{1}) / along; // of no axis in particular, so that a loop can keep it
-    Lanes const start = Lanes::LoadFirst(this);
-    Lanes const t1 = (Lanes::LoadFirst(&box) - start - margin) * reciprocal;
-    Lanes const t2 = (Lanes::LoadLast(&box) - start + margin) * reciprocal;
-    if ((margin < Lanes::Magnitude(along)).Bits() == 7)
+    using Lanes = detail::tThree<T>;
+    Lanes const along = detail::LoadLast(*this);
+    Lanes const margin = detail::Broadcast<Lanes>(TOLERANCE<T>);
+    Lanes const one = detail::Broadcast<Lanes>(T{1});
+    auto const crosses = margin < detail::Magnitude(along);
+    // Of no axis in particular, so that a loop can keep them; and no division by zero.
+    Lanes const reciprocal = one / detail::Select(crosses, along, one);
+    Lanes const start = detail::LoadFirst(*this);
+    Lanes const t1 = (detail::LoadFirst(box) - start - margin) * reciprocal;
+    Lanes const t2 = (detail::LoadLast(box) - start + margin) * reciprocal;
+    if (detail::AllThree(crosses))
     {
         // The interval only shrinks, so its last state tells of all three axes. A slab that lies behind leaves it below
         // 0, unless a parameter is NaN.
         T lo = tNear;
         T hi = tFar;
-        Lanes::Narrow(Lanes::Min(t2, t1), Lanes::Max(t1, t2), lo, hi);
+        detail::Narrow<T>(detail::Min(t2, t1), detail::Max(t1, t2), lo, hi);
         bool const hit = (lo <= hi) & (hi >= T{0});
-        if (!hit || t2.IsOrdered())
+        if (!hit || detail::All(t2 == t2))
         {
             if (!hit) // what a miss leaves is rarely read, and then not computed
                 static_cast<void>(ClipSides(box, lo = tNear, hi = tFar));
@@ -173,7 +175,7 @@ inline bool tRay<T>::ClipSide(tVolumeAABB<T> const& box, T& tNear, T& tFar, unsi
     T const upper = box.GetMax()[axis];
     T const start = origin[axis];
     T const along = direction[axis];
-    if (!(std::abs(along) > MARGIN))
+    if (!(detail::Magnitude(along) > MARGIN))
         return lower <= start && start <= upper;
 
     T const reciprocal = T{1} / along;

@@ -7,9 +7,9 @@
 #include <iosfwd>
 
 #include "bv/Export.h"
-#include "bv/maths/Components.h"
 #include "bv/maths/IsEqual.h"
-#include "bv/maths/Precision.h"
+#include "bv/maths/detail/Components.h"
+#include "bv/maths/detail/Precision.h"
 
 namespace bv::maths
 {

@@ -8,10 +8,10 @@
 #include <limits>
 
 #include "bv/Export.h"
-#include "bv/maths/Components.h"
 #include "bv/maths/IsEqual.h"
-#include "bv/maths/Lanes3.h"
-#include "bv/maths/Precision.h"
+#include "bv/maths/detail/Components.h"
+#include "bv/maths/detail/Lanes.h"
+#include "bv/maths/detail/Precision.h"
 
 namespace bv::maths
 {

@@ -8,11 +8,12 @@
 #include <limits>
 
 #include "bv/Export.h"
-#include "bv/maths/Components.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
-#include "bv/maths/Lanes3.h"
-#include "bv/maths/Precision.h"
+#include "bv/maths/detail/Components.h"
+#include "bv/maths/detail/Lanes.h"
+#include "bv/maths/detail/Place.h"
+#include "bv/maths/detail/Precision.h"
 
 namespace bv::maths
 {
@@ -159,8 +160,8 @@ public:
 private:
     [[nodiscard, gnu::always_inline]] inline tVector3 Rotated(tMatrix4<T> const& matrix) const noexcept;
     [[nodiscard, gnu::always_inline]] inline tVector3
-    Projected(tMatrix4<T> const& matrix, char const* member, unsigned int diagonalLine, unsigned int generalLine) const;
-    [[noreturn, gnu::cold]] static void ThrowDivisionByZero(char const* member, unsigned int line);
+    Projected(tMatrix4<T> const& matrix, detail::Place const& diagonal, detail::Place const& general) const;
+    [[noreturn, gnu::cold]] static void ThrowDivisionByZero(detail::Place const& place);
 };
 
 template <typename T>

@@ -9,9 +9,10 @@
 
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
-#include "bv/maths/Interval.h"
-#include "bv/maths/Lanes3.h"
-#include "bv/maths/Precision.h"
+#include "bv/maths/detail/BoxCorners.h"
+#include "bv/maths/detail/Interval.h"
+#include "bv/maths/detail/Place.h"
+#include "bv/maths/detail/Precision.h"
 #include "bv/maths/tVector3.h"
 
 namespace bv::maths
@@ -166,10 +167,10 @@ public:
     ///
     /// Only for valid boxes: an empty one gives NaN wherever a zero element meets an infinity. The caller includes
     /// `bv/maths/tMatrix4.h`. Arvo, "Transforming Axis-Aligned Bounding Boxes", Graphics Gems, 1990.
-    [[nodiscard, gnu::always_inline]] constexpr tVolumeAABB operator*(tMatrix4<T> const& matrix) const noexcept;
+    [[nodiscard, gnu::always_inline]] inline tVolumeAABB operator*(tMatrix4<T> const& matrix) const noexcept;
     /// Transforms in place, as operator*() does.
     /// @return this box.
-    [[gnu::always_inline]] constexpr tVolumeAABB& operator*=(tMatrix4<T> const& matrix) noexcept
+    [[gnu::always_inline]] tVolumeAABB& operator*=(tMatrix4<T> const& matrix) noexcept
     {
         return *this = *this * matrix;
     }
@@ -187,8 +188,11 @@ public:
     /// @}
 
 private:
-    static constexpr void AddSpan(T element, T lower, T upper, T& newLower, T& newUpper) noexcept;
-    [[noreturn, gnu::cold]] static void ThrowWrongAxis(char const* member, unsigned int line);
+    // Where failures say that they were raised; see Place.
+    static constexpr detail::Place GET_LENGTH{"GetLength", 205};
+    static constexpr detail::Place GET_AREA{"GetArea", 288};
+
+    [[noreturn, gnu::cold]] static void ThrowWrongAxis(detail::Place const& place);
 };
 
 template <typename T>
@@ -209,12 +213,11 @@ constexpr bool tVolumeAABB<T>::Contains(tVector3<T> const& point, bool exclusive
 {
     if (!std::is_constant_evaluated())
     {
-        using Lanes = detail::tLanes3<T>;
-        Lanes const lower = Lanes::LoadFirst(this);
-        Lanes const upper = Lanes::LoadLast(this);
-        Lanes const at = Lanes::Load(&point);
-        Lanes const below = exclusiveMax ? at < upper : at <= upper;
-        return ((lower <= at) & below).All();
+        auto const at = detail::LoadThree<T>(point);
+        auto const upper = detail::LoadLast(*this);
+        auto const isAbove = detail::LoadFirst(*this) <= at;
+        return exclusiveMax ? detail::AllThree(detail::Both(isAbove, at < upper))
+                            : detail::AllThree(detail::Both(isAbove, at <= upper));
     }
     if (!(point.x >= min.x))
         return false;
@@ -226,21 +229,16 @@ constexpr bool tVolumeAABB<T>::Contains(tVector3<T> const& point, bool exclusive
 template <typename T>
 constexpr T tVolumeAABB<T>::DistanceSquared(tVector3<T> const& point) const noexcept
 {
-#if defined __clang__
-    constexpr bool TOGETHER = std::is_same_v<T, float>; // one by one, it does two boxes of double at a time
-#else
-    constexpr bool TOGETHER = true;
-#endif
-    if (TOGETHER && !std::is_constant_evaluated())
+    if (detail::MEASURES_AXES_TOGETHER<T> && !std::is_constant_evaluated())
     {
-        using Lanes = detail::tLanes3<T>;
-        Lanes const zero = Lanes::Broadcast(T{0});
-        Lanes const at = Lanes::Load(&point);
-        Lanes const below = Lanes::LoadFirst(this) - at;
-        Lanes const above = Lanes::Unless(zero < below, at - Lanes::LoadLast(this));
-        Lanes const gaps = Lanes::Max(below, Lanes::Max(above, zero));
+        using Lanes = detail::tThree<T>;
+        Lanes const zero{};
+        Lanes const at = detail::LoadThree<T>(point);
+        Lanes const below = detail::LoadFirst(*this) - at;
+        Lanes const above = detail::Select(zero < below, zero, at - detail::LoadLast(*this));
+        Lanes const gaps = detail::Max(below, detail::Max(above, zero));
         Lanes const squares = gaps * gaps;
-        return squares.X() + squares.Y() + squares.Z();
+        return detail::Get<0>(squares) + detail::Get<1>(squares) + detail::Get<2>(squares);
     }
     T const x = detail::Gap(min.x, max.x, point.x);
     T const y = detail::Gap(min.y, max.y, point.y);
@@ -266,7 +264,7 @@ constexpr T tVolumeAABB<T>::GetArea(unsigned char axis) const
     case AXIS_Z:
         return (max.x - min.x) * (max.y - min.y);
     default:
-        ThrowWrongAxis("GetArea", 288);
+        ThrowWrongAxis(GET_AREA);
     }
 }
 
@@ -282,7 +280,7 @@ constexpr T tVolumeAABB<T>::GetLength(unsigned char axis) const
     case AXIS_Z:
         return max.z - min.z;
     default:
-        ThrowWrongAxis("GetLength", 205);
+        ThrowWrongAxis(GET_LENGTH);
     }
 }
 
@@ -350,39 +348,13 @@ constexpr bool tVolumeAABB<T>::operator==(tVolumeAABB const& other) const noexce
     return min == other.min && max == other.max;
 }
 
-/// Adds what one input axis contributes to the bounds of one output axis.
 template <typename T>
-constexpr void tVolumeAABB<T>::AddSpan(T element, T lower, T upper, T& newLower, T& newUpper) noexcept
+inline tVolumeAABB<T> tVolumeAABB<T>::operator*(tMatrix4<T> const& matrix) const noexcept
 {
-    T const a = element * lower;
-    T const b = element * upper;
-    newLower += a < b ? a : b; // two choices, each one instruction
-    newUpper += b > a ? b : a;
-}
-
-// Always inline: Clang finds it too long to inline by itself, and a loop that moves boxes wants no call.
-template <typename T>
-constexpr tVolumeAABB<T> tVolumeAABB<T>::operator*(tMatrix4<T> const& matrix) const noexcept
-{
-    T const* const m = matrix.Get();
-    if (!std::is_constant_evaluated())
-    {
-        tVolumeAABB moved(min, max);
-        detail::MoveBox(this, m, &moved);
-        return moved;
-    }
-    tVector3<T> const translation(m[3], m[7], m[11]);
-    tVolumeAABB result(translation, translation);
-    AddSpan(m[0], min.x, max.x, result.min.x, result.max.x);
-    AddSpan(m[1], min.y, max.y, result.min.x, result.max.x);
-    AddSpan(m[2], min.z, max.z, result.min.x, result.max.x);
-    AddSpan(m[4], min.x, max.x, result.min.y, result.max.y);
-    AddSpan(m[5], min.y, max.y, result.min.y, result.max.y);
-    AddSpan(m[6], min.z, max.z, result.min.y, result.max.y);
-    AddSpan(m[8], min.x, max.x, result.min.z, result.max.z);
-    AddSpan(m[9], min.y, max.y, result.min.z, result.max.z);
-    AddSpan(m[10], min.z, max.z, result.min.z, result.max.z);
-    return result;
+    auto const bounds = detail::MoveBox(min, max, matrix.Get());
+    tVolumeAABB moved = *this; // set whole
+    detail::StoreCorners<T>(bounds.lower, bounds.upper, moved);
+    return moved;
 }
 
 extern template class BV_TEMPLATE tVolumeAABB<float>;

@@ -12,18 +12,38 @@ inline constexpr bool IS_CLANG = true;
 inline constexpr bool IS_CLANG = false;
 #endif
 
-#if defined __AVX__
-inline constexpr bool HAS_AVX = true;
+// Of internal linkage, as they differ between the files of a program (ODR).
+#if defined __SSE2__
+constexpr bool HAS_SSE2 = true;
 #else
-inline constexpr bool HAS_AVX = false;
+constexpr bool HAS_SSE2 = false;
+#endif
+#if defined __AVX__
+constexpr bool HAS_AVX = true;
+#else
+constexpr bool HAS_AVX = false;
 #endif
 
 /// GCC takes a shuffle that leaves every lane in its place for any other one, which SSE2 has no instruction for: up to
 /// seven instead of three. Clang recognises the choice in either form.
-inline constexpr bool BLENDS_BY_MASK = !IS_CLANG && !HAS_AVX;
+constexpr bool BLENDS_BY_MASK = !IS_CLANG && !HAS_AVX;
 
 /// Without AVX, the shuffles of floating-point numbers write over their operand, which GCC copies first. Those of
 /// integers have a result of their own. Clang chooses by itself.
-inline constexpr bool SHUFFLES_AS_INTEGERS = !IS_CLANG && !HAS_AVX;
+constexpr bool SHUFFLES_AS_INTEGERS = !IS_CLANG && !HAS_AVX;
+
+/// Clang weaves the growth of several boxes of `float` into vectors that it has to put together first, unless it is one
+/// instruction an end.
+template <typename T>
+constexpr bool KEEPS_BOXES_SCALAR = HAS_SSE2&& IS_CLANG && sizeof(T) == sizeof(float);
+
+/// Two components of `double` fill a register as they lie in memory; two of `float` take longer to put together than
+/// they save.
+template <typename T>
+constexpr bool GROWS_BOXES_IN_PAIRS = HAS_SSE2 && sizeof(T) == sizeof(double);
+
+/// One by one, Clang computes the distances of two boxes of `double` at a time.
+template <typename T>
+constexpr bool MEASURES_AXES_TOGETHER = HAS_SSE2 && !(IS_CLANG && sizeof(T) == sizeof(double));
 
 } // namespace bv::maths::detail

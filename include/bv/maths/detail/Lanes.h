@@ -71,6 +71,10 @@ struct tHalves
     {
         return tHalves<decltype(a.low < b.low)>{a.low < b.low, a.high < b.high};
     }
+    [[nodiscard, gnu::always_inline]] friend auto operator==(tHalves const& a, tHalves const& b) noexcept
+    {
+        return tHalves<decltype(a.low == b.low)>{a.low == b.low, a.high == b.high};
+    }
     [[nodiscard, gnu::always_inline]] friend auto operator<=(tHalves const& a, tHalves const& b) noexcept
     {
         return tHalves<decltype(a.low <= b.low)>{a.low <= b.low, a.high <= b.high};
@@ -82,14 +86,14 @@ struct tLanes
 {
     using Element = std::remove_cvref_t<decltype(V{}[0])>;
     using Half = void;
-    static constexpr int COUNT = sizeof(V) / sizeof(Element);
+    static constexpr std::size_t COUNT = sizeof(V) / sizeof(Element);
 };
 template <typename V>
 struct tLanes<tHalves<V>>
 {
     using Element = typename tLanes<V>::Element;
     using Half = V;
-    static constexpr int COUNT = 2 * tLanes<V>::COUNT;
+    static constexpr std::size_t COUNT = 2 * tLanes<V>::COUNT;
 };
 
 /// The type of a lane.
@@ -98,11 +102,15 @@ using Element = typename tLanes<V>::Element;
 
 /// The number of lanes.
 template <typename V>
-inline constexpr int COUNT = tLanes<V>::COUNT;
+inline constexpr std::size_t COUNT = tLanes<V>::COUNT;
+
+/// One of the two registers that something is in, or void.
+template <typename V>
+using Half = typename tLanes<V>::Half;
 
 /// Whether something is in two registers.
 template <typename V>
-inline constexpr bool IS_HALVED = !std::is_void_v<typename tLanes<V>::Half>;
+inline constexpr bool IS_HALVED = !std::is_void_v<Half<V>>;
 
 template <typename T, bool FITS = 4 * sizeof(T) <= WIDEST>
 struct tFourLanes
@@ -127,44 +135,86 @@ using Integer = std::conditional_t<sizeof(T) == sizeof(std::int32_t), std::int32
 template <typename To, typename From>
 [[nodiscard, gnu::always_inline]] inline To BitsAs(From const& from) noexcept
 {
-    static_assert(sizeof(To) == sizeof(From));
-    To to;
-    __builtin_memcpy(&to, &from, sizeof to);
-    return to;
+    return __builtin_bit_cast(To, from);
 }
 
 /// The bits of a register as words of 32 bits.
 template <typename V>
 using Words = Register<std::int32_t, sizeof(V)>;
 
-/// Reads numbers from any address on.
-template <typename V>
+/// A register as it stands in memory, over objects of any type. (A copy of 16 bytes is two integers to GCC.)
+template <typename V, std::size_t ALIGNMENT>
+struct tInMemory
+{
+#if defined __GNUC__
+    typedef V Type __attribute__((may_alias, aligned(ALIGNMENT)));
+#endif
+};
+template <typename T, std::size_t N, std::size_t ALIGNMENT>
+struct tInMemory<tPlainRegister<T, N>, ALIGNMENT>
+{
+    using Type = tPlainRegister<T, N>;
+};
+
+/// Reads numbers from an address on that is a multiple of the alignment.
+template <typename V, std::size_t ALIGNMENT = 1>
 [[nodiscard, gnu::always_inline]] inline V Load(Element<V> const* numbers) noexcept
 {
-    V lanes;
-    __builtin_memcpy(&lanes, numbers, sizeof lanes);
-    return lanes;
+    if constexpr (IS_HALVED<V>)
+        return {Load<Half<V>, ALIGNMENT>(numbers), Load<Half<V>, ALIGNMENT>(numbers + COUNT<Half<V>>)};
+    else
+        return *reinterpret_cast<typename tInMemory<V, ALIGNMENT>::Type const*>(numbers);
 }
 
-/// Writes numbers to any address.
-template <typename V>
+/// Writes numbers to an address that is a multiple of the alignment.
+template <std::size_t ALIGNMENT = 1, typename V>
 [[gnu::always_inline]] inline void Store(V const& lanes, Element<V>* numbers) noexcept
 {
-    __builtin_memcpy(numbers, &lanes, sizeof lanes);
+    if constexpr (IS_HALVED<V>)
+    {
+        Store<ALIGNMENT>(lanes.low, numbers);
+        Store<ALIGNMENT>(lanes.high, numbers + COUNT<Half<V>>);
+    }
+    else
+        *reinterpret_cast<typename tInMemory<V, ALIGNMENT>::Type*>(numbers) = lanes;
 }
 
-/// Reads numbers from an address on that is a multiple of 16, where the processor can read as it computes.
+/// Reads from an address that is a multiple of 16, where the processor can read as it computes.
 template <typename V>
 [[nodiscard, gnu::always_inline]] inline V LoadAligned(Element<V> const* numbers) noexcept
 {
-    return Load<V>(static_cast<Element<V> const*>(__builtin_assume_aligned(numbers, 16)));
+    return Load<V, 16>(numbers);
 }
 
-/// Writes numbers to an address that is a multiple of 16.
+/// Writes to such an address.
 template <typename V>
 [[gnu::always_inline]] inline void StoreAligned(V const& lanes, Element<V>* numbers) noexcept
 {
-    Store(lanes, static_cast<Element<V>*>(__builtin_assume_aligned(numbers, 16)));
+    Store<16>(lanes, numbers);
+}
+
+/// Reads numbers from some byte of an object on that holds numbers and nothing else.
+template <typename V, std::size_t OFFSET = 0, typename Object>
+[[nodiscard, gnu::always_inline]] inline V LoadFrom(Object const& object) noexcept
+{
+    static_assert(OFFSET + sizeof(V) <= sizeof(Object));
+    auto const* const bytes = reinterpret_cast<char const*>(&object) + OFFSET;
+    return *reinterpret_cast<typename tInMemory<V, 1>::Type const*>(bytes);
+}
+
+/// Writes numbers from some byte of such an object on.
+template <std::size_t OFFSET = 0, typename V, typename Object>
+[[gnu::always_inline]] inline void StoreInto(V const& lanes, Object& object) noexcept
+{
+    static_assert(OFFSET + sizeof(V) <= sizeof(Object));
+    auto* const bytes = reinterpret_cast<char*>(&object) + OFFSET;
+    *reinterpret_cast<typename tInMemory<V, 1>::Type*>(bytes) = lanes;
+}
+template <std::size_t OFFSET = 0, typename V, typename Object>
+[[gnu::always_inline]] inline void StoreInto(tHalves<V> const& lanes, Object& object) noexcept
+{
+    StoreInto<OFFSET>(lanes.low, object);
+    StoreInto<OFFSET + sizeof(V)>(lanes.high, object);
 }
 
 /// Four numbers side by side.
@@ -172,7 +222,7 @@ template <typename T>
 [[nodiscard, gnu::always_inline]] inline tFour<T> Four(T a, T b, T c, T d) noexcept
 {
     if constexpr (IS_HALVED<tFour<T>>)
-        return {{a, b}, {c, d}};
+        return {Half<tFour<T>>{a, b}, Half<tFour<T>>{c, d}};
     else
         return tFour<T>{a, b, c, d};
 }
@@ -182,7 +232,7 @@ template <typename V>
 [[nodiscard, gnu::always_inline]] inline V Broadcast(Element<V> x) noexcept
 {
     if constexpr (IS_HALVED<V>)
-        return {Broadcast<typename tLanes<V>::Half>(x), Broadcast<typename tLanes<V>::Half>(x)};
+        return {Broadcast<Half<V>>(x), Broadcast<Half<V>>(x)};
     else if constexpr (COUNT<V> == 2)
         return V{x, x};
     else if constexpr (COUNT<V> == 4)
@@ -197,7 +247,7 @@ template <typename V>
 }
 
 /// The number in one lane.
-template <int LANE, typename V>
+template <std::size_t LANE, typename V>
 [[nodiscard, gnu::always_inline]] inline Element<V> Get(V const& lanes) noexcept
 {
     if constexpr (!IS_HALVED<V>)
@@ -208,37 +258,82 @@ template <int LANE, typename V>
         return lanes.high[LANE - COUNT<V> / 2];
 }
 
-/// `a` where a mask is set, `b` elsewhere.
+/// `a` where a mask is set, `b` elsewhere. As words: GCC takes masks of 64 bits apart where SSE2 is all there is.
 template <typename M, typename V>
 [[nodiscard, gnu::always_inline]] inline V Select(M const& mask, V const& a, V const& b) noexcept
 {
     if constexpr (IS_HALVED<V>)
         return {Select(mask.low, a.low, b.low), Select(mask.high, a.high, b.high)};
     else
-        return mask ? a : b;
-}
-template <typename M, typename T, std::size_t N>
-[[nodiscard]] inline tPlainRegister<T, N> Select(M const& mask, tPlainRegister<T, N> const& a,
-                                                 tPlainRegister<T, N> const& b) noexcept
-{
-    tPlainRegister<T, N> chosen = a;
-    for (std::size_t lane = 0; lane < N; ++lane)
-        chosen[lane] = mask[lane] != 0 ? a[lane] : b[lane];
-    return chosen;
+    {
+        Words<V> const words = BitsAs<Words<V>>(mask);
+        return BitsAs<V>((BitsAs<Words<V>>(a) & words) | (BitsAs<Words<V>>(b) & ~words));
+    }
 }
 
-/// The smaller number in each lane, `b` where one is NaN or both are zeros: one instruction.
+/// The smaller number in each lane, `b` where one is NaN or both are zeros: one instruction. GCC is told of it, since
+/// it would share a comparison of `a` with `b` with others, and choose by its mask.
 template <typename V>
 [[nodiscard, gnu::always_inline]] inline V Min(V const& a, V const& b) noexcept
+{
+    if constexpr (IS_HALVED<V>)
+        return {Min(a.low, b.low), Min(a.high, b.high)};
+#if defined __AVX__ && !defined __clang__
+    else if constexpr (std::is_same_v<V, Register<float, 32>>)
+        return __builtin_ia32_minps256(a, b);
+    else if constexpr (std::is_same_v<V, Register<double, 32>>)
+        return __builtin_ia32_minpd256(a, b);
+#endif
+#if defined __SSE2__ && !defined __clang__
+    else if constexpr (std::is_same_v<V, Register<float, 16>>)
+        return __builtin_ia32_minps(a, b);
+    else if constexpr (std::is_same_v<V, Register<double, 16>>)
+        return __builtin_ia32_minpd(a, b);
+#endif
+    else
+        return a < b ? a : b;
+}
+template <typename T, std::size_t N>
+[[nodiscard]] inline tPlainRegister<T, N> Min(tPlainRegister<T, N> const& a, tPlainRegister<T, N> const& b) noexcept
 {
     return Select(a < b, a, b);
 }
 
-/// The larger number in each lane, `b` where one is NaN or both are zeros: one instruction.
+/// The larger number in each lane, `b` where one is NaN or both are zeros, in the same way.
 template <typename V>
 [[nodiscard, gnu::always_inline]] inline V Max(V const& a, V const& b) noexcept
 {
+    if constexpr (IS_HALVED<V>)
+        return {Max(a.low, b.low), Max(a.high, b.high)};
+#if defined __AVX__ && !defined __clang__
+    else if constexpr (std::is_same_v<V, Register<float, 32>>)
+        return __builtin_ia32_maxps256(a, b);
+    else if constexpr (std::is_same_v<V, Register<double, 32>>)
+        return __builtin_ia32_maxpd256(a, b);
+#endif
+#if defined __SSE2__ && !defined __clang__
+    else if constexpr (std::is_same_v<V, Register<float, 16>>)
+        return __builtin_ia32_maxps(a, b);
+    else if constexpr (std::is_same_v<V, Register<double, 16>>)
+        return __builtin_ia32_maxpd(a, b);
+#endif
+    else
+        return b < a ? a : b;
+}
+template <typename T, std::size_t N>
+[[nodiscard]] inline tPlainRegister<T, N> Max(tPlainRegister<T, N> const& a, tPlainRegister<T, N> const& b) noexcept
+{
     return Select(b < a, a, b);
+}
+
+/// A mask as bits to compute on. GCC would take the arithmetic for a choice, which costs three operations.
+template <typename M>
+[[nodiscard, gnu::always_inline]] inline M AsBits(M mask) noexcept
+{
+#if defined __SSE2__ && !defined __clang__
+    asm("" : "+x"(mask));
+#endif
+    return mask;
 }
 
 /// The lanes of two registers, counted through, in another order.
@@ -253,9 +348,9 @@ template <int... FROM, typename T, std::size_t N>
     return {(FROM < static_cast<int>(N) ? a[FROM % N] : b[FROM % N])...};
 }
 
-/// Two lanes of one register of two.
+/// Two lanes of a register of two.
 template <int A, int B, typename V>
-[[nodiscard, gnu::always_inline]] inline V Permute(V const& a) noexcept
+[[nodiscard, gnu::always_inline]] inline V Choose(V const& a) noexcept
 {
     if constexpr (!SHUFFLES_AS_INTEGERS)
         return Shuffle<A, B>(a, a);
@@ -263,19 +358,6 @@ template <int A, int B, typename V>
     {
         Words<V> const words = BitsAs<Words<V>>(a);
         return BitsAs<V>(Shuffle<2 * A, 2 * A + 1, 2 * B, 2 * B + 1>(words, words));
-    }
-}
-
-/// Four lanes of one register of four.
-template <int A, int B, int C, int D, typename V>
-[[nodiscard, gnu::always_inline]] inline V Permute(V const& a) noexcept
-{
-    if constexpr (!SHUFFLES_AS_INTEGERS)
-        return Shuffle<A, B, C, D>(a, a);
-    else
-    {
-        Words<V> const words = BitsAs<Words<V>>(a);
-        return BitsAs<V>(Shuffle<A, B, C, D>(words, words));
     }
 }
 
@@ -291,7 +373,7 @@ template <int A, int B, typename V>
 [[nodiscard, gnu::always_inline]] inline V ChooseTwo(tHalves<V> const& a, tHalves<V> const& b) noexcept
 {
     if constexpr (A / 2 == B / 2)
-        return Permute<A % 2, B % 2>(HalfOf<A / 2>(a, b));
+        return Choose<A % 2, B % 2>(HalfOf<A / 2>(a, b));
     else
         return Shuffle<A % 2, 2 + B % 2>(HalfOf<A / 2>(a, b), HalfOf<B / 2>(a, b));
 }
@@ -301,9 +383,10 @@ template <int A, int B, int C, int D, typename V>
 [[nodiscard, gnu::always_inline]] inline V Choose(V const& a, V const& b) noexcept
 {
     constexpr bool KEEPS_PLACES = A % 4 == 0 && B % 4 == 1 && C % 4 == 2 && D % 4 == 3;
+    constexpr bool JOINS_HALVES = A / 4 == B / 4 && C / 4 == D / 4;
     if constexpr (IS_HALVED<V>)
         return {ChooseTwo<A, B>(a, b), ChooseTwo<C, D>(a, b)};
-    else if constexpr (BLENDS_BY_MASK && KEEPS_PLACES)
+    else if constexpr (BLENDS_BY_MASK && KEEPS_PLACES && !JOINS_HALVES)
         return Select(Register<Integer<Element<V>>, sizeof(V)>{-(A / 4), -(B / 4), -(C / 4), -(D / 4)}, b, a);
     else
         return Shuffle<A, B, C, D>(a, b);
@@ -315,9 +398,81 @@ template <int A, int B, int C, int D, typename V>
 {
     if constexpr (IS_HALVED<V>)
         return Choose<A, B, C, D>(a, a);
+    else if constexpr (!SHUFFLES_AS_INTEGERS)
+        return Shuffle<A, B, C, D>(a, a);
     else
-        return Permute<A, B, C, D>(a);
+    {
+        Words<V> const words = BitsAs<Words<V>>(a);
+        return BitsAs<V>(Shuffle<A, B, C, D>(words, words));
+    }
 }
+
+/// Whether something fills one register of 32 bytes, whose halves take longer to cross than to shuffle.
+template <typename V>
+inline constexpr bool IS_WIDE = sizeof(V) == 32 && !IS_HALVED<V>;
+
+/// Turns four rows into columns.
+template <typename V>
+[[gnu::always_inline]] inline void Transpose(V& a, V& b, V& c, V& d) noexcept
+{
+    if constexpr (IS_WIDE<V>)
+    {
+        V const oddAB = Choose<0, 4, 2, 6>(a, b);
+        V const evenAB = Choose<1, 5, 3, 7>(a, b);
+        V const oddCD = Choose<0, 4, 2, 6>(c, d);
+        V const evenCD = Choose<1, 5, 3, 7>(c, d);
+        a = Choose<0, 1, 4, 5>(oddAB, oddCD);
+        b = Choose<0, 1, 4, 5>(evenAB, evenCD);
+        c = Choose<2, 3, 6, 7>(oddAB, oddCD);
+        d = Choose<2, 3, 6, 7>(evenAB, evenCD);
+    }
+    else
+    {
+        V const lowAB = Choose<0, 4, 1, 5>(a, b);
+        V const highAB = Choose<2, 6, 3, 7>(a, b);
+        V const lowCD = Choose<0, 4, 1, 5>(c, d);
+        V const highCD = Choose<2, 6, 3, 7>(c, d);
+        a = Choose<0, 1, 4, 5>(lowAB, lowCD);
+        b = Choose<2, 3, 6, 7>(lowAB, lowCD);
+        c = Choose<0, 1, 4, 5>(highAB, highCD);
+        d = Choose<2, 3, 6, 7>(highAB, highCD);
+    }
+}
+
+/// Turns three rows into their first three columns, which have anything in the last lane.
+template <typename V>
+[[gnu::always_inline]] inline void Transpose(V& a, V& b, V& c) noexcept
+{
+    if constexpr (IS_WIDE<V>)
+    {
+        V d = c;
+        Transpose(a, b, c, d);
+    }
+    else
+    {
+        V const lowAB = Choose<0, 4, 1, 5>(a, b);
+        V const highAB = Choose<2, 6, 3, 7>(a, b);
+        a = Choose<0, 1, 4, 5>(lowAB, c);
+        b = Choose<2, 3, 5, 5>(lowAB, c);
+        c = Choose<0, 1, 6, 7>(highAB, c);
+    }
+}
+
+#if defined __SSE2__
+
+/// Min() and Max() of single numbers in one instruction, which no compiler weaves into vectors.
+[[nodiscard, gnu::always_inline]] inline float MinOfOne(float a, float b) noexcept
+{
+    return __builtin_ia32_minss(Register<float, 16>{a}, Register<float, 16>{b})[0];
+}
+
+/// @copydoc MinOfOne(float, float)
+[[nodiscard, gnu::always_inline]] inline float MaxOfOne(float a, float b) noexcept
+{
+    return __builtin_ia32_maxss(Register<float, 16>{a}, Register<float, 16>{b})[0];
+}
+
+#endif
 
 /// The numbers without their signs.
 template <typename V>
@@ -330,6 +485,18 @@ template <typename V>
         using I = Register<Integer<Element<V>>, sizeof(V)>;
         return BitsAs<V>(BitsAs<I>(a) & Broadcast<I>(std::numeric_limits<Element<I>>::max()));
     }
+}
+
+/// @copydoc Magnitude(V const&)
+[[nodiscard, gnu::always_inline]] inline float Magnitude(float x) noexcept
+{
+    return __builtin_fabsf(x);
+}
+
+/// @copydoc Magnitude(V const&)
+[[nodiscard, gnu::always_inline]] inline double Magnitude(double x) noexcept
+{
+    return __builtin_fabs(x);
 }
 
 /// The numbers with the opposite signs.
@@ -386,7 +553,7 @@ template <typename M>
     else
     {
         int bits = 0;
-        for (int lane = 0; lane < COUNT<M>; ++lane)
+        for (std::size_t lane = 0; lane < COUNT<M>; ++lane)
             bits |= (mask[lane] != 0 ? 1 : 0) << lane;
         return bits;
     }
@@ -412,7 +579,34 @@ template <typename M>
         return Bits(mask) != 0;
 }
 
-/// The square root as the processor rounds it: that of std::sqrt(), which may also call a function to set `errno`.
+/// The square roots as the processor rounds them, which is to nearest.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline V SquareRoot(V const& x) noexcept
+{
+    if constexpr (IS_HALVED<V>)
+        return {SquareRoot(x.low), SquareRoot(x.high)};
+#if defined __AVX__
+    else if constexpr (std::is_same_v<V, Register<float, 32>>)
+        return __builtin_ia32_sqrtps256(x);
+    else if constexpr (std::is_same_v<V, Register<double, 32>>)
+        return __builtin_ia32_sqrtpd256(x);
+#endif
+#if defined __SSE2__
+    else if constexpr (std::is_same_v<V, Register<float, 16>>)
+        return __builtin_ia32_sqrtps(x);
+    else if constexpr (std::is_same_v<V, Register<double, 16>>)
+        return __builtin_ia32_sqrtpd(x);
+#endif
+    else
+    {
+        V roots = x;
+        for (std::size_t lane = 0; lane < COUNT<V>; ++lane)
+            roots[lane] = static_cast<Element<V>>(__builtin_sqrt(x[lane])); // rounds a `float` as its own root does
+        return roots;
+    }
+}
+
+/// The square root of one number: that of std::sqrt(), which may also call a function to set `errno`.
 [[nodiscard, gnu::always_inline]] inline float SquareRoot(float x) noexcept
 {
 #if defined __SSE2__

@@ -57,6 +57,10 @@ struct tPlainRegister
     {
         return Zip(a, b, [](T x, T y) { return -static_cast<Mask>(x < y); });
     }
+    [[nodiscard]] friend constexpr auto operator==(tPlainRegister const& a, tPlainRegister const& b) noexcept
+    {
+        return Zip(a, b, [](T x, T y) { return -static_cast<Mask>(x == y); });
+    }
     [[nodiscard]] friend constexpr auto operator<=(tPlainRegister const& a, tPlainRegister const& b) noexcept
     {
         return Zip(a, b, [](T x, T y) { return -static_cast<Mask>(x <= y); });

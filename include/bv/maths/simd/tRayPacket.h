@@ -9,6 +9,7 @@
 #include "bv/IRayPayloadInternal.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
+#include "bv/maths/detail/Lanes.h"
 #include "bv/maths/tDepthRay.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tVector3.h"
@@ -24,8 +25,7 @@ namespace bv::maths::simd
 /// compiled for a wider processor can be linked into code for a narrower one.
 ///
 /// @tparam Packet the class that derives from this one.
-/// @tparam Lanes the vectors: their type `Vector`, the number `WIDTH` of their lanes, and the operations on them that
-///         are not plain arithmetic.
+/// @tparam Lanes the type of the vectors, as `Lanes::Vector`.
 template <typename Packet, typename Lanes>
 class tRayPacket
 {
@@ -38,7 +38,7 @@ private:
     Vector invDirection[3];
 
 public:
-    static constexpr std::size_t WIDTH = Lanes::WIDTH; ///< number of rays
+    static constexpr std::size_t WIDTH = sizeof(Vector) / sizeof(float); ///< number of rays
 
     /// @name Access
     /// @{
@@ -89,20 +89,25 @@ public:
 private:
     using DepthRay = tDepthRay<float, IRayPayloadInternal>;
 
+    [[nodiscard, gnu::always_inline]] static Vector Broadcast(float x) noexcept
+    {
+        return detail::Broadcast<detail::Register<float, sizeof(Vector)>>(x);
+    }
+
     /// One component of one vector of each ray.
     template <std::size_t... LANE>
     [[nodiscard, gnu::always_inline]] static Vector Gather(DepthRay const* rays, tVector3<float> tRay<float>::*vector,
                                                            float tVector3<float>::*component,
                                                            std::index_sequence<LANE...>) noexcept
     {
-        return Lanes::Set(rays[LANE].*vector.*component...);
+        return Vector{(rays[LANE].*vector.*component)...};
     }
 
     /// Scalar product of a row of a matrix with (x, y, z, w) in each lane.
     [[nodiscard, gnu::always_inline]] static Vector Row(float const* row, Vector const (&xyz)[3], float w) noexcept
     {
-        return Lanes::Broadcast(row[0]) * xyz[0] + Lanes::Broadcast(row[1]) * xyz[1] +
-               Lanes::Broadcast(row[2]) * xyz[2] + Lanes::Broadcast(row[3]) * Lanes::Broadcast(w);
+        return Broadcast(row[0]) * xyz[0] + Broadcast(row[1]) * xyz[1] + Broadcast(row[2]) * xyz[2] +
+               Broadcast(row[3]) * Broadcast(w);
     }
 
     /// Replaces three vectors by their products with the first three rows of a matrix.
@@ -122,13 +127,13 @@ private:
     {
         Vector const t1 = toLower * inverse;
         Vector const t2 = toUpper * inverse;
-        tNear = Lanes::Max(tNear, Lanes::Min(t1, t2));
-        tFar = Lanes::Min(tFar, Lanes::Max(t1, t2));
+        tNear = detail::Max(tNear, detail::Min(t1, t2));
+        tFar = detail::Min(tFar, detail::Max(t1, t2));
     }
 
     [[gnu::always_inline]] void InvertDirection() noexcept
     {
-        Vector const one = Lanes::Broadcast(1.0f);
+        Vector const one = Broadcast(1.0f);
         invDirection[0] = one / direction[0];
         invDirection[1] = one / direction[1];
         invDirection[2] = one / direction[2];
@@ -141,14 +146,13 @@ inline typename Lanes::Vector tRayPacket<Packet, Lanes>::Clip(tVolumeAABB<float>
 {
     tVector3<float> const& lower = box.GetMin();
     tVector3<float> const& upper = box.GetMax();
-    Vector const margin = Lanes::Broadcast(TOLERANCE<float>);
-    ClipSlab(Lanes::Broadcast(lower.x) - (origin[0] + margin), Lanes::Broadcast(upper.x) - (origin[0] - margin),
-             invDirection[0], tNear, tFar);
-    ClipSlab(Lanes::Broadcast(lower.y) - origin[1], Lanes::Broadcast(upper.y) - origin[1], invDirection[1], tNear,
-             tFar);
-    ClipSlab(Lanes::Broadcast(lower.z) - (origin[2] + margin), Lanes::Broadcast(upper.z) - (origin[2] - margin),
-             invDirection[2], tNear, tFar);
-    return Lanes::LessOrEqual(tNear, tFar);
+    Vector const margin = Broadcast(TOLERANCE<float>);
+    ClipSlab(Broadcast(lower.x) - (origin[0] + margin), Broadcast(upper.x) - (origin[0] - margin), invDirection[0],
+             tNear, tFar);
+    ClipSlab(Broadcast(lower.y) - origin[1], Broadcast(upper.y) - origin[1], invDirection[1], tNear, tFar);
+    ClipSlab(Broadcast(lower.z) - (origin[2] + margin), Broadcast(upper.z) - (origin[2] - margin), invDirection[2],
+             tNear, tFar);
+    return detail::BitsAs<Vector>(tNear <= tFar);
 }
 
 template <typename Packet, typename Lanes>

@@ -6,8 +6,8 @@
 
 #include <type_traits>
 
-#include "bv/maths/Forward.h"
-#include "bv/maths/Lanes3.h"
+#include "bv/maths/detail/Compiler.h"
+#include "bv/maths/detail/Lanes.h"
 
 namespace bv::maths::detail
 {
@@ -18,16 +18,14 @@ template <typename T>
 [[gnu::always_inline]] constexpr bool LowerTo(T& end, T value) noexcept
 {
     bool const moves = end > value;
-#if defined __clang__ && defined __SSE2__
-    if constexpr (std::is_same_v<T, float>)
+    if constexpr (KEEPS_BOXES_SCALAR<T>)
     {
         if (!std::is_constant_evaluated())
         {
-            end = Smaller(value, end);
+            end = MinOfOne(value, end);
             return moves;
         }
     }
-#endif
     end = moves ? value : end;
     return moves;
 }
@@ -38,35 +36,35 @@ template <typename T>
 [[gnu::always_inline]] constexpr bool RaiseTo(T& end, T value) noexcept
 {
     bool const moves = value > end;
-#if defined __clang__ && defined __SSE2__
-    if constexpr (std::is_same_v<T, float>)
+    if constexpr (KEEPS_BOXES_SCALAR<T>)
     {
         if (!std::is_constant_evaluated())
         {
-            end = Larger(value, end);
+            end = MaxOfOne(value, end);
             return moves;
         }
     }
-#endif
     end = moves ? value : end;
     return moves;
 }
 
 /// Lowers each component of a box's lower corner to that of a point below it.
 /// @return whether a component moved.
-template <typename T>
-[[gnu::always_inline]] constexpr bool LowerTo(tVector3<T>& corner, tVector3<T> const& point) noexcept
+template <typename T, template <typename> typename Vector>
+[[gnu::always_inline]] constexpr bool LowerTo(Vector<T>& corner, Vector<T> const& point) noexcept
 {
-#if defined __SSE2__
-    if constexpr (std::is_same_v<T, double>) // two of float take longer to put together than they save
+    if constexpr (GROWS_BOXES_IN_PAIRS<T>)
     {
         if (!std::is_constant_evaluated())
         {
-            bool const pairMoves = LowerPair(&corner, &point);
+            using Pair = Register<T, 16>;
+            Pair const end = LoadFrom<Pair>(corner);
+            Pair const value = LoadFrom<Pair>(point);
+            StoreInto(Min(value, end), corner);
+            bool const pairMoves = Any(value < end);
             return LowerTo(corner.z, point.z) || pairMoves;
         }
     }
-#endif
     bool moves = LowerTo(corner.x, point.x);
     moves |= LowerTo(corner.y, point.y);
     moves |= LowerTo(corner.z, point.z);
@@ -75,19 +73,21 @@ template <typename T>
 
 /// Raises each component of a box's upper corner to that of a point above it.
 /// @return whether a component moved.
-template <typename T>
-[[gnu::always_inline]] constexpr bool RaiseTo(tVector3<T>& corner, tVector3<T> const& point) noexcept
+template <typename T, template <typename> typename Vector>
+[[gnu::always_inline]] constexpr bool RaiseTo(Vector<T>& corner, Vector<T> const& point) noexcept
 {
-#if defined __SSE2__
-    if constexpr (std::is_same_v<T, double>)
+    if constexpr (GROWS_BOXES_IN_PAIRS<T>)
     {
         if (!std::is_constant_evaluated())
         {
-            bool const pairMoves = RaisePair(&corner, &point);
+            using Pair = Register<T, 16>;
+            Pair const end = LoadFrom<Pair>(corner);
+            Pair const value = LoadFrom<Pair>(point);
+            StoreInto(Max(value, end), corner);
+            bool const pairMoves = Any(end < value);
             return RaiseTo(corner.z, point.z) || pairMoves;
         }
     }
-#endif
     bool moves = RaiseTo(corner.x, point.x);
     moves |= RaiseTo(corner.y, point.y);
     moves |= RaiseTo(corner.z, point.z);

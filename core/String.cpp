@@ -152,18 +152,15 @@ String String::operator+(String const& other) const
 {
     String joined;
     joined.impl->text.reserve(impl->text.size() + other.impl->text.size());
-    joined.impl->text = impl->text;
-    joined += other;
+    joined.impl->text.append(impl->text).append(other.impl->text);
+    // The joined text comes in like any other: up to its first NUL, and valid or not at all.
+    joined = joined.ToCharArray();
     return joined;
 }
 
 String& String::operator+=(String const& other)
 {
     impl->text += other.impl->text;
-    // The joined text comes in like any other: up to its first NUL, and valid or not at all.
-    impl->text.resize(std::strlen(impl->text.data()));
-    if (!conversion::IsValid(impl->text.data(), impl->text.data() + impl->text.size()))
-        impl->text.clear();
     return *this;
 }
 

@@ -96,7 +96,9 @@ public:
     [[nodiscard]] String operator+(String const& other);
     /// @copydoc operator+(String const&)
     [[nodiscard]] String operator+(String const& other) const;
-    /// Appends the other text, which may be this string itself.
+    /// Appends the other text, which may be this string itself. Averaged over many calls, the time depends on the
+    /// length of the other text alone: what is already there is not looked at, and is copied only when the room for it
+    /// grows, each time by a constant factor. When memory runs out, the string stays as it was.
     String& operator+=(String const& other);
     /// @}
 

@@ -333,6 +333,14 @@ TEST(StringAllocationTest, MemoryExhaustionLeavesTheTargetOfAChangeAsItWas)
     expectKept(2, [&](String& text) { static_cast<void>(text + source); });
 }
 
+TEST(StringAllocationTest, MemoryExhaustionLeavesAStringThatIsAppendedToItselfAsItWas)
+{
+    String text = LONG_TEXT;
+    ExpectEachFailurePasses(
+        1, [&] { text += text; }, [&] { EXPECT_STREQ(text.ToCharArray(), LONG_TEXT); });
+    EXPECT_EQ(text, (std::string(LONG_TEXT) + LONG_TEXT).c_str());
+}
+
 TEST(StringAllocationTest, MemoryExhaustionPassesOutOfTheWideConversion)
 {
     String const text = LONG_TEXT;

@@ -256,13 +256,31 @@ TEST(StringMemoryTest, ARepeatedlyExtendedTextIsNotMovedEachTime)
 {
     String text;
     String const piece = "0123456789";
+    std::size_t bytes = 0;
     std::size_t const moves = Count(
         [&]
         {
-            for (int i = 0; i < 1000; ++i)
+            for (int i = 0; i < 100000; ++i)
                 text += piece;
+            bytes = largest;
         });
-    EXPECT_LE(moves, 20U); // 10000 bytes, with room that at least grows by half each time
+    // A million bytes, with room that at least grows by half each time: 1.5 to the power of 35 is 1.5 million.
+    EXPECT_LE(moves, 35U);
+    EXPECT_GT(bytes, 1000000U);
+    EXPECT_LE(bytes, 2 * 1000000U);
+    EXPECT_EQ(Count([&] { text.Clear(); }), 0U);
+}
+
+TEST(StringMemoryTest, AppendingWhereThereIsRoomLeavesTheTextWhereItIs)
+{
+    String text = "0123456789, and on for longer than a short-string buffer";
+    text += text; // more room than is needed
+    text = "x";
+    char const* const place = text.ToCharArray();
+    for (int i = 0; i < 20; ++i)
+        text += "yz";
+    EXPECT_EQ(text.ToCharArray(), place);
+    EXPECT_STREQ(text.ToCharArray(), "xyzyzyzyzyzyzyzyzyzyzyzyzyzyzyzyzyzyzyzyz");
 }
 
 } // namespace

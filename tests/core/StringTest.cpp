@@ -735,8 +735,6 @@ TEST(StringTest, ConcatenationValidatesTheJoinedBytesAndCopiesDoNot)
     const_cast<char*>(end.ToCharArray())[0] = '\xA9';
     const_cast<char*>(end.ToCharArray())[1] = '!';
     EXPECT_EQ(Bytes(text + end), "ab\xC3\xA9!");
-    text += "d";
-    EXPECT_TRUE(text.IsEmpty());
 }
 
 TEST(StringTest, ConcatenationEndsAtANULThatWasWrittenFromOutside)
@@ -744,8 +742,20 @@ TEST(StringTest, ConcatenationEndsAtANULThatWasWrittenFromOutside)
     String text = "abc";
     const_cast<char*>(text.ToCharArray())[1] = '\0';
     EXPECT_TRUE(text + "d" == String("a"));
+}
+
+TEST(StringTest, AppendingDoesNotLookAtWhatIsAlreadyThere)
+{
+    // Only a write through the const pointer can make the text invalid, and shows whether it is looked at.
+    String text = "abc";
+    const_cast<char*>(text.ToCharArray())[2] = '\xC3';
     text += "d";
-    EXPECT_TRUE(text == String("a"));
+    EXPECT_EQ(Bytes(text), "ab\xC3"
+                           "d");
+    const_cast<char*>(text.ToCharArray())[1] = '\0';
+    text += "e";
+    EXPECT_STREQ(text.ToCharArray() + 2, "\xC3"
+                                         "de");
 }
 
 TEST(StringTest, EqualityComparesTheLengthBeyondANULThatWasWrittenFromOutside)

@@ -143,6 +143,11 @@ bool String::operator>(String const& other) const noexcept
     return other < *this;
 }
 
+std::strong_ordering String::operator<=>(String const& other) const noexcept
+{
+    return impl->text.compare(other.impl->text) <=> 0;
+}
+
 String String::operator+(String const& other)
 {
     return static_cast<String const&>(*this) + other;

@@ -3,6 +3,8 @@
 /// @file
 /// The text type of the interface.
 
+#include <compare>
+#include <concepts>
 #include <string>
 
 #include "bv/Export.h"
@@ -92,6 +94,8 @@ public:
     [[nodiscard]] bool operator<(String const& other) const noexcept;
     /// Whether the other text comes first, in the order of `<`.
     [[nodiscard]] bool operator>(String const& other) const noexcept;
+    /// Which text comes first, in the order of `<`. Gives `<=` and `>=`, and `<` and `>` with a literal on the left.
+    [[nodiscard]] std::strong_ordering operator<=>(String const& other) const noexcept;
     /// This text followed by the other one.
     [[nodiscard]] String operator+(String const& other);
     /// @copydoc operator+(String const&)
@@ -106,6 +110,24 @@ private:
     [[nodiscard]] std::string ToStdString() const;
     [[nodiscard]] std::wstring ToStdWString() const;
 };
+
+// A class that declares != itself has no == with the operands the other way round (P2468), so == stands outside.
+
+/// Whether a UTF-8 or UTF-16 text, taken in by the rules of the constructor, has the same bytes. Gives `!=`, too.
+template <typename Char>
+requires std::constructible_from<String, Char const*>
+[[nodiscard]] bool operator==(Char const* left, String const& right)
+{
+    return String(left) == right;
+}
+
+/// A UTF-8 or UTF-16 text, taken in by the rules of the constructor, followed by a string.
+template <typename Char>
+requires std::constructible_from<String, Char const*>
+[[nodiscard]] String operator+(Char const* left, String const& right)
+{
+    return String(left) + right;
+}
 
 // The layout is a promise: the virtual table and one pointer.
 static_assert(sizeof(String) == 2 * sizeof(void*));

@@ -1,5 +1,7 @@
 #include "bv/String.h"
 
+#include <compare>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -36,6 +38,9 @@ static_assert(std::is_same_v<decltype(&String::operator==), Comparison>);
 static_assert(std::is_same_v<decltype(&String::operator!=), Comparison>);
 static_assert(std::is_same_v<decltype(&String::operator<), Comparison>);
 static_assert(std::is_same_v<decltype(&String::operator>), Comparison>);
+using Ordering = std::strong_ordering (String::*)(String const&) const noexcept;
+static_assert(std::is_same_v<decltype(&String::operator<=>), Ordering>);
+static_assert(std::totally_ordered<String> && std::three_way_comparable<String, std::strong_ordering>);
 static_assert(std::is_same_v<decltype(&String::Contains), Comparison>);
 static_assert(std::is_same_v<decltype(&String::IsEmpty), bool (String::*)() const noexcept>);
 static_assert(!std::is_nothrow_move_constructible_v<String>, "what would be moved is copied, and none is ever null");
@@ -577,6 +582,58 @@ TEST(StringTest, GreaterIsLessTheOtherWayRound)
     EXPECT_FALSE(String() > String());
 }
 
+/// Expects one order of two texts from every operator.
+template <typename Left, typename Right>
+void ExpectOrder(Left const& left, Right const& right, std::strong_ordering order)
+{
+    EXPECT_EQ(left == right, order == 0);
+    EXPECT_EQ(left != right, order != 0);
+    EXPECT_EQ(left < right, order < 0);
+    EXPECT_EQ(left <= right, order <= 0);
+    EXPECT_EQ(left > right, order > 0);
+    EXPECT_EQ(left >= right, order >= 0);
+    EXPECT_TRUE((left <=> right) == order);
+}
+
+/// The same from every operator and every form of the two texts, with at least one string among them.
+void ExpectOrderInEveryForm(wchar_t const* left, wchar_t const* right, std::strong_ordering order)
+{
+    String const a = left;
+    String const b = right;
+    SCOPED_TRACE(testing::Message() << '"' << a.ToCharArray() << "\" and \"" << b.ToCharArray() << '"');
+    ExpectOrder(a, b, order);
+    ExpectOrder(a, b.ToCharArray(), order);
+    ExpectOrder(a.ToCharArray(), b, order);
+    ExpectOrder(a, right, order);
+    ExpectOrder(left, b, order);
+}
+
+TEST(StringTest, EveryComparisonTakesAPointerOnEitherSide)
+{
+    ExpectOrderInEveryForm(L"abc", L"abc", std::strong_ordering::equal);
+    ExpectOrderInEveryForm(L"", L"", std::strong_ordering::equal);
+    ExpectOrderInEveryForm(L"\u00E9", L"\u00E9", std::strong_ordering::equal);
+    ExpectOrderInEveryForm(L"ab", L"abc", std::strong_ordering::less);
+    ExpectOrderInEveryForm(L"abc", L"abd", std::strong_ordering::less);
+    ExpectOrderInEveryForm(L"", L"a", std::strong_ordering::less);
+    ExpectOrderInEveryForm(L"z", L"\u00E9", std::strong_ordering::less);
+    ExpectOrderInEveryForm(L"b", L"abc", std::strong_ordering::greater);
+    ExpectOrderInEveryForm(L"\U00010000", L"\uE000", std::strong_ordering::greater);
+}
+
+TEST(StringTest, APointerInAComparisonFollowsTheConstructor)
+{
+    String const empty;
+    EXPECT_TRUE("\xFF" == empty); // the malformed literal is an empty string
+    EXPECT_TRUE(empty == "\xFF");
+    EXPECT_TRUE(static_cast<char const*>(nullptr) == empty);
+    EXPECT_TRUE(static_cast<wchar_t const*>(nullptr) == empty);
+    EXPECT_TRUE("\xFF" < String("a"));
+    EXPECT_TRUE("abc\0hidden" == String("abc"));
+    char bytes[] = "abc";
+    EXPECT_TRUE(bytes == String("abc"));
+}
+
 TEST(StringTest, OrderIsThatOfTheCodePoints)
 {
     // In the order of UTF-16 units, a pair would come before U+E000.
@@ -606,6 +663,21 @@ TEST(StringTest, ConcatenationJoinsTheBytes)
     EXPECT_EQ(Bytes(left + left), "left, left, ");
     EXPECT_EQ(Bytes(left), "left, ");
     EXPECT_EQ(Bytes(right), "right");
+}
+
+TEST(StringTest, ConcatenationTakesAPointerOnTheLeft)
+{
+    String text = "b";
+    String const constant = "c";
+    EXPECT_EQ(Bytes("a" + text), "ab");
+    EXPECT_EQ(Bytes("a" + constant), "ac");
+    EXPECT_EQ(Bytes(L"\u20AC" + text), "\xE2\x82\xAC"
+                                       "b");
+    EXPECT_EQ(Bytes("1" + text + "2" + L"3" + constant), "1b23c");
+    EXPECT_EQ(Bytes("\xFF" + text), "b"); // the malformed literal is an empty string
+    EXPECT_EQ(Bytes(static_cast<char const*>(nullptr) + text), "b");
+    EXPECT_EQ(Bytes(static_cast<wchar_t const*>(nullptr) + text), "b");
+    static_assert(std::is_same_v<decltype("a" + text), String>);
 }
 
 TEST(StringTest, ConcatenationTakesLiteralsAndChains)

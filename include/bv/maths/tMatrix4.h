@@ -443,10 +443,18 @@ inline tMatrix4<T>::tMatrix4(U const* values) noexcept
 template <typename T>
 inline tMatrix4<T>& tMatrix4<T>::operator=(tMatrix4 const& other) noexcept
 {
+    // The other matrix is read before this one is written to, so that the compiler can keep a temporary in registers.
+    // Both may be one, whose pointer is still to be set.
+    if (this == &other)
+    {
+        RepairMemory();
+        return *this;
+    }
+    Rows const rows = other.Load();
+    State const known = other.state;
     RepairMemory();
-    T* const to = elements;
-    state = other.state;
-    detail::StoreRows(other.Load(), to);
+    detail::StoreRows(rows, elements);
+    state = known;
     return *this;
 }
 

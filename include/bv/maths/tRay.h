@@ -119,7 +119,7 @@ inline bool tRay<T>::Clip(tVolumeAABB<T> const& box, T& tNear, T& tFar) const no
     Lanes const one = detail::Broadcast<Lanes>(T{1});
     auto const crosses = margin < detail::Magnitude(along);
     // Of no axis in particular, so that a loop can keep them; and no division by zero.
-    Lanes const reciprocal = one / detail::Select(crosses, along, one);
+    Lanes const reciprocal = one / detail::OrWhereNot(crosses, along, one);
     Lanes const start = detail::LoadFirst(*this);
     Lanes const t1 = (detail::LoadFirst(box) - start - margin) * reciprocal;
     Lanes const t2 = (detail::LoadLast(box) - start + margin) * reciprocal;

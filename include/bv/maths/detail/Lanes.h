@@ -271,6 +271,26 @@ template <typename M, typename V>
     }
 }
 
+/// A mask as bits to compute on. GCC would take the arithmetic for a choice, which costs three operations.
+template <typename M>
+[[nodiscard, gnu::always_inline]] inline M AsBits(M mask) noexcept
+{
+#if defined __SSE2__ && !defined __clang__
+    asm("" : "+x"(mask));
+#endif
+    return mask;
+}
+
+/// `a` where a mask is set, and elsewhere the bits of `a` or `b`: one operation less than a choice.
+template <typename M, typename V>
+[[nodiscard, gnu::always_inline]] inline V OrWhereNot(M const& mask, V const& a, V const& b) noexcept
+{
+    if constexpr (IS_HALVED<V>)
+        return {OrWhereNot(mask.low, a.low, b.low), OrWhereNot(mask.high, a.high, b.high)};
+    else
+        return BitsAs<V>(BitsAs<Words<V>>(a) | (BitsAs<Words<V>>(b) & ~BitsAs<Words<V>>(AsBits(mask))));
+}
+
 /// The smaller number in each lane, `b` where one is NaN or both are zeros: one instruction. GCC is told of it, since
 /// it would share a comparison of `a` with `b` with others, and choose by its mask.
 template <typename V>
@@ -324,16 +344,6 @@ template <typename T, std::size_t N>
 [[nodiscard]] inline tPlainRegister<T, N> Max(tPlainRegister<T, N> const& a, tPlainRegister<T, N> const& b) noexcept
 {
     return Select(b < a, a, b);
-}
-
-/// A mask as bits to compute on. GCC would take the arithmetic for a choice, which costs three operations.
-template <typename M>
-[[nodiscard, gnu::always_inline]] inline M AsBits(M mask) noexcept
-{
-#if defined __SSE2__ && !defined __clang__
-    asm("" : "+x"(mask));
-#endif
-    return mask;
 }
 
 /// The lanes of two registers, counted through, in another order.

@@ -38,26 +38,28 @@ template <typename T, std::size_t OFFSET = 0, typename Object>
     }
 }
 
-/// The first three of six numbers: the lower corner of a box, the origin of a ray.
-template <typename T, template <typename> typename Six>
+/// The first three of six numbers, and in a lane that counts for nothing a fourth by its index: the lower corner of a
+/// box, the origin of a ray.
+template <int FOURTH = 2, typename T, template <typename> typename Six>
 [[nodiscard, gnu::always_inline]] inline tThree<T> LoadFirst(Six<T> const& six) noexcept
 {
     static_assert(sizeof(six) == 6 * sizeof(T));
     if constexpr (IS_HALVED<tThree<T>>)
         return LoadThree<T>(six);
     else
-        return Choose<0, 1, 2, 2>(LoadFrom<tThree<T>>(six));
+        return Choose<0, 1, 2, FOURTH>(LoadFrom<tThree<T>>(six));
 }
 
-/// The last three of six numbers: the upper corner of a box, the direction of a ray.
-template <typename T, template <typename> typename Six>
+/// The last three of six numbers, and a fourth of these in the same way: the upper corner of a box, the direction of a
+/// ray.
+template <int FOURTH = 2, typename T, template <typename> typename Six>
 [[nodiscard, gnu::always_inline]] inline tThree<T> LoadLast(Six<T> const& six) noexcept
 {
     static_assert(sizeof(six) == 6 * sizeof(T));
     if constexpr (IS_HALVED<tThree<T>>)
         return LoadThree<T, 3 * sizeof(T)>(six);
     else
-        return Choose<1, 2, 3, 3>(LoadFrom<tThree<T>, 2 * sizeof(T)>(six));
+        return Choose<1, 2, 3, 1 + FOURTH>(LoadFrom<tThree<T>, 2 * sizeof(T)>(six));
 }
 
 /// Whether a mask is set for all three components.

@@ -288,7 +288,7 @@ template <typename M, typename V>
     if constexpr (IS_HALVED<V>)
         return {OrWhereNot(mask.low, a.low, b.low), OrWhereNot(mask.high, a.high, b.high)};
     else
-        return BitsAs<V>(BitsAs<Words<V>>(a) | (BitsAs<Words<V>>(b) & ~BitsAs<Words<V>>(AsBits(mask))));
+        return BitsAs<V>(BitsAs<Words<V>>(a) | (BitsAs<Words<V>>(b) & ~BitsAs<Words<V>>(mask)));
 }
 
 /// The smaller number in each lane, `b` where one is NaN or both are zeros: one instruction. GCC is told of it, since

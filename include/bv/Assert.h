@@ -3,6 +3,8 @@
 /// @file
 /// A break into the debugger.
 
+#include "bv/Export.h"
+
 #if defined _MSC_VER
 #include <intrin.h>
 #elif !defined __x86_64__ && !defined __i386__
@@ -17,11 +19,7 @@ namespace bv
 /// Tests nothing, prints nothing, throws nothing: the caller tests its condition and calls this. When the debugger, or
 /// the program's own handler of the trap, has it go on, the call returns. With neither of them, the system ends the
 /// program, as it does at any breakpoint. A platform without a breakpoint does nothing.
-#if defined __GNUC__
-[[gnu::always_inline]]
-#endif
-inline void
-Assert() noexcept
+[[gnu::always_inline]] BV_INLINE void Assert() noexcept
 {
 #if defined _MSC_VER
     __nop();

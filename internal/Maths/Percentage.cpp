@@ -1,3 +1,4 @@
+#define BV_INSTANCES // of the inline functions: see bv/Export.h
 #include "bv/maths/Percentage.h"
 
 #include "bv/maths/DivideByZeroException.h"

@@ -75,7 +75,7 @@ namespace detail
 /// above 2^31 gives 32.
 ///
 /// @throws bv::InvalidArgumentException for 0.
-[[nodiscard, gnu::always_inline]] constexpr unsigned char IntLog2(unsigned int value)
+[[nodiscard, gnu::always_inline]] BV_INLINE constexpr unsigned char IntLog2(unsigned int value)
 {
     unsigned int before = 0;
     if (__builtin_sub_overflow(value, 1U, &before)) // the subtraction tells of 0 by itself
@@ -88,7 +88,7 @@ namespace detail
 /// Digit by digit, two bits of the value for one bit of the root: J. W. Crenshaw, "Integer Square Roots", 1998. Where
 /// the processor has a square root of its own, that of the value in double precision is taken: a root that is no
 /// integer lies too far below the next one to be rounded up to it.
-[[nodiscard, gnu::always_inline]] constexpr unsigned short IntSqrt(unsigned int value) noexcept
+[[nodiscard, gnu::always_inline]] BV_INLINE constexpr unsigned short IntSqrt(unsigned int value) noexcept
 {
 #if defined __SSE2__
     if (!std::is_constant_evaluated())
@@ -116,14 +116,14 @@ namespace detail
 
 /// The smallest power of two that is not less than the value; 0 gives 0. Above 2^31 there is none in 32 bits, and the
 /// result wraps to 0.
-[[nodiscard, gnu::always_inline]] constexpr unsigned int RoundUpToPO2(unsigned int value) noexcept
+[[nodiscard, gnu::always_inline]] BV_INLINE constexpr unsigned int RoundUpToPO2(unsigned int value) noexcept
 {
     return detail::Smear(value - 1) + 1; // 0 - 1 has all bits
 }
 
 /// The nearest power of two; a tie goes up, so 3 gives 4 and 6 gives 8. 0 gives 0, and values from 0xC0000000 upwards,
 /// whose nearest power does not fit 32 bits, wrap to 0.
-[[nodiscard, gnu::always_inline]] constexpr unsigned int RoundToNearestPO2(unsigned int value) noexcept
+[[nodiscard, gnu::always_inline]] BV_INLINE constexpr unsigned int RoundToNearestPO2(unsigned int value) noexcept
 {
     unsigned int const floor = detail::HighestBit(value);
     return floor + (floor & (value << 1)); // twice the floor when the bit below its own is set

@@ -5,6 +5,7 @@
 
 #include <cmath>
 
+#include "bv/Export.h"
 #include "bv/maths/tVector3.h"
 
 namespace bv::maths
@@ -23,7 +24,8 @@ namespace bv::maths
 ///               long as its square neither overflows nor underflows; zero, infinities and NaN give NaN.
 /// @param[out] first the first axis.
 /// @param[out] second the second axis.
-inline void EvaluateLocalAxes(tVector3<float> const& normal, tVector3<float>& first, tVector3<float>& second) noexcept
+BV_INLINE void EvaluateLocalAxes(tVector3<float> const& normal, tVector3<float>& first,
+                                 tVector3<float>& second) noexcept
 {
     tVector3<float> const n = normal;
     float const magnitudeX = std::abs(n.x);

@@ -48,12 +48,12 @@ public:
     /// @name Construction
     /// @{
     /// 0/0, which means zero.
-    constexpr Percentage() noexcept : numerator{0}, denominator{0} {}
+    [[gnu::always_inline]] BV_INLINE constexpr Percentage() noexcept : numerator{0}, denominator{0} {}
     /// n/1.
-    constexpr Percentage(unsigned int n) noexcept : numerator{n}, denominator{1} {}
+    [[gnu::always_inline]] BV_INLINE constexpr Percentage(unsigned int n) noexcept : numerator{n}, denominator{1} {}
     /// n/d in lowest terms, so n/0 gives 1/0.
     /// @throws DivideByZeroException for 0/0.
-    constexpr Percentage(unsigned int n, unsigned int d);
+    [[gnu::always_inline]] BV_INLINE constexpr Percentage(unsigned int n, unsigned int d);
     /// A ratio is no fraction: it would be cut to an integer.
     template <std::floating_point N>
     Percentage(N ratio) = delete;
@@ -62,27 +62,27 @@ public:
     /// @name Access
     /// @{
     /// Upper field of the fraction.
-    [[nodiscard]] constexpr unsigned long long GetNumerator() const noexcept { return numerator; }
+    [[nodiscard]] BV_INLINE constexpr unsigned long long GetNumerator() const noexcept { return numerator; }
     /// Lower field of the fraction.
-    [[nodiscard]] constexpr unsigned long long GetDenominator() const noexcept { return denominator; }
+    [[nodiscard]] BV_INLINE constexpr unsigned long long GetDenominator() const noexcept { return denominator; }
     /// The ratio, not multiplied by 100: each field rounded to `float`, then divided. A zero numerator gives 0 over any
     /// denominator; any other over zero gives +infinity.
-    [[nodiscard]] constexpr operator float() const noexcept;
+    [[nodiscard]] BV_INLINE constexpr operator float() const noexcept;
     /// @}
 
     /// @name Changes
     /// @{
     /// Multiplies. A zero numerator on either side gives 0/0.
-    constexpr Percentage& operator*=(Percentage const& other);
+    BV_INLINE constexpr Percentage& operator*=(Percentage const& other);
     /// Adds. Adding zero changes nothing; adding to zero copies the other value.
     /// @throws DivideByZeroException when both fields of the sum wrap to 0.
-    constexpr Percentage& operator+=(Percentage const& other);
+    BV_INLINE constexpr Percentage& operator+=(Percentage const& other);
     /// Divides by a fraction. Zero stays as it is.
     /// @throws DivideByZeroException when the other numerator is 0, and for 1/0 divided by 1/0.
-    constexpr Percentage& operator/=(Percentage const& other);
+    BV_INLINE constexpr Percentage& operator/=(Percentage const& other);
     /// Divides by an integer. Unlike a division by a fraction this reduces zero, too: 0/x gives 0/1.
     /// @throws DivideByZeroException when d is 0, and for 0/0 divided by anything.
-    constexpr Percentage& operator/=(unsigned int d);
+    BV_INLINE constexpr Percentage& operator/=(unsigned int d);
     template <std::floating_point N>
     Percentage& operator/=(N d) = delete;
     /// @}
@@ -91,45 +91,63 @@ public:
     /// Each works on a copy and throws as its compound form does. Constants and variables have the same ones, so that
     /// neither turns into a `float` on the way.
     /// @{
-    [[nodiscard]] constexpr Percentage operator*(Percentage const& other) { return Percentage(*this) *= other; }
-    [[nodiscard]] constexpr Percentage operator*(Percentage const& other) const { return Percentage(*this) *= other; }
-    [[nodiscard]] constexpr Percentage operator+(Percentage const& other) { return Percentage(*this) += other; }
-    [[nodiscard]] constexpr Percentage operator+(Percentage const& other) const { return Percentage(*this) += other; }
-    [[nodiscard]] constexpr Percentage operator/(Percentage const& other) { return Percentage(*this) /= other; }
-    [[nodiscard]] constexpr Percentage operator/(Percentage const& other) const { return Percentage(*this) /= other; }
-    [[nodiscard]] constexpr Percentage operator/(unsigned int d) { return Percentage(*this) /= d; }
-    [[nodiscard]] constexpr Percentage operator/(unsigned int d) const { return Percentage(*this) /= d; }
+    [[nodiscard]] BV_INLINE constexpr Percentage operator*(Percentage const& other)
+    {
+        return Percentage(*this) *= other;
+    }
+    [[nodiscard]] BV_INLINE constexpr Percentage operator*(Percentage const& other) const
+    {
+        return Percentage(*this) *= other;
+    }
+    [[nodiscard]] BV_INLINE constexpr Percentage operator+(Percentage const& other)
+    {
+        return Percentage(*this) += other;
+    }
+    [[nodiscard]] BV_INLINE constexpr Percentage operator+(Percentage const& other) const
+    {
+        return Percentage(*this) += other;
+    }
+    [[nodiscard]] BV_INLINE constexpr Percentage operator/(Percentage const& other)
+    {
+        return Percentage(*this) /= other;
+    }
+    [[nodiscard]] BV_INLINE constexpr Percentage operator/(Percentage const& other) const
+    {
+        return Percentage(*this) /= other;
+    }
+    [[nodiscard]] BV_INLINE constexpr Percentage operator/(unsigned int d) { return Percentage(*this) /= d; }
+    [[nodiscard]] BV_INLINE constexpr Percentage operator/(unsigned int d) const { return Percentage(*this) /= d; }
 
     // A plain `p * 2` would waver between the fraction and the `float`; these match what stands there exactly.
     template <detail::AnyPercentage P, detail::IntegerUpTo32Bits N>
-    [[nodiscard]] friend constexpr Percentage operator*(P&& percentage, N n)
+    [[nodiscard, gnu::always_inline]] friend constexpr Percentage operator*(P&& percentage, N n)
     {
         return Percentage(percentage) *= static_cast<unsigned int>(n);
     }
     template <detail::AnyPercentage P, detail::IntegerUpTo32Bits N>
-    [[nodiscard]] friend constexpr Percentage operator+(P&& percentage, N n)
+    [[nodiscard, gnu::always_inline]] friend constexpr Percentage operator+(P&& percentage, N n)
     {
         return Percentage(percentage) += static_cast<unsigned int>(n);
     }
     template <detail::AnyPercentage P, detail::IntegerUpTo32Bits N>
-    [[nodiscard]] friend constexpr Percentage operator/(P&& percentage, N d)
+    [[nodiscard, gnu::always_inline]] friend constexpr Percentage operator/(P&& percentage, N d)
     {
         return Percentage(percentage) /= static_cast<unsigned int>(d);
     }
     template <detail::AnyPercentage P, detail::LongerInteger N>
     friend Percentage operator/(P&& percentage, N d) = delete;
     template <detail::AnyPercentage P, std::floating_point N>
-    [[nodiscard]] friend constexpr N operator*(P&& percentage, N n) noexcept
+    [[nodiscard, gnu::always_inline]] friend constexpr N operator*(P&& percentage, N n) noexcept
     {
         return static_cast<N>(static_cast<float>(percentage)) * n;
     }
     template <detail::AnyPercentage P, std::floating_point N>
-    [[nodiscard]] friend constexpr N operator+(P&& percentage, N n) noexcept
+    [[nodiscard, gnu::always_inline]] friend constexpr N operator+(P&& percentage, N n) noexcept
     {
         return static_cast<N>(static_cast<float>(percentage)) + n;
     }
     template <detail::AnyPercentage P, std::floating_point N>
-    [[nodiscard]] friend constexpr N operator/(P&& percentage, N d) noexcept
+    [[nodiscard, gnu::always_inline]] friend constexpr N operator/(P&& percentage, N d) noexcept
     {
         return static_cast<N>(static_cast<float>(percentage)) / d;
     }
@@ -137,8 +155,8 @@ public:
 
 private:
     template <typename U>
-    [[nodiscard]] static constexpr U GreatestCommonDivisor(U a, U b);
-    constexpr void Reduce();
+    [[nodiscard, gnu::always_inline]] static constexpr U GreatestCommonDivisor(U a, U b);
+    [[gnu::always_inline]] constexpr void Reduce();
     [[noreturn, gnu::cold]] static void ThrowDivisionByZero(char const* function, unsigned int line);
 };
 
@@ -158,14 +176,14 @@ constexpr U Percentage::GreatestCommonDivisor(U a, U b)
     return a;
 }
 
-constexpr Percentage::Percentage(unsigned int n, unsigned int d) : numerator{n}, denominator{d}
+BV_INLINE constexpr Percentage::Percentage(unsigned int n, unsigned int d) : numerator{n}, denominator{d}
 {
     unsigned int const divisor = GreatestCommonDivisor(n, d);
     numerator = n / divisor;
     denominator = d / divisor;
 }
 
-constexpr Percentage::operator float() const noexcept
+BV_INLINE constexpr Percentage::operator float() const noexcept
 {
     if (numerator == 0)
         return 0.0f;
@@ -177,7 +195,7 @@ constexpr Percentage::operator float() const noexcept
 // The compound operators work on a copy and assign it whole: the right operand may be this value, and nothing has
 // changed when the reduction throws.
 
-constexpr Percentage& Percentage::operator*=(Percentage const& other)
+BV_INLINE constexpr Percentage& Percentage::operator*=(Percentage const& other)
 {
     if (numerator == 0 || other.numerator == 0)
         return *this = Percentage();
@@ -188,7 +206,7 @@ constexpr Percentage& Percentage::operator*=(Percentage const& other)
     return *this = product;
 }
 
-constexpr Percentage& Percentage::operator+=(Percentage const& other)
+BV_INLINE constexpr Percentage& Percentage::operator+=(Percentage const& other)
 {
     if (other.numerator == 0)
         return *this;
@@ -208,7 +226,7 @@ constexpr Percentage& Percentage::operator+=(Percentage const& other)
     return *this = sum;
 }
 
-constexpr Percentage& Percentage::operator/=(Percentage const& other)
+BV_INLINE constexpr Percentage& Percentage::operator/=(Percentage const& other)
 {
     if (other.numerator == 0)
         ThrowDivisionByZero("bv::maths::Percentage::operator /=", 155);
@@ -221,7 +239,7 @@ constexpr Percentage& Percentage::operator/=(Percentage const& other)
     return *this = quotient;
 }
 
-constexpr Percentage& Percentage::operator/=(unsigned int d)
+BV_INLINE constexpr Percentage& Percentage::operator/=(unsigned int d)
 {
     if (d == 0)
         ThrowDivisionByZero("bv::maths::Percentage::operator /=", 71);

@@ -18,7 +18,7 @@ namespace detail
 
 /// The exponent e of a value f * 2^e with |f| in [0.5, 1), as `frexp` splits it, if e is above 0. Values below 1 in
 /// magnitude give some number that is not above 0, and so do infinities and NaNs.
-[[nodiscard]] constexpr int GetPositiveExponent(double value) noexcept
+[[nodiscard, gnu::always_inline]] constexpr int GetPositiveExponent(double value) noexcept
 {
     constexpr int BIAS = 1022;
     constexpr int NOT_FINITE = 0x7FF;

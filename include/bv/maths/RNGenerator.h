@@ -8,6 +8,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "bv/Export.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
 
@@ -44,7 +45,7 @@ public:
     /// @name Construction
     /// @{
     /// The generator of this seed, see SetSeed().
-    constexpr RNGenerator(unsigned int seed = 0) noexcept;
+    [[gnu::always_inline]] BV_INLINE constexpr RNGenerator(unsigned int seed = 0) noexcept;
     /// @}
 
     /// @name Changes
@@ -60,39 +61,39 @@ public:
     /// 0: the multiply-with-carry generators and the shift register then stay at 0 and the congruential generator runs
     /// alone, whose low bits are poor. Keep away from these seeds.
     /// @return this generator.
-    constexpr RNGenerator& SetSeed(unsigned int seed) noexcept;
+    BV_INLINE constexpr RNGenerator& SetSeed(unsigned int seed) noexcept;
     /// @}
 
     /// @name Draws
     /// @{
     /// The next draw, any 32-bit value.
-    constexpr unsigned int GetInteger() noexcept { return Kiss99(); }
+    BV_INLINE constexpr unsigned int GetInteger() noexcept { return Kiss99(); }
     /// The next draw as a number in [0, 1): a multiple of 2^-23, at most 1 - 2^-23.
-    constexpr float GetFloat() noexcept { return ToFloat(Kiss99()); }
+    BV_INLINE constexpr float GetFloat() noexcept { return ToFloat(Kiss99()); }
     /// The next two draws, x first, each as GetFloat() gives it.
-    constexpr tVector2<float> GetVector2D() noexcept;
+    BV_INLINE constexpr tVector2<float> GetVector2D() noexcept;
     /// The next three draws, x first and z last, each as GetFloat() gives it.
-    constexpr tVector3<float> GetVector3D() noexcept;
+    BV_INLINE constexpr tVector3<float> GetVector3D() noexcept;
     /// The next two draws: the first as GetFloat() gives it, the second whole.
-    constexpr std::pair<float, unsigned int> GetFloatAndInteger() noexcept;
+    BV_INLINE constexpr std::pair<float, unsigned int> GetFloatAndInteger() noexcept;
     /// @}
 
 private:
     friend struct detail::RNGeneratorAccess;
 
-    constexpr unsigned int Cong() noexcept;
-    constexpr unsigned int Shr3() noexcept;
-    constexpr unsigned int Mwc() noexcept;
-    constexpr unsigned int Kiss99() noexcept;
-    constexpr tVector2<float> GetFloat2D() noexcept;
-    constexpr tVector3<float> GetFloat3D() noexcept;
-    constexpr std::pair<float, unsigned int> GetFloatIntegerPair() noexcept;
+    [[gnu::always_inline]] constexpr unsigned int Cong() noexcept;
+    [[gnu::always_inline]] constexpr unsigned int Shr3() noexcept;
+    [[gnu::always_inline]] constexpr unsigned int Mwc() noexcept;
+    [[gnu::always_inline]] constexpr unsigned int Kiss99() noexcept;
+    BV_INLINE constexpr tVector2<float> GetFloat2D() noexcept;
+    BV_INLINE constexpr tVector3<float> GetFloat3D() noexcept;
+    BV_INLINE constexpr std::pair<float, unsigned int> GetFloatIntegerPair() noexcept;
 
-    static constexpr void WriteAlone(std::uint32_t const& word) noexcept;
-    [[nodiscard]] static constexpr float ToFloat(std::uint32_t draw) noexcept;
+    [[gnu::always_inline]] static constexpr void WriteAlone(std::uint32_t const& word) noexcept;
+    [[nodiscard, gnu::always_inline]] static constexpr float ToFloat(std::uint32_t draw) noexcept;
 };
 
-constexpr RNGenerator::RNGenerator(unsigned int seed) noexcept
+BV_INLINE constexpr RNGenerator::RNGenerator(unsigned int seed) noexcept
     : z{},
       w{},
       jsr{},
@@ -104,7 +105,7 @@ constexpr RNGenerator::RNGenerator(unsigned int seed) noexcept
     SetSeed(seed);
 }
 
-constexpr RNGenerator& RNGenerator::SetSeed(unsigned int seed) noexcept
+BV_INLINE constexpr RNGenerator& RNGenerator::SetSeed(unsigned int seed) noexcept
 {
     constexpr std::uint32_t SEED_FOR_ZERO = 426954;
     constexpr std::uint32_t SPREAD = 2032009216;
@@ -120,17 +121,17 @@ constexpr RNGenerator& RNGenerator::SetSeed(unsigned int seed) noexcept
 
 // The usual implementation is known here, so that a compiler can put it in place of the call.
 
-constexpr tVector2<float> RNGenerator::GetVector2D() noexcept
+BV_INLINE constexpr tVector2<float> RNGenerator::GetVector2D() noexcept
 {
     return generate2D == &RNGenerator::GetFloat2D ? GetFloat2D() : (this->*generate2D)();
 }
 
-constexpr tVector3<float> RNGenerator::GetVector3D() noexcept
+BV_INLINE constexpr tVector3<float> RNGenerator::GetVector3D() noexcept
 {
     return generate3D == &RNGenerator::GetFloat3D ? GetFloat3D() : (this->*generate3D)();
 }
 
-constexpr std::pair<float, unsigned int> RNGenerator::GetFloatAndInteger() noexcept
+BV_INLINE constexpr std::pair<float, unsigned int> RNGenerator::GetFloatAndInteger() noexcept
 {
     return generatePair == &RNGenerator::GetFloatIntegerPair ? GetFloatIntegerPair() : (this->*generatePair)();
 }
@@ -168,17 +169,17 @@ constexpr unsigned int RNGenerator::Kiss99() noexcept
     return (Mwc() ^ Cong()) + Shr3();
 }
 
-constexpr tVector2<float> RNGenerator::GetFloat2D() noexcept
+BV_INLINE constexpr tVector2<float> RNGenerator::GetFloat2D() noexcept
 {
     return {GetFloat(), GetFloat()}; // braces keep the draws in order
 }
 
-constexpr tVector3<float> RNGenerator::GetFloat3D() noexcept
+BV_INLINE constexpr tVector3<float> RNGenerator::GetFloat3D() noexcept
 {
     return {GetFloat(), GetFloat(), GetFloat()};
 }
 
-constexpr std::pair<float, unsigned int> RNGenerator::GetFloatIntegerPair() noexcept
+BV_INLINE constexpr std::pair<float, unsigned int> RNGenerator::GetFloatIntegerPair() noexcept
 {
     return {GetFloat(), GetInteger()};
 }

@@ -5,18 +5,19 @@
 
 #include <emmintrin.h>
 
+#include "bv/Export.h"
+
 namespace bv::maths
 {
 
-// The functions melt into their callers like the instructions that they are named after, so that a copy compiled for a
-// newer processor is never shared with code that runs on an older one.
+// The functions melt into their callers like the instructions that they are named after.
 
 /// Reciprocal of each lane: r * (2 - a * r), where r is the processor's estimate.
 ///
 /// The relative error stays below 6 * 2^-24 for magnitudes from 2^-126 to 2^125; the last bits differ between
 /// processors. Zero, infinity and NaN give NaN: there is nothing to refine in an estimate of infinity or zero. Where
 /// the estimate overflows or vanishes next to these ranges, the result is what the formula makes of it.
-[[nodiscard, gnu::always_inline]] inline __m128 _mm_rcp_nr(__m128 const& a) noexcept
+[[nodiscard, gnu::always_inline]] BV_INLINE __m128 _mm_rcp_nr(__m128 const& a) noexcept
 {
     __m128 const estimate = _mm_rcp_ps(a);
     return _mm_mul_ps(estimate, _mm_sub_ps(_mm_set1_ps(2.0f), _mm_mul_ps(a, estimate)));
@@ -27,7 +28,7 @@ namespace bv::maths
 /// The relative error stays below 8 * 2^-24 for values from 2^-126; the last bits differ between processors. Zero,
 /// infinity, NaN and negative values give NaN. Where the estimate of a smaller value overflows, the result is what the
 /// formula makes of it.
-[[nodiscard, gnu::always_inline]] inline __m128 _mm_rsqrt_nr(__m128 const& a) noexcept
+[[nodiscard, gnu::always_inline]] BV_INLINE __m128 _mm_rsqrt_nr(__m128 const& a) noexcept
 {
     __m128 const estimate = _mm_rsqrt_ps(a);
     __m128 const ratio = _mm_mul_ps(_mm_mul_ps(a, estimate), estimate);

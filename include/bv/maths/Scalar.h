@@ -17,7 +17,7 @@ namespace detail
 /// What the smooth steps share: 0 up to the lower edge, else 1 from the upper edge on, else the curve at the relative
 /// position of x between the edges. A NaN x belongs to neither edge and reaches the curve.
 template <typename T, typename Curve>
-[[nodiscard]] constexpr T StepBetween(T low, T high, T x, Curve curve) noexcept
+[[nodiscard, gnu::always_inline]] constexpr T StepBetween(T low, T high, T x, Curve curve) noexcept
 {
     static_assert(std::numeric_limits<T>::is_iec559);
     if (low >= x)

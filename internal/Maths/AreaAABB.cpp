@@ -32,5 +32,9 @@ std::istream& tAreaAABB<T>::Deserialise(std::istream& stream)
 
 template class BV_TEMPLATE_INSTANCE tAreaAABB<float>;
 template class BV_TEMPLATE_INSTANCE tAreaAABB<double>;
+template BV_TEMPLATE_INSTANCE tAreaAABB<float>::tAreaAABB(tAreaAABB<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tAreaAABB<float>& tAreaAABB<float>::operator=(tAreaAABB<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tAreaAABB<double>::tAreaAABB(tAreaAABB<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tAreaAABB<double>& tAreaAABB<double>::operator=(tAreaAABB<float> const&) noexcept;
 
 } // namespace bv::maths

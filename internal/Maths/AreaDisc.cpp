@@ -21,5 +21,9 @@ std::istream& tAreaDisc<T>::Deserialise(std::istream& stream)
 
 template class BV_TEMPLATE_INSTANCE tAreaDisc<float>;
 template class BV_TEMPLATE_INSTANCE tAreaDisc<double>;
+template BV_TEMPLATE_INSTANCE tAreaDisc<float>::tAreaDisc(tAreaDisc<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tAreaDisc<float>& tAreaDisc<float>::operator=(tAreaDisc<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tAreaDisc<double>::tAreaDisc(tAreaDisc<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tAreaDisc<double>& tAreaDisc<double>::operator=(tAreaDisc<float> const&) noexcept;
 
 } // namespace bv::maths

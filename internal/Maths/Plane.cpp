@@ -59,6 +59,10 @@ std::ostream& operator<<(std::ostream& stream, tPlane<T> const& plane)
 
 template class BV_TEMPLATE_INSTANCE tPlane<float>;
 template class BV_TEMPLATE_INSTANCE tPlane<double>;
+template BV_TEMPLATE_INSTANCE tPlane<float>::tPlane(tPlane<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tPlane<float>& tPlane<float>::operator=(tPlane<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tPlane<double>::tPlane(tPlane<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tPlane<double>& tPlane<double>::operator=(tPlane<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE std::ostream& operator<<(std::ostream&, tPlane<float> const&);
 template BV_TEMPLATE_INSTANCE std::ostream& operator<<(std::ostream&, tPlane<double> const&);
 

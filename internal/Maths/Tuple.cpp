@@ -60,10 +60,14 @@ template class BV_TEMPLATE_INSTANCE tTuple2<int>;
 template class BV_TEMPLATE_INSTANCE tTuple2<unsigned int>;
 template class BV_TEMPLATE_INSTANCE tTuple2<float>;
 template class BV_TEMPLATE_INSTANCE tTuple2<double>;
+template BV_TEMPLATE_INSTANCE tTuple2<float>::tTuple2(tTuple2<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tTuple2<double>::tTuple2(tTuple2<float> const&) noexcept;
 template class BV_TEMPLATE_INSTANCE tTuple3<int>;
 template class BV_TEMPLATE_INSTANCE tTuple3<unsigned int>;
 template class BV_TEMPLATE_INSTANCE tTuple3<float>;
 template class BV_TEMPLATE_INSTANCE tTuple3<double>;
+template BV_TEMPLATE_INSTANCE tTuple3<float>::tTuple3(tTuple3<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tTuple3<double>::tTuple3(tTuple3<float> const&) noexcept;
 
 } // namespace bv::maths
 

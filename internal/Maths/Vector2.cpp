@@ -26,6 +26,10 @@ std::ostream& operator<<(std::ostream& stream, tVector2<T> const& vector)
 
 template class BV_TEMPLATE_INSTANCE tVector2<float>;
 template class BV_TEMPLATE_INSTANCE tVector2<double>;
+template BV_TEMPLATE_INSTANCE tVector2<float>::tVector2(tVector2<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tVector2<double>::tVector2(tVector2<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tVector2<float> operator*(float, tVector2<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tVector2<double> operator*(double, tVector2<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE std::ostream& tVector2<int>::Serialise(std::ostream&) const;
 template BV_TEMPLATE_INSTANCE std::istream& tVector2<int>::Deserialise(std::istream&);
 template BV_TEMPLATE_INSTANCE std::ostream& tVector2<unsigned int>::Serialise(std::ostream&) const;

@@ -35,6 +35,10 @@ std::ostream& operator<<(std::ostream& stream, tVector3<T> const& vector)
 
 template class BV_TEMPLATE_INSTANCE tVector3<float>;
 template class BV_TEMPLATE_INSTANCE tVector3<double>;
+template BV_TEMPLATE_INSTANCE tVector3<float>::tVector3(tVector3<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tVector3<double>::tVector3(tVector3<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tVector3<float> operator*(float, tVector3<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tVector3<double> operator*(double, tVector3<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE std::ostream& tVector3<int>::Serialise(std::ostream&) const;
 template BV_TEMPLATE_INSTANCE std::istream& tVector3<int>::Deserialise(std::istream&);
 template BV_TEMPLATE_INSTANCE std::ostream& tVector3<unsigned int>::Serialise(std::ostream&) const;

@@ -31,5 +31,11 @@ std::istream& tVolumeSphere<T>::Deserialise(std::istream& stream)
 
 template class BV_TEMPLATE_INSTANCE tVolumeSphere<float>;
 template class BV_TEMPLATE_INSTANCE tVolumeSphere<double>;
+template BV_TEMPLATE_INSTANCE tVolumeSphere<float>::tVolumeSphere(tVolumeSphere<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tVolumeSphere<float>&
+tVolumeSphere<float>::operator=(tVolumeSphere<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tVolumeSphere<double>::tVolumeSphere(tVolumeSphere<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tVolumeSphere<double>&
+tVolumeSphere<double>::operator=(tVolumeSphere<float> const&) noexcept;
 
 } // namespace bv::maths

@@ -279,6 +279,10 @@ constexpr bool tAreaAABB<T>::operator==(tAreaAABB const& other) const noexcept
 
 extern template class BV_TEMPLATE tAreaAABB<float>;
 extern template class BV_TEMPLATE tAreaAABB<double>;
+extern template BV_TEMPLATE tAreaAABB<float>::tAreaAABB(tAreaAABB<double> const&) noexcept;
+extern template BV_TEMPLATE tAreaAABB<float>& tAreaAABB<float>::operator=(tAreaAABB<double> const&) noexcept;
+extern template BV_TEMPLATE tAreaAABB<double>::tAreaAABB(tAreaAABB<float> const&) noexcept;
+extern template BV_TEMPLATE tAreaAABB<double>& tAreaAABB<double>::operator=(tAreaAABB<float> const&) noexcept;
 
 // Arrays of boxes are dense and are copied as blocks.
 static_assert(sizeof(tAreaAABB<float>) == 4 * sizeof(float) && sizeof(tAreaAABB<double>) == 4 * sizeof(double));

@@ -46,10 +46,10 @@ public:
     /// The smallest disc through two points, whose distance is its diameter.
     constexpr tAreaDisc(tVector2<T> const& p, tVector2<T> const& q) noexcept;
     /// Copies the squared radius and the centre; so do the three operations below.
-    constexpr tAreaDisc(tAreaDisc const& other) noexcept = default;
-    constexpr tAreaDisc(tAreaDisc&& other) noexcept = default;
-    constexpr tAreaDisc& operator=(tAreaDisc const& other) noexcept = default;
-    constexpr tAreaDisc& operator=(tAreaDisc&& other) noexcept = default;
+    constexpr tAreaDisc(tAreaDisc const& other) noexcept;
+    constexpr tAreaDisc(tAreaDisc&& other) noexcept;
+    constexpr tAreaDisc& operator=(tAreaDisc const& other) noexcept;
+    constexpr tAreaDisc& operator=(tAreaDisc&& other) noexcept;
     /// Converts from the other precision, number by number, rounding to nearest.
     template <OtherPrecision<T> U>
     constexpr tAreaDisc(tAreaDisc<U> const& other) noexcept
@@ -63,7 +63,7 @@ public:
         return *this = tAreaDisc(other);
     }
     /// Virtual, for shapes that derive from this one; does nothing by itself.
-    virtual ~tAreaDisc() = default;
+    constexpr virtual ~tAreaDisc();
     /// @}
 
     /// @name Access
@@ -125,6 +125,23 @@ constexpr tAreaDisc<T>::tAreaDisc(tVector2<T> const& p, tVector2<T> const& q) no
 {
 }
 
+// Defaulted here rather than in the class, so that they are part of the instances in the library.
+
+template <typename T>
+constexpr tAreaDisc<T>::tAreaDisc(tAreaDisc const&) noexcept = default;
+
+template <typename T>
+constexpr tAreaDisc<T>::tAreaDisc(tAreaDisc&&) noexcept = default;
+
+template <typename T>
+constexpr tAreaDisc<T>& tAreaDisc<T>::operator=(tAreaDisc const&) noexcept = default;
+
+template <typename T>
+constexpr tAreaDisc<T>& tAreaDisc<T>::operator=(tAreaDisc&&) noexcept = default;
+
+template <typename T>
+constexpr tAreaDisc<T>::~tAreaDisc() = default;
+
 template <typename T>
 constexpr bool tAreaDisc<T>::Contains(tVector2<T> const& point) const noexcept
 {
@@ -152,6 +169,10 @@ constexpr bool tAreaDisc<T>::operator==(tAreaDisc const& other) const noexcept
 
 extern template class BV_TEMPLATE tAreaDisc<float>;
 extern template class BV_TEMPLATE tAreaDisc<double>;
+extern template BV_TEMPLATE tAreaDisc<float>::tAreaDisc(tAreaDisc<double> const&) noexcept;
+extern template BV_TEMPLATE tAreaDisc<float>& tAreaDisc<float>::operator=(tAreaDisc<double> const&) noexcept;
+extern template BV_TEMPLATE tAreaDisc<double>::tAreaDisc(tAreaDisc<float> const&) noexcept;
+extern template BV_TEMPLATE tAreaDisc<double>& tAreaDisc<double>::operator=(tAreaDisc<float> const&) noexcept;
 
 // The pointer to the virtual destructor, then the squared radius, then the centre, and padding to whole pointers.
 static_assert(std::has_virtual_destructor_v<tAreaDisc<float>> && std::has_virtual_destructor_v<tAreaDisc<double>>);

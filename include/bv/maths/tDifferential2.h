@@ -32,7 +32,7 @@ public:
     /// @name Construction
     /// @{
     /// Zero in both derivatives.
-    constexpr tDifferential2() noexcept = default;
+    constexpr tDifferential2() noexcept : derivatives{} {}
     /// The differential of these derivatives.
     constexpr tDifferential2(tVector2<T> const& u, tVector2<T> const& v) noexcept : derivatives{u, v} {}
     /// @}

@@ -33,7 +33,7 @@ public:
     /// @name Construction
     /// @{
     /// Zero in both derivatives.
-    constexpr tDifferential3() noexcept = default;
+    constexpr tDifferential3() noexcept : derivatives{} {}
     /// The differential of these derivatives.
     constexpr tDifferential3(tVector3<T> const& u, tVector3<T> const& v) noexcept : derivatives{u, v} {}
     /// @}

@@ -176,6 +176,10 @@ std::ostream& operator<<(std::ostream& stream, tPlane<T> const& plane);
 
 extern template class BV_TEMPLATE tPlane<float>;
 extern template class BV_TEMPLATE tPlane<double>;
+extern template BV_TEMPLATE tPlane<float>::tPlane(tPlane<double> const&) noexcept;
+extern template BV_TEMPLATE tPlane<float>& tPlane<float>::operator=(tPlane<double> const&) noexcept;
+extern template BV_TEMPLATE tPlane<double>::tPlane(tPlane<float> const&) noexcept;
+extern template BV_TEMPLATE tPlane<double>& tPlane<double>::operator=(tPlane<float> const&) noexcept;
 extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, tPlane<float> const&);
 extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, tPlane<double> const&);
 

@@ -93,6 +93,8 @@ extern template class BV_TEMPLATE tTuple2<int>;
 extern template class BV_TEMPLATE tTuple2<unsigned int>;
 extern template class BV_TEMPLATE tTuple2<float>;
 extern template class BV_TEMPLATE tTuple2<double>;
+extern template BV_TEMPLATE tTuple2<float>::tTuple2(tTuple2<double> const&) noexcept;
+extern template BV_TEMPLATE tTuple2<double>::tTuple2(tTuple2<float> const&) noexcept;
 
 static_assert(sizeof(tTuple2<int>) == 2 * sizeof(int) && sizeof(tTuple2<unsigned int>) == 2 * sizeof(unsigned int));
 static_assert(sizeof(tTuple2<float>) == 2 * sizeof(float) && sizeof(tTuple2<double>) == 2 * sizeof(double));

@@ -95,6 +95,8 @@ extern template class BV_TEMPLATE tTuple3<int>;
 extern template class BV_TEMPLATE tTuple3<unsigned int>;
 extern template class BV_TEMPLATE tTuple3<float>;
 extern template class BV_TEMPLATE tTuple3<double>;
+extern template BV_TEMPLATE tTuple3<float>::tTuple3(tTuple3<double> const&) noexcept;
+extern template BV_TEMPLATE tTuple3<double>::tTuple3(tTuple3<float> const&) noexcept;
 
 static_assert(sizeof(tTuple3<int>) == 3 * sizeof(int) && sizeof(tTuple3<unsigned int>) == 3 * sizeof(unsigned int));
 static_assert(sizeof(tTuple3<float>) == 3 * sizeof(float) && sizeof(tTuple3<double>) == 3 * sizeof(double));

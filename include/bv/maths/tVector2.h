@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <iosfwd>
 #include <limits>
+#include <type_traits>
 
 #include "bv/Export.h"
 #include "bv/maths/IsEqual.h"
@@ -106,11 +107,6 @@ public:
     constexpr tVector2& operator*=(tVector2 const& other) noexcept { return *this = *this * other; }
     constexpr tVector2& operator/=(T scalar) noexcept { return *this = *this / scalar; }
     constexpr tVector2& operator/=(tVector2 const& other) noexcept { return *this = *this / other; }
-    /// Product with a scalar.
-    [[nodiscard]] friend constexpr tVector2 operator*(T scalar, tVector2 const& vector) noexcept
-    {
-        return vector * scalar;
-    }
     /// Equality component by component: tolerant (IsEqual()) for floating-point types, exact for integers.
     [[nodiscard]] constexpr bool operator==(tVector2 const& other) const noexcept;
     /// @}
@@ -188,6 +184,13 @@ constexpr bool tVector2<T>::operator==(tVector2 const& other) const noexcept
     return detail::IsSameComponent(x, other.x) && detail::IsSameComponent(y, other.y);
 }
 
+/// Product with a scalar. The vector alone decides on the type: `2 * v` is fine for a vector of `float`.
+template <typename T>
+[[nodiscard]] constexpr tVector2<T> operator*(std::type_identity_t<T> scalar, tVector2<T> const& vector) noexcept
+{
+    return vector * scalar;
+}
+
 /// Writes the components in order, x first, joined by ", ": the text that a fresh stream of default settings in the
 /// classic locale gives. The target's precision and flags do not apply to the numbers; its width and fill apply once,
 /// to the whole text.
@@ -196,6 +199,10 @@ std::ostream& operator<<(std::ostream& stream, tVector2<T> const& vector);
 
 extern template class BV_TEMPLATE tVector2<float>;
 extern template class BV_TEMPLATE tVector2<double>;
+extern template BV_TEMPLATE tVector2<float>::tVector2(tVector2<double> const&) noexcept;
+extern template BV_TEMPLATE tVector2<double>::tVector2(tVector2<float> const&) noexcept;
+extern template BV_TEMPLATE tVector2<float> operator*(float, tVector2<float> const&) noexcept;
+extern template BV_TEMPLATE tVector2<double> operator*(double, tVector2<double> const&) noexcept;
 extern template BV_TEMPLATE std::ostream& tVector2<int>::Serialise(std::ostream&) const;
 extern template BV_TEMPLATE std::istream& tVector2<int>::Deserialise(std::istream&);
 extern template BV_TEMPLATE std::ostream& tVector2<unsigned int>::Serialise(std::ostream&) const;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <iosfwd>
 #include <limits>
+#include <type_traits>
 
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
@@ -137,11 +138,6 @@ public:
     constexpr tVector3& operator*=(tVector3 const& other) noexcept { return *this = *this * other; }
     constexpr tVector3& operator/=(T scalar) noexcept { return *this = *this / scalar; }
     constexpr tVector3& operator/=(tVector3 const& other) noexcept { return *this = *this / other; }
-    /// Product with a scalar.
-    [[nodiscard]] friend constexpr tVector3 operator*(T scalar, tVector3 const& vector) noexcept
-    {
-        return vector * scalar;
-    }
     /// Equality component by component: tolerant (IsEqual()) for floating-point types, exact for integers.
     [[nodiscard]] constexpr bool operator==(tVector3 const& other) const noexcept;
     /// @}
@@ -233,6 +229,13 @@ constexpr bool tVector3<T>::operator==(tVector3 const& other) const noexcept
            detail::IsSameComponent(z, other.z);
 }
 
+/// Product with a scalar. The vector alone decides on the type: `2 * v` is fine for a vector of `float`.
+template <typename T>
+[[nodiscard]] constexpr tVector3<T> operator*(std::type_identity_t<T> scalar, tVector3<T> const& vector) noexcept
+{
+    return vector * scalar;
+}
+
 /// Writes the components in order, x first, joined by ", ": the text that a fresh stream of default settings in the
 /// classic locale gives. The target's precision and flags do not apply to the numbers; its width and fill apply once,
 /// to the whole text.
@@ -241,6 +244,10 @@ std::ostream& operator<<(std::ostream& stream, tVector3<T> const& vector);
 
 extern template class BV_TEMPLATE tVector3<float>;
 extern template class BV_TEMPLATE tVector3<double>;
+extern template BV_TEMPLATE tVector3<float>::tVector3(tVector3<double> const&) noexcept;
+extern template BV_TEMPLATE tVector3<double>::tVector3(tVector3<float> const&) noexcept;
+extern template BV_TEMPLATE tVector3<float> operator*(float, tVector3<float> const&) noexcept;
+extern template BV_TEMPLATE tVector3<double> operator*(double, tVector3<double> const&) noexcept;
 extern template BV_TEMPLATE std::ostream& tVector3<int>::Serialise(std::ostream&) const;
 extern template BV_TEMPLATE std::istream& tVector3<int>::Deserialise(std::istream&);
 extern template BV_TEMPLATE std::ostream& tVector3<unsigned int>::Serialise(std::ostream&) const;

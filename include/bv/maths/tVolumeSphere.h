@@ -47,10 +47,10 @@ public:
     /// The smallest sphere through two points, whose distance is its diameter.
     constexpr tVolumeSphere(tVector3<T> const& p, tVector3<T> const& q) noexcept;
     /// Copies the squared radius and the centre; so do the three operations below.
-    constexpr tVolumeSphere(tVolumeSphere const& other) noexcept = default;
-    constexpr tVolumeSphere(tVolumeSphere&& other) noexcept = default;
-    constexpr tVolumeSphere& operator=(tVolumeSphere const& other) noexcept = default;
-    constexpr tVolumeSphere& operator=(tVolumeSphere&& other) noexcept = default;
+    constexpr tVolumeSphere(tVolumeSphere const& other) noexcept;
+    constexpr tVolumeSphere(tVolumeSphere&& other) noexcept;
+    constexpr tVolumeSphere& operator=(tVolumeSphere const& other) noexcept;
+    constexpr tVolumeSphere& operator=(tVolumeSphere&& other) noexcept;
     /// Converts from the other precision, number by number, rounding to nearest.
     template <OtherPrecision<T> U>
     constexpr tVolumeSphere(tVolumeSphere<U> const& other) noexcept
@@ -64,7 +64,7 @@ public:
         return *this = tVolumeSphere(other);
     }
     /// Virtual, for shapes that derive from this one; does nothing by itself.
-    virtual ~tVolumeSphere() = default;
+    constexpr virtual ~tVolumeSphere();
     /// @}
 
     /// @name Access
@@ -132,6 +132,23 @@ constexpr tVolumeSphere<T>::tVolumeSphere(tVector3<T> const& p, tVector3<T> cons
 {
 }
 
+// Defaulted here rather than in the class, so that they are part of the instances in the library.
+
+template <typename T>
+constexpr tVolumeSphere<T>::tVolumeSphere(tVolumeSphere const&) noexcept = default;
+
+template <typename T>
+constexpr tVolumeSphere<T>::tVolumeSphere(tVolumeSphere&&) noexcept = default;
+
+template <typename T>
+constexpr tVolumeSphere<T>& tVolumeSphere<T>::operator=(tVolumeSphere const&) noexcept = default;
+
+template <typename T>
+constexpr tVolumeSphere<T>& tVolumeSphere<T>::operator=(tVolumeSphere&&) noexcept = default;
+
+template <typename T>
+constexpr tVolumeSphere<T>::~tVolumeSphere() = default;
+
 template <typename T>
 constexpr bool tVolumeSphere<T>::Contains(tVector3<T> const& point) const noexcept
 {
@@ -155,6 +172,12 @@ constexpr bool tVolumeSphere<T>::operator==(tVolumeSphere const& other) const no
 
 extern template class BV_TEMPLATE tVolumeSphere<float>;
 extern template class BV_TEMPLATE tVolumeSphere<double>;
+extern template BV_TEMPLATE tVolumeSphere<float>::tVolumeSphere(tVolumeSphere<double> const&) noexcept;
+extern template BV_TEMPLATE tVolumeSphere<float>&
+tVolumeSphere<float>::operator=(tVolumeSphere<double> const&) noexcept;
+extern template BV_TEMPLATE tVolumeSphere<double>::tVolumeSphere(tVolumeSphere<float> const&) noexcept;
+extern template BV_TEMPLATE tVolumeSphere<double>&
+tVolumeSphere<double>::operator=(tVolumeSphere<float> const&) noexcept;
 
 // The pointer to the virtual destructor, then the squared radius, then the centre.
 static_assert(std::has_virtual_destructor_v<tVolumeSphere<float>> &&

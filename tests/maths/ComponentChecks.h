@@ -168,10 +168,18 @@ void ExpectZeroByDefault()
     EXPECT_EQ(Memory(V{}), std::string(sizeof(V), '\0'));
 }
 
+/// Whether a literal 0, which is a null pointer to the compiler, too, makes a value.
+template <typename V>
+concept TakesZero = requires
+{
+    V(0);
+};
+
 template <typename V>
 void ExpectExplicitConstructionFromAPointer()
 {
     using T = Component<V>;
+    static_assert(!TakesZero<V> && !std::is_constructible_v<V, int> && !std::is_constructible_v<V, std::nullptr_t>);
     static_assert(std::is_constructible_v<V, T const*> && !std::is_convertible_v<T const*, V>);
     static_assert(std::is_nothrow_constructible_v<V, T const*>);
     EXPECT_EQ(Memory(V(Sample<T>::VALUES.data())), Memory(MakeSample<V>()));

@@ -35,6 +35,7 @@ using bv::test::Component;
 using bv::test::COUNT;
 using bv::test::Make;
 using bv::test::MakeSample;
+using bv::test::Memory;
 using bv::test::Text;
 
 template <typename V>
@@ -105,6 +106,89 @@ TYPED_TEST(TupleTest, CopiesAreEqualAndIndependent)
 TYPED_TEST(TupleTest, IsEqualWhereEveryComponentIs)
 {
     bv::test::ExpectEqualityComponentByComponent<TypeParam>();
+}
+
+/// Whether there is an opposite.
+template <typename V>
+concept Negates = requires(V const& value)
+{
+    -value;
+};
+
+static_assert(Negates<Tuple2i> && Negates<Tuple3i> && Negates<Tuple2f> && Negates<Tuple3d>);
+static_assert(!Negates<Tuple2u> && !Negates<Tuple3u>);
+static_assert(std::is_same_v<decltype(-Tuple2i()), Tuple2i>&& noexcept(-Tuple3d()));
+static_assert((Tuple3i(1, 2, 3) * 2 + Tuple3i(1, 1, 1) - Tuple3i(0, 0, 7) / 2)[2] == 4); // 6 + 1 - 3, while compiling
+
+TYPED_TEST(TupleTest, AddsAndSubtractsComponentByComponent)
+{
+    TypeParam const a = Make<TypeParam>({7, 9, 12});
+    TypeParam const b = Make<TypeParam>({2, 4, 5});
+    static_assert(std::is_same_v<decltype(a + b), TypeParam>&& noexcept(a + b)&& noexcept(a - b));
+    EXPECT_EQ(a + b, Make<TypeParam>({9, 13, 17}));
+    EXPECT_EQ(a - b, Make<TypeParam>({5, 5, 7}));
+    TypeParam sum = a;
+    EXPECT_EQ(&(sum += b), &sum);
+    EXPECT_EQ(sum, Make<TypeParam>({9, 13, 17}));
+    EXPECT_EQ(&(sum -= a), &sum);
+    EXPECT_EQ(sum, b);
+}
+
+TYPED_TEST(TupleTest, IsMultipliedAndDividedByAScalar)
+{
+    Component<TypeParam> const three = 3;
+    TypeParam const a = Make<TypeParam>({6, 9, 12});
+    static_assert(std::is_same_v<decltype(a * three), TypeParam>&& noexcept(a * three)&& noexcept(a / three));
+    EXPECT_EQ(a * three, Make<TypeParam>({18, 27, 36}));
+    EXPECT_EQ(a / three, Make<TypeParam>({2, 3, 4}));
+    TypeParam product = a;
+    EXPECT_EQ(&(product *= three), &product);
+    EXPECT_EQ(product, Make<TypeParam>({18, 27, 36}));
+    EXPECT_EQ(&(product /= three), &product);
+    EXPECT_EQ(product, a);
+}
+
+TYPED_TEST(TupleTest, ReadsItsOperandsBeforeItChanges)
+{
+    TypeParam const a = Make<TypeParam>({2, 4, 6});
+    TypeParam value = a;
+    value /= value.x;
+    EXPECT_EQ(value, Make<TypeParam>({1, 2, 3}));
+    value = a;
+    value *= value.x;
+    EXPECT_EQ(value, Make<TypeParam>({4, 8, 12}));
+    value = a;
+    value += value;
+    EXPECT_EQ(value, Make<TypeParam>({4, 8, 12}));
+    value -= value;
+    EXPECT_EQ(value, TypeParam());
+}
+
+TYPED_TEST(FloatingTupleTest, IsDividedComponentByComponentWithoutAReciprocal)
+{
+    using T = Component<TypeParam>;
+    T const third = T{1} / T{3};
+    EXPECT_EQ(Memory(Make<TypeParam>({1, 5, 0}) / T{3}), Memory(Make<TypeParam>({third, T{5} / T{3}, 0})));
+    EXPECT_NE(T{5} / T{3}, T{5} * third); // else this test would tell nothing
+    T const infinity = std::numeric_limits<T>::infinity();
+    EXPECT_EQ(Make<TypeParam>({1, -1, 1}) / T{0}, Make<TypeParam>({infinity, -infinity, infinity}));
+}
+
+TYPED_TEST(FloatingTupleTest, ChangesTheSignOfZerosToo)
+{
+    using T = Component<TypeParam>;
+    EXPECT_EQ(Memory(-Make<TypeParam>({T(-0.0), 0, 2})), Memory(Make<TypeParam>({0, T(-0.0), -2})));
+}
+
+TEST(TupleArithmeticTest, OfIntegersIsThatOfTheLanguage)
+{
+    EXPECT_EQ(Tuple3i(7, -7, 8) / 2, Tuple3i(3, -3, 4)); // cut towards zero
+    EXPECT_EQ(Tuple2i(7, -7) / -2, Tuple2i(-3, 3));
+    EXPECT_EQ(-Tuple3i(1, -2, 0), Tuple3i(-1, 2, 0));
+    EXPECT_EQ(-Tuple2i(1, -2), Tuple2i(-1, 2));
+    EXPECT_EQ(Tuple3u(1, 0, 5) - Tuple3u(2, 1, 5), Tuple3u(4294967295, 4294967295, 0)); // modulo 2^32
+    EXPECT_EQ(Tuple2u(2147483648, 3) * 2, Tuple2u(0, 6));
+    EXPECT_EQ(Tuple2u(4294967295, 7) / 2, Tuple2u(2147483647, 3));
 }
 
 TYPED_TEST(TupleTest, SerialisesRawNativeBytes)

@@ -5,11 +5,19 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/detail/Components.h"
 #include "bv/maths/detail/Precision.h"
+
+/// Writes the components in order, x first, joined by ", ": the text that a fresh stream of default settings in the
+/// classic locale gives. The target's precision and flags do not apply to the numbers; its width and fill apply once,
+/// to the whole text.
+template <typename T>
+std::ostream& operator<<(std::ostream& stream, bv::maths::tTuple2<T> const& tuple);
 
 namespace bv::maths
 {
@@ -34,6 +42,7 @@ public:
     constexpr tTuple2(T xValue, T yValue) noexcept : x{xValue}, y{yValue} {}
     /// Reads x and y from two consecutive values; the pointer must not be null.
     explicit constexpr tTuple2(T const* components) noexcept : x{components[0]}, y{components[1]} {}
+    explicit tTuple2(std::nullptr_t) = delete; // nor is a single 0 a null pointer
     /// Converts from the other precision, component by component, rounding to nearest.
     template <OtherPrecision<T> U>
     explicit constexpr tTuple2(tTuple2<U> const& other) noexcept
@@ -66,7 +75,24 @@ public:
     /// @}
 
     /// @name Operators
+    /// Integers are computed as the language does it. The in-place forms return this tuple; their operands may be parts
+    /// of it and are read before it changes.
     /// @{
+    /// The opposite tuple, for signed types; a zero component of a floating-point type changes its sign, too.
+    [[nodiscard]] constexpr tTuple2 operator-() const noexcept requires(std::is_signed_v<T>) { return {-x, -y}; }
+    /// Sum, component by component.
+    [[nodiscard]] constexpr tTuple2 operator+(tTuple2 const& other) const noexcept;
+    /// Difference, component by component.
+    [[nodiscard]] constexpr tTuple2 operator-(tTuple2 const& other) const noexcept;
+    /// Product with a scalar.
+    [[nodiscard]] constexpr tTuple2 operator*(T scalar) const noexcept;
+    /// Quotient by a scalar: a division of each component, which integers cut towards zero. They must not be divided by
+    /// zero.
+    [[nodiscard]] constexpr tTuple2 operator/(T scalar) const noexcept;
+    constexpr tTuple2& operator+=(tTuple2 const& other) noexcept { return *this = *this + other; }
+    constexpr tTuple2& operator-=(tTuple2 const& other) noexcept { return *this = *this - other; }
+    constexpr tTuple2& operator*=(T scalar) noexcept { return *this = *this * scalar; }
+    constexpr tTuple2& operator/=(T scalar) noexcept { return *this = *this / scalar; }
     /// Equality component by component: tolerant (IsEqual()) for floating-point types, exact for integers.
     [[nodiscard]] constexpr bool operator==(tTuple2 const& other) const noexcept;
     /// @}
@@ -80,8 +106,37 @@ public:
     /// them.
     /// @return the stream, whose state is not looked at.
     std::istream& Deserialise(std::istream& stream);
+    /// The operator at global scope, for namespaces that see it by argument-dependent lookup alone.
+    [[gnu::always_inline]] friend std::ostream& operator<<(std::ostream& stream, tTuple2 const& tuple)
+    {
+        return ::operator<< <T>(stream, tuple);
+    }
     /// @}
 };
+
+template <typename T>
+constexpr tTuple2<T> tTuple2<T>::operator+(tTuple2 const& other) const noexcept
+{
+    return {x + other.x, y + other.y};
+}
+
+template <typename T>
+constexpr tTuple2<T> tTuple2<T>::operator-(tTuple2 const& other) const noexcept
+{
+    return {x - other.x, y - other.y};
+}
+
+template <typename T>
+constexpr tTuple2<T> tTuple2<T>::operator*(T scalar) const noexcept
+{
+    return {x * scalar, y * scalar};
+}
+
+template <typename T>
+constexpr tTuple2<T> tTuple2<T>::operator/(T scalar) const noexcept
+{
+    return {x / scalar, y / scalar};
+}
 
 template <typename T>
 constexpr bool tTuple2<T>::operator==(tTuple2 const& other) const noexcept
@@ -103,18 +158,7 @@ static_assert(offsetof(tTuple2<float>, y) == 1 * sizeof(float) && offsetof(tTupl
 
 } // namespace bv::maths
 
-/// Writes the components in order, x first, joined by ", ": the text that a fresh stream of default settings in the
-/// classic locale gives. The target's precision and flags do not apply to the numbers; its width and fill apply once,
-/// to the whole text.
-template <typename T>
-std::ostream& operator<<(std::ostream& stream, bv::maths::tTuple2<T> const& tuple);
-
 extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, bv::maths::tTuple2<int> const&);
 extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, bv::maths::tTuple2<unsigned int> const&);
 extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, bv::maths::tTuple2<float> const&);
 extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, bv::maths::tTuple2<double> const&);
-
-namespace bv::maths
-{
-using ::operator<<; // found by argument-dependent lookup, too
-}

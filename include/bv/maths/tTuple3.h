@@ -5,11 +5,19 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/detail/Components.h"
 #include "bv/maths/detail/Precision.h"
+
+/// Writes the components in order, x first, joined by ", ": the text that a fresh stream of default settings in the
+/// classic locale gives. The target's precision and flags do not apply to the numbers; its width and fill apply once,
+/// to the whole text.
+template <typename T>
+std::ostream& operator<<(std::ostream& stream, bv::maths::tTuple3<T> const& tuple);
 
 namespace bv::maths
 {
@@ -35,6 +43,7 @@ public:
     constexpr tTuple3(T xValue, T yValue, T zValue) noexcept : x{xValue}, y{yValue}, z{zValue} {}
     /// Reads x, y and z from three consecutive values; the pointer must not be null.
     explicit constexpr tTuple3(T const* components) noexcept : x{components[0]}, y{components[1]}, z{components[2]} {}
+    explicit tTuple3(std::nullptr_t) = delete; // nor is a single 0 a null pointer
     /// Converts from the other precision, component by component, rounding to nearest.
     template <OtherPrecision<T> U>
     explicit constexpr tTuple3(tTuple3<U> const& other) noexcept
@@ -67,7 +76,24 @@ public:
     /// @}
 
     /// @name Operators
+    /// Integers are computed as the language does it. The in-place forms return this tuple; their operands may be parts
+    /// of it and are read before it changes.
     /// @{
+    /// The opposite tuple, for signed types; a zero component of a floating-point type changes its sign, too.
+    [[nodiscard]] constexpr tTuple3 operator-() const noexcept requires(std::is_signed_v<T>) { return {-x, -y, -z}; }
+    /// Sum, component by component.
+    [[nodiscard]] constexpr tTuple3 operator+(tTuple3 const& other) const noexcept;
+    /// Difference, component by component.
+    [[nodiscard]] constexpr tTuple3 operator-(tTuple3 const& other) const noexcept;
+    /// Product with a scalar.
+    [[nodiscard]] constexpr tTuple3 operator*(T scalar) const noexcept;
+    /// Quotient by a scalar: a division of each component, which integers cut towards zero. They must not be divided by
+    /// zero.
+    [[nodiscard]] constexpr tTuple3 operator/(T scalar) const noexcept;
+    constexpr tTuple3& operator+=(tTuple3 const& other) noexcept { return *this = *this + other; }
+    constexpr tTuple3& operator-=(tTuple3 const& other) noexcept { return *this = *this - other; }
+    constexpr tTuple3& operator*=(T scalar) noexcept { return *this = *this * scalar; }
+    constexpr tTuple3& operator/=(T scalar) noexcept { return *this = *this / scalar; }
     /// Equality component by component: tolerant (IsEqual()) for floating-point types, exact for integers.
     [[nodiscard]] constexpr bool operator==(tTuple3 const& other) const noexcept;
     /// @}
@@ -81,8 +107,37 @@ public:
     /// them.
     /// @return the stream, whose state is not looked at.
     std::istream& Deserialise(std::istream& stream);
+    /// The operator at global scope, for namespaces that see it by argument-dependent lookup alone.
+    [[gnu::always_inline]] friend std::ostream& operator<<(std::ostream& stream, tTuple3 const& tuple)
+    {
+        return ::operator<< <T>(stream, tuple);
+    }
     /// @}
 };
+
+template <typename T>
+constexpr tTuple3<T> tTuple3<T>::operator+(tTuple3 const& other) const noexcept
+{
+    return {x + other.x, y + other.y, z + other.z};
+}
+
+template <typename T>
+constexpr tTuple3<T> tTuple3<T>::operator-(tTuple3 const& other) const noexcept
+{
+    return {x - other.x, y - other.y, z - other.z};
+}
+
+template <typename T>
+constexpr tTuple3<T> tTuple3<T>::operator*(T scalar) const noexcept
+{
+    return {x * scalar, y * scalar, z * scalar};
+}
+
+template <typename T>
+constexpr tTuple3<T> tTuple3<T>::operator/(T scalar) const noexcept
+{
+    return {x / scalar, y / scalar, z / scalar};
+}
 
 template <typename T>
 constexpr bool tTuple3<T>::operator==(tTuple3 const& other) const noexcept
@@ -106,18 +161,7 @@ static_assert(offsetof(tTuple3<float>, z) == 2 * sizeof(float) && offsetof(tTupl
 
 } // namespace bv::maths
 
-/// Writes the components in order, x first, joined by ", ": the text that a fresh stream of default settings in the
-/// classic locale gives. The target's precision and flags do not apply to the numbers; its width and fill apply once,
-/// to the whole text.
-template <typename T>
-std::ostream& operator<<(std::ostream& stream, bv::maths::tTuple3<T> const& tuple);
-
 extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, bv::maths::tTuple3<int> const&);
 extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, bv::maths::tTuple3<unsigned int> const&);
 extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, bv::maths::tTuple3<float> const&);
 extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, bv::maths::tTuple3<double> const&);
-
-namespace bv::maths
-{
-using ::operator<<; // found by argument-dependent lookup, too
-}

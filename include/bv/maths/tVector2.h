@@ -38,6 +38,7 @@ public:
     constexpr tVector2(T xValue, T yValue) noexcept : x{xValue}, y{yValue} {}
     /// Reads x and y from two consecutive values; the pointer must not be null.
     explicit constexpr tVector2(T const* components) noexcept : x{components[0]}, y{components[1]} {}
+    explicit tVector2(std::nullptr_t) = delete; // nor is a single 0 a null pointer
     /// Converts from the other precision, component by component, rounding to nearest.
     template <OtherPrecision<T> U>
     explicit constexpr tVector2(tVector2<U> const& other) noexcept

@@ -41,6 +41,7 @@ public:
     constexpr tVector3(T xValue, T yValue, T zValue) noexcept : x{xValue}, y{yValue}, z{zValue} {}
     /// Reads x, y and z from three consecutive values; the pointer must not be null.
     explicit constexpr tVector3(T const* components) noexcept : x{components[0]}, y{components[1]}, z{components[2]} {}
+    explicit tVector3(std::nullptr_t) = delete; // nor is a single 0 a null pointer
     /// Converts from the other precision, component by component, rounding to nearest.
     template <OtherPrecision<T> U>
     explicit constexpr tVector3(tVector3<U> const& other) noexcept

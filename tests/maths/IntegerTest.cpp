@@ -120,6 +120,33 @@ TEST(IntSqrtTest, IsRightAtEverySquareAndNextToIt)
     }
 }
 
+/// Whether the root is right at a square and at both ends of the values beside it.
+constexpr bool IsRightAround(std::uint32_t root)
+{
+    std::uint32_t const square = root * root;
+    return IntSqrt(square - 1) == root - 1 && IntSqrt(square) == root && IntSqrt(square + 2 * root) == root;
+}
+
+/// The same for roots of every size.
+constexpr bool IsRightAroundManySquares()
+{
+    for (std::uint32_t bit = 1; bit <= 0x8000; bit *= 2) // 1, 2, 4, ... and 1, 3, 7, ...
+        if (!IsRightAround(bit) || !IsRightAround(2 * bit - 1))
+            return false;
+    for (std::uint32_t root = 1; root <= 65535; root += 337)
+        if (!IsRightAround(root))
+            return false;
+    return IntSqrt(0) == 0 && IntSqrt(0xFFFFFFFF) == 65535 && IntSqrt(0x80000000) == 46340;
+}
+
+// The compiler computes the root by another method than the processor.
+static_assert(IsRightAroundManySquares());
+
+TEST(IntSqrtTest, IsTheSameWhileCompilingAndWhileRunning)
+{
+    EXPECT_TRUE(IsRightAroundManySquares());
+}
+
 TEST(IntSqrtTest, IsTheLargestRootWhoseSquareIsNotGreater)
 {
     ForManyValues(

@@ -186,6 +186,22 @@ TEST(LocalAxesTest, OfANormalWithNanFollowTheComparisons)
     ExpectNan(AxesOf({1, 2, QUIET_NAN}).first);
 }
 
+TEST(LocalAxesTest, OfANormalWithNanInAnyPlaceAreNan)
+{
+    // The component that is dropped is never the one that is NaN: no comparison finds it to be the smallest.
+    constexpr float VALUES[] = {QUIET_NAN, 0.0F, 1.0F, -2.0F, 3.0F, -INF};
+    for (float const x : VALUES)
+        for (float const y : VALUES)
+            for (float const z : VALUES)
+            {
+                if (!std::isnan(x) && !std::isnan(y) && !std::isnan(z))
+                    continue;
+                SCOPED_TRACE(testing::Message() << x << ", " << y << ", " << z);
+                ExpectNan(AxesOf({x, y, z}).first);
+                ExpectNan(AxesOf({x, y, z}).second);
+            }
+}
+
 TEST(LocalAxesTest, OfAnInfiniteNormalAreNanWhereInfinityIsRead)
 {
     // x is dropped: (0, -inf, 0) times 1 / inf.

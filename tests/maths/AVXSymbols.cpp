@@ -1,16 +1,210 @@
-// Every operation of the packets and of matrices in code that is compiled for AVX, and nothing else: avx_symbols.py
-// looks at what this file defines.
+// Every operation of the library in code that is compiled for AVX, and nothing else: avx_symbols.py looks at what this
+// file defines.
 
-#include "bv/maths/simd/AVXRay.h"
-#include "bv/maths/simd/SSERay.h"
-#include "bv/maths/tMatrix4.h"
+#include <cstddef>
+#include <istream>
+#include <ostream>
+#include <span>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "BvBaseUtils.h"
 
 namespace symbols
 {
 
+using namespace bv;
+using namespace bv::maths;
+
+struct Streams
+{
+    std::istream& in;
+    std::ostream& out;
+};
+
+template <typename Tuple, typename T>
+bool UseTuple(Streams const& streams, Tuple const& a, Tuple& b, T const* values, std::size_t index)
+{
+    Tuple const read(values);
+    b[index] = read[index] + a[index];
+    b += (a + read) * values[0] - a / values[1];
+    b -= a;
+    b *= values[0];
+    b /= values[1];
+    if constexpr (std::is_signed_v<T>)
+        b = -b;
+    b.Deserialise(streams.in).get();
+    a.Serialise(streams.out) << b;
+    return a == b && a.GetHash32() == b.GetHash32() && a.GetHash8() == Tuple().GetHash8();
+}
+
+template <typename Vector, typename T>
+bool UseVector(Streams const& streams, Vector const& a, Vector& b, T const* values, std::size_t index)
+{
+    Vector const read(values);
+    b[index] = read[index] + a[index];
+    b += -a + b - (T{2} * a) * b / T{3} / read;
+    b -= a;
+    b *= values[0];
+    b *= a;
+    b /= values[1];
+    b /= a.Normalised() * values[2];
+    b.Normalise();
+    b.Deserialise(streams.in).get();
+    a.Serialise(streams.out) << b;
+    return a == b && a.Dot(b) + a.LengthSquared() > b.Length() && b.IsInfinite();
+}
+
+template <typename T>
+void UseIntegerVectors(Streams const& streams, tVector2<T>& two, tVector3<T>& three)
+{
+    two.Serialise(streams.out) << two;
+    three.Serialise(streams.out) << three;
+    two.Deserialise(streams.in);
+    three.Deserialise(streams.in);
+}
+
+unsigned int UseIntegers(unsigned int value)
+{
+    return IntLog2(value) + IntSqrt(value) + RoundUpToPO2(value) + RoundToNearestPO2(value);
+}
+
+__m128 UseReciprocals(__m128 const& value)
+{
+    return _mm_rsqrt_nr(_mm_rcp_nr(value));
+}
+
+void UseLocalAxes(tVector3<float> const& normal, tVector3<float>& first, tVector3<float>& second)
+{
+    EvaluateLocalAxes(normal, first, second);
+}
+
+float UseProcedural(RNGenerator& generator, tVector2<float> const& two, tVector3<float> const& three)
+{
+    RNGenerator other(generator.GetInteger());
+    other = RNGenerator();
+    other.SetSeed(1).GetFloat();
+    std::pair<float, unsigned int> const pair = other.GetFloatAndInteger();
+    return generator.GetVector2D().x + generator.GetVector3D().y + pair.first + Log2(two.x, three.x) + Noise1(two.x) +
+           Noise2(two) + Noise3(three) + Turbulence1(two.x, pair.second) + Turbulence2(two, pair.second) +
+           Turbulence3(three, pair.second);
+}
+
+float UsePercentage(Percentage& a, Percentage const& b, unsigned int n)
+{
+    a = Percentage() + Percentage(n) * Percentage(n, 3);
+    a += a + b + b;
+    a *= a * b * b;
+    a /= a / b / b;
+    a /= a / n;
+    a = a * n + n;
+    a = b * n + (b + n) / n;
+    a = b * b + (b + b) / (b / b) + b / n;
+    a = b / 2 + b * static_cast<unsigned char>(n);
+    return a * 2.0F + b + 1.0F + b / 3.0F + static_cast<float>(a * 2.0 + 1.0) +
+           static_cast<float>(a.GetNumerator() + b.GetDenominator());
+}
+
+unsigned int UseServices(void const* data, std::size_t length, String& a, String const& b)
+{
+    Assert();
+    a = BvGetEnv("HOME") + b + String(a);
+    a += String("text") + String(L"text") + String();
+    a = "text";
+    a = L"text";
+    a.Clear();
+    bool const ordered = a == b || a != b || a < b || a > b || a.Contains(b) || a.IsEmpty();
+    return FNVHash32(a) + GetLagaeHash(ordered ? 1 : 2, 3) + GetJenkinsHash(data, length, 1) +
+           GetPearsonHash(data, length, 2) + static_cast<unsigned int>(*a.ToCharArray()) +
+           static_cast<unsigned int>(*a.ToWCharArray());
+}
+
+template <typename Error>
+void UseError(Error const& error)
+{
+    Error copy(error);
+    copy = error;
+    copy.Swap(copy);
+    if (copy.LineNumber() == 0)
+        Error::Throw(error);
+    throw copy;
+}
+
+void UseErrors(Streams const& streams, Exception const& error)
+{
+    streams.out << error;
+    UseError(error);
+    UseError(FileIOException(error));
+    UseError(InvalidArgumentException(error));
+    UseError(InvalidObjectException(error));
+    UseError(NotImplementedException(error));
+    UseError(ObjectCreationException(error));
+    UseError(ObjectDeletionException(error));
+    UseError(OutOfMemoryException(error));
+    UseError(ThreadExitException(error));
+    UseError(MathsException(error));
+    UseError(ArithmeticException(error));
+    UseError(DivideByZeroException(error));
+    UseError(MatrixException(error));
+}
+
+/// What boxes of both kinds have.
+template <typename Box, typename Point, typename Round, typename T>
+bool UseBox(Streams const& streams, Box& a, Box const& b, Point const& p, Round const& round, T x, unsigned char axis)
+{
+    a = Box(p, p);
+    a.Expand(b);
+    a.Expand(p);
+    a.Expand(x);
+    a.Offset(x);
+    a.SetMin(b.GetMin());
+    a.SetMax(b.GetMax());
+    a.GetMin() += a.GetMax();
+    Box half(p);
+    b.Split(axis, a, half);
+    half.Reset();
+    a.Deserialise(streams.in).get();
+    b.Serialise(streams.out).flush();
+    return a.ExpandAndSignal(b) && a.ExpandAndSignal(p) && a == b && a != Box() && a.IsValid() && a.Contains(p, true) &&
+           a.Overlaps(round) && a.GetLength(axis) > x && a.GetCentre() == a.GetDiagonal() &&
+           a.Distance(p) < a.DistanceSquared(p);
+}
+
+/// What discs and spheres have.
+template <typename Round, typename Box, typename Point, typename T>
+bool UseRound(Streams const& streams, Round& a, Round const& b, Box const& box, Point const& p, T x)
+{
+    Round copy(b);
+    Round moved(std::move(copy));
+    copy = moved;
+    a = std::move(copy);
+    a = Round(p);
+    a = Round(p, x);
+    moved = Round(p, p);
+    a.SetCentre(b.GetCentre());
+    a.SetRadius(b.GetRadius());
+    a.Deserialise(streams.in).get();
+    b.Serialise(streams.out).flush();
+    return a == b && a != moved && a.GetRadiusSquared() > x && a.Contains(p) && a.Overlaps(b) && a.Overlaps(box);
+}
+
+template <typename T>
+struct DerivedSphere : tVolumeSphere<T>
+{
+    using tVolumeSphere<T>::tVolumeSphere;
+};
+
+template <typename To, typename From>
+void Convert(To& to, From const& from)
+{
+    to = from;
+    to = To(from);
+}
+
 template <typename Packet>
-typename Packet::Vector UseEverything(bv::maths::DepthRayf const* rays, bv::maths::Matrix4f const& matrix,
-                                      bv::maths::VolumeAABBf const& box, typename Packet::Vector (&t)[2])
+typename Packet::Vector UsePacket(DepthRayf const* rays, Matrix4f const& matrix, VolumeAABBf const& box,
+                                  typename Packet::Vector (&t)[2])
 {
     Packet packet;
     packet.Initialise(rays);
@@ -20,31 +214,228 @@ typename Packet::Vector UseEverything(bv::maths::DepthRayf const* rays, bv::math
            packet.GetInvDirection()[2];
 }
 
-void UseBoth(bv::maths::DepthRayf const* rays, bv::maths::Matrix4f const& matrix, bv::maths::VolumeAABBf const& box,
-             __m256 (&eight)[2], __m128 (&four)[2])
+void UsePackets(DepthRayf const* rays, Matrix4f const& matrix, VolumeAABBf const& box, __m256 (&eight)[2],
+                __m128 (&four)[2])
 {
-    eight[0] = UseEverything<bv::maths::simd::AVXRay>(rays, matrix, box, eight);
-    four[0] = UseEverything<bv::maths::simd::SSERay>(rays, matrix, box, four);
+    eight[0] = UsePacket<simd::AVXRay>(rays, matrix, box, eight);
+    four[0] = UsePacket<simd::SSERay>(rays, matrix, box, four);
 }
 
+/// What differentials of both kinds have.
+template <typename Differential, typename Vector, typename T>
+bool UseDifferential(Differential& a, Differential const& b, Vector const& v, T x)
+{
+    a = *new Differential;
+    a = Differential(v, v);
+    a.Set(v, v);
+    a.Set(v);
+    a = +a + -b - b * x * v;
+    a += b;
+    a -= b;
+    a *= x;
+    a *= v;
+    a /= x;
+    a /= v;
+    a(0) = b[1];
+    return a.GetRadius() > x && a.IsNull() && a.IsInfinite();
+}
+
+void UseNoiseBatch(std::span<float> values, std::span<tVector2<float> const> two,
+                   std::span<tVector3<float> const> three, RNGenerator& generator)
+{
+    Noise1(values, values);
+    Noise2(two, values);
+    Noise3(three, values);
+    Turbulence1(values, 2, values);
+    Turbulence2(two, 2, values);
+    Turbulence3(three, 2, values);
+    GetFloats(generator, values);
+}
+
+/// What tuples have in all four instances.
 template <typename T>
-bool UseMatrix(bv::maths::tMatrix4<T>& a, bv::maths::tMatrix4<T> const& b, bv::maths::tVector3<T>& v)
+struct OfTuples
 {
-    using Matrix = bv::maths::tMatrix4<T>;
-    Matrix const sum = a * b + b.Inverted() - b.Transposed();
-    a *= sum;
-    a += Matrix::PerspectiveProjection(v.x, v.y, v.z, v.x, v.y, v.z);
-    a -= Matrix();
-    a.Invert().Transpose();
-    v.Transform(a);
-    v.TransformAsVector(b);
-    return a == Matrix(b) && a.Determinant() > v.x;
-}
+    static bool Tuples(Streams const& streams, T const* values, std::size_t index)
+    {
+        tTuple2<T> two(values[0], values[1]);
+        tTuple3<T> three(values[0], values[1], values[2]);
+        return UseTuple(streams, tTuple2<T>(values), two, values, index) &&
+               UseTuple(streams, tTuple3<T>(values), three, values, index);
+    }
+};
+template struct OfTuples<int>;
+template struct OfTuples<unsigned int>;
+template struct OfTuples<float>;
+template struct OfTuples<double>;
 
-bool UseMatrices(bv::maths::Matrix4f& a, bv::maths::Matrix4f const& b, bv::maths::tVector3<float>& v,
-                 bv::maths::tMatrix4<double>& c, bv::maths::tMatrix4<double> const& d, bv::maths::tVector3<double>& w)
+template void UseIntegerVectors(Streams const&, tVector2<int>&, tVector3<int>&);
+template void UseIntegerVectors(Streams const&, tVector2<unsigned int>&, tVector3<unsigned int>&);
+
+/// What has an instance for each precision.
+template <typename T>
+struct OfPrecisions
 {
-    return UseMatrix(a, b, v) && UseMatrix(c, d, w);
-}
+    using Other = std::conditional_t<std::is_same_v<T, float>, double, float>;
+
+    static T ConvertedTuples(tTuple2<Other> const& two, tTuple3<Other> const& three)
+    {
+        return tTuple2<T>(two).x + tTuple3<T>(three).x;
+    }
+
+    static bool Vectors(Streams const& streams, T const* values, std::size_t index, tMatrix4<T> const& matrix)
+    {
+        tVector2<T> two(values[0], values[1]);
+        tVector3<T> three(values[0], values[1], values[2]);
+        three.Transform(matrix);
+        three.TransformAsVector(matrix);
+        three = three.Cross(three.Transformed(matrix)).Cross(three.TransformedAsVector(matrix)) + tVector3<T>();
+        return UseVector(streams, tVector2<T>(values), two, values, index) &&
+               UseVector(streams, tVector3<T>(values), three, values, index) && two == tVector2<T>();
+    }
+
+    static T ConvertedVectors(tVector2<Other> const& two, tVector3<Other> const& three)
+    {
+        return tVector2<T>(two).x + tVector3<T>(three).x;
+    }
+
+    static T Scalars(T a, T b, T c)
+    {
+        tVector3<T> const offset = GetPositionOffset(tVector3<T>(a, b, c), tVector3<T>(c, b, a));
+        return (IsEqual(a, b) ? TOLERANCE<T> : CubicSmoothStep(a, b, c)) + QuinticSmoothStep(a, b, c) +
+               SmoothStep(a, b, c) + SawTooth(a, b) + offset.x;
+    }
+
+    static bool Matrix(Streams const& streams, tMatrix4<T>& a, tMatrix4<T> const& b, tVector3<T> const& v,
+                       T const* values, std::size_t index)
+    {
+        using Matrix = tMatrix4<T>;
+        tTuple2<unsigned int> const position(1, 2);
+        T const x = values[0];
+        Matrix const sum = a * b + b.Inverted() - b.Transposed() + Matrix(values) + Matrix(v, v, v) +
+                           Matrix(x, x, x, x, x, x, x, x, x, x, x, x, x, x, x, x);
+        a = values;
+        a *= sum;
+        a += Matrix::PerspectiveProjection(x, x, v.x, v.y, v.z, v.x);
+        a += Matrix::OrthogonalProjection(x, x, v.x, v.y, v.z, v.x);
+        a -= Matrix::RotateX(x) * Matrix::RotateY(x) * Matrix::RotateZ(x) * Matrix::RotateAxis(v, v, x) *
+             Matrix::Scale(x) * Matrix::Scale(v) * Matrix::Translate(v) * Matrix::Translate(x, x, x);
+        a.Invert().Transpose();
+        a(index) = b[index] + b[position] + b.GetElement(index) + b.GetElement(position);
+        a(position) = b.Get()[0];
+        a.GetElement(index) = a.GetElement(position);
+        a.Deserialise(streams.in).get();
+        a.Serialise(streams.out) << b << std::string(a);
+        a = b;
+        return a == Matrix(b) && a != Matrix() && a.Determinant() > x && a.IsIdentity() && a.IsDiagonal() &&
+               a.IsOrthonormal();
+    }
+
+    static void ConvertedMatrix(tMatrix4<T>& a, tMatrix4<Other> const& b, Other const* values)
+    {
+        a = b;
+        a *= tMatrix4<T>(b) * tMatrix4<T>(values);
+        a = values;
+    }
+
+    static bool Shapes(Streams const& streams, tAreaAABB<T> (&areas)[2], tVolumeAABB<T> (&volumes)[2],
+                       tAreaDisc<T> (&discs)[2], tVolumeSphere<T> (&spheres)[2], tMatrix4<T> const& matrix,
+                       tVector2<T> const& p, tVector3<T> const& q, unsigned char axis)
+    {
+        volumes[0] *= matrix;
+        spheres[0] *= matrix;
+        tVolumeSphere<T>* const derived = new DerivedSphere<T>(q, p.x);
+        *derived = spheres[0] * matrix;
+        delete derived;
+        delete new tAreaDisc<T>(discs[0]);
+        return UseBox(streams, areas[0], areas[1], p, discs[0], p.x, axis) &&
+               UseBox(streams, volumes[0], volumes[1], q, spheres[0], p.x, axis) &&
+               UseRound(streams, discs[0], discs[1], areas[0], p, p.x) &&
+               UseRound(streams, spheres[0], spheres[1], volumes[0], q, p.x) && discs[0].GetArea() > p.x &&
+               areas[0].GetArea() > spheres[0].GetVolume() && volumes[0].GetArea(axis) > volumes[0].GetVolume() &&
+               volumes[0] == volumes[1] * matrix;
+    }
+
+    static bool Plane(Streams const& streams, tPlane<T>& a, tPlane<T> const& b, tVector3<T> const& p, T const* values)
+    {
+        a = tPlane<T>(p, values[0]);
+        a = tPlane<T>(values);
+        a = values;
+        a.Set(p, values[1]).SetNormal(p);
+        a.SetOffset(values[2]);
+        a.Deserialise(streams.in).get();
+        b.Serialise(streams.out) << b << std::string(a);
+        return a == b && a != tPlane<T>() && a.GetDistance(p) > a.GetAbsoluteDistance(p) && a.GetNormal() == p &&
+               a.GetIntersection(p, p) == b.GetIntersection(p, p) && a.GetOffset() > values[3];
+    }
+
+    static bool Frustum(tFrustum<T>& view, tMatrix4<T> const& matrix, tVolumeAABB<T> const& box, tRay<T> const& ray)
+    {
+        tFrustum<T> const* const empty = new tFrustum<T>;
+        view = *empty;
+        view = tFrustum<T>(matrix);
+        return view.ContainsAABB(box) == tFrustum<T>::INSIDE && view.IntersectNear(ray) == ray.IntersectScreen(view) &&
+               view.GetEdgeVector(tFrustum<T>::EDGE_TOP_LEFT) == view.GetLeftPlane().GetNormal() &&
+               view.GetRightPlane() == view.GetBottomPlane() && view.GetTopPlane() == view.GetNearPlane() &&
+               view.GetFarPlane() == view.GetLeftPlane();
+    }
+
+    static bool Rays(tVolumeAABB<T> const& box, tVolumeSphere<T> const& sphere, tVector3<T> const& p, T (&t)[2],
+                     tVector2<T> (&d)[2])
+    {
+        tRay<T>& ray = *new tRay<T>; // no constant
+        ray = tRay<T>(p, p);
+        tDepthRay<T, IRayPayloadInternal>& depthRay = *new tDepthRay<T, IRayPayloadInternal>;
+        depthRay = tDepthRay<T, IRayPayloadInternal>(p, p);
+        return ray.Clip(box, t[0], t[1]) && ray.Clip(sphere, t[0], t[1]) && depthRay.Clip(box, t[0], t[1]) &&
+               depthRay.ClipDiff(sphere, t[0], t[1], d[0], d[1]);
+    }
+
+    static bool Differentials(tDifferential2<T> (&two)[2], tDifferential3<T> (&three)[2], tMatrix4<T> const& matrix,
+                              tVector2<T> const& v, tVector3<T> const& w)
+    {
+        three[0].Transform(matrix, w, v.x).TransformAsVector(matrix);
+        three[0] += three[1].TransformedAsVector(matrix) + three[1].Transformed(matrix, w, v.x);
+        return UseDifferential(two[0], two[1], v, v.x) && UseDifferential(three[0], three[1], w, v.x);
+    }
+
+    static bool Frame(Streams const& streams, tCoordinateFrame<T>& a, unsigned char x, unsigned char* faces)
+    {
+        tCoordinateFrame<T> const b(x, x, x);
+        a = tCoordinateFrame<T>();
+        a.Set(x, x, x);
+        a.Deserialise(streams.in).get();
+        b.Serialise(streams.out).flush();
+        a.MapCubeMap(x, x, x, faces);
+        a.MapCubeMap(b, faces);
+        return a.GetX() + a.GetY() == a.GetZ() && a.GetVector(x) == b.GetVector(x) &&
+               a.CreateRotationMatrix(x, x, x).IsIdentity() && a.GetHandedness() == b.GetHandedness() &&
+               a.CreateRotationMatrix(b).IsIdentity();
+    }
+
+    static void Batch(tMatrix4<T> const& matrix, std::span<tVector3<T>> points, tVolumeAABB<T>& box,
+                      tFrustum<T> const& frustum, std::span<tVolumeAABB<T> const> boxes,
+                      std::span<typename tFrustum<T>::IntersectionResult> results)
+    {
+        TransformPoints(matrix, points, points);
+        TransformDirections(matrix, points, points);
+        Expand(box, points);
+        ClassifyAABBs(frustum, boxes, results);
+    }
+
+    static void Conversions(tAreaAABB<T>& area, tAreaAABB<Other> const& otherArea, tVolumeAABB<T>& volume,
+                            tVolumeAABB<Other> const& otherVolume, tAreaDisc<T>& disc,
+                            tAreaDisc<Other> const& otherDisc, tVolumeSphere<T>& sphere,
+                            tVolumeSphere<Other> const& otherSphere, tPlane<T>& plane, tPlane<Other> const& otherPlane)
+    {
+        Convert(area, otherArea);
+        Convert(volume, otherVolume);
+        Convert(disc, otherDisc);
+        Convert(sphere, otherSphere);
+        Convert(plane, otherPlane);
+    }
+};
+template struct OfPrecisions<float>;
+template struct OfPrecisions<double>;
 
 } // namespace symbols

@@ -27,8 +27,9 @@ namespace detail
 #if defined __LZCNT__
     return static_cast<unsigned int>(std::bit_width(value)); // where the processor counts the zeros of 0, too
 #else
-    // 63 minus the zeros, written so that a processor that counts from the other end counts once
-    return 63U ^ static_cast<unsigned int>(std::countl_zero(std::uint64_t{value} << 1 | 1));
+    // 63 minus the zeros, written so that a processor that counts from the other end counts once. The function of the
+    // standard library would leave a copy of itself in unoptimised code.
+    return 63U ^ static_cast<unsigned int>(__builtin_clzll(std::uint64_t{value} << 1 | 1));
 #endif
 }
 

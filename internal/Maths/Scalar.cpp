@@ -1,4 +1,6 @@
+#define BV_INSTANCES // of the inline functions: see bv/Export.h
 #include "bv/maths/Scalar.h"
+#include "bv/maths/IsEqual.h"
 
 namespace bv::maths
 {

@@ -8,6 +8,8 @@
 #include <limits>
 #include <type_traits>
 
+#include "bv/Export.h"
+
 namespace bv::maths
 {
 
@@ -69,13 +71,13 @@ template <typename Bits, typename T>
 /// the 50 largest finite values of its sign and, on its other side, the 50 nearest NaN patterns. The relation is
 /// symmetric but not transitive. Opposite values exactly half the range of bit patterns apart, such as 2 and -2, are
 /// far apart like any others.
-[[nodiscard, gnu::always_inline]] constexpr bool IsEqual(float const& a, float const& b) noexcept
+[[nodiscard, gnu::always_inline]] BV_INLINE constexpr bool IsEqual(float const& a, float const& b) noexcept
 {
     return detail::IsWithinEither<std::uint32_t>(a, b);
 }
 
 /// @copydoc IsEqual(float const&, float const&)
-[[nodiscard, gnu::always_inline]] constexpr bool IsEqual(double const& a, double const& b) noexcept
+[[nodiscard, gnu::always_inline]] BV_INLINE constexpr bool IsEqual(double const& a, double const& b) noexcept
 {
     return detail::IsWithinEither<std::uint64_t>(a, b);
 }

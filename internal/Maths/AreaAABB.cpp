@@ -10,10 +10,11 @@ namespace bv::maths
 {
 
 template <typename T>
-void tAreaAABB<T>::ThrowWrongAxis(char const* member, unsigned int line)
+void tAreaAABB<T>::ThrowWrongAxis(detail::Place const& place)
 {
-    throw InvalidArgumentException((std::string("Wrong axis argument to tAreaAABB<T>::") + member).c_str(),
-                                   "internal\\Maths\\AreaAABB", line, FunctionName<T>("tAreaAABB", member).c_str());
+    throw InvalidArgumentException((std::string("Wrong axis argument to tAreaAABB<T>::") + place.member).c_str(),
+                                   "internal\\Maths\\AreaAABB", place.line,
+                                   FunctionName<T>("tAreaAABB", place.member).c_str());
 }
 
 template <typename T>

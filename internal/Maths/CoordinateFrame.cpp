@@ -75,10 +75,10 @@ void tCoordinateFrame<T>::CubeMapIndex(unsigned char direction, unsigned char& f
 }
 
 template <typename T>
-[[gnu::cold]] void tCoordinateFrame<T>::ThrowIncorrectFrame(char const* member, unsigned int line)
+[[gnu::cold]] void tCoordinateFrame<T>::ThrowIncorrectFrame(detail::Place const& place)
 {
-    throw InvalidArgumentException(L"Incorrectly defined coordinate frame", "internal\\Maths\\CoordinateFrame", line,
-                                   FunctionName<T>("tCoordinateFrame", member).c_str());
+    throw InvalidArgumentException(L"Incorrectly defined coordinate frame", "internal\\Maths\\CoordinateFrame",
+                                   place.line, FunctionName<T>("tCoordinateFrame", place.member).c_str());
 }
 
 template class BV_TEMPLATE_INSTANCE tCoordinateFrame<float>;

@@ -6,15 +6,19 @@
 #include "Maths/Text.h"
 #include "bv/InvalidArgumentException.h"
 #include "bv/maths/DivideByZeroException.h"
+#include "bv/maths/detail/Place.h"
 
 namespace bv::maths
 {
+
+// Where the failure says that it was raised; see Place.
+inline constexpr detail::Place SET_PLANES{"tFrustum", 112};
 
 template <typename T>
 [[noreturn, gnu::cold]] void RaiseInvalidViewMatrix()
 {
     throw InvalidArgumentException(L"Attempt to setup viewing frustum from invalid matrix", "internal\\Maths\\Frustum",
-                                   112, FunctionName<T>("tFrustum", "tFrustum").c_str());
+                                   SET_PLANES.line, FunctionName<T>("tFrustum", SET_PLANES.member).c_str());
 }
 
 /// Sets the planes of a frustum. A division by zero while doing so means that the matrix they come from is invalid, and

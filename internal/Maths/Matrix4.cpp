@@ -346,6 +346,14 @@ std::ostream& operator<<(std::ostream& stream, tMatrix4<T> const& matrix)
 
 template class BV_TEMPLATE_INSTANCE tMatrix4<float>;
 template class BV_TEMPLATE_INSTANCE tMatrix4<double>;
+template BV_TEMPLATE_INSTANCE tMatrix4<float>::tMatrix4(tMatrix4<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tMatrix4<float>::tMatrix4(double const*) noexcept;
+template BV_TEMPLATE_INSTANCE tMatrix4<float>& tMatrix4<float>::operator=(tMatrix4<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tMatrix4<float>& tMatrix4<float>::operator=(double const*) noexcept;
+template BV_TEMPLATE_INSTANCE tMatrix4<double>::tMatrix4(tMatrix4<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tMatrix4<double>::tMatrix4(float const*) noexcept;
+template BV_TEMPLATE_INSTANCE tMatrix4<double>& tMatrix4<double>::operator=(tMatrix4<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tMatrix4<double>& tMatrix4<double>::operator=(float const*) noexcept;
 template BV_TEMPLATE_INSTANCE std::ostream& operator<<(std::ostream&, tMatrix4<float> const&);
 template BV_TEMPLATE_INSTANCE std::ostream& operator<<(std::ostream&, tMatrix4<double> const&);
 

@@ -6,9 +6,9 @@
 namespace bv::maths
 {
 
-[[gnu::cold]] void Percentage::ThrowDivisionByZero(char const* function, unsigned int line)
+[[gnu::cold]] void Percentage::ThrowDivisionByZero(detail::Place const& place)
 {
-    throw DivideByZeroException(L"Integer division by zero", "internal\\Maths\\Percentage", line, function);
+    throw DivideByZeroException(L"Integer division by zero", "internal\\Maths\\Percentage", place.line, place.member);
 }
 
 } // namespace bv::maths

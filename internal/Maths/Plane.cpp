@@ -4,6 +4,7 @@
 #include "Maths/Text.h"
 #include "bv/InvalidArgumentException.h"
 #include "bv/maths/DivideByZeroException.h"
+#include "bv/maths/detail/Place.h"
 
 namespace bv::maths
 {
@@ -11,10 +12,14 @@ namespace bv::maths
 namespace
 {
 
+// Where failures say that they were raised; see Place.
+constexpr detail::Place SET_NORMAL{"SetNormal", 137};
+constexpr detail::Place GET_INTERSECTION{"GetIntersection", 157};
+
 template <typename Error, typename T>
-[[noreturn, gnu::cold]] void Raise(wchar_t const* message, char const* member, unsigned int line)
+[[noreturn, gnu::cold]] void Raise(wchar_t const* message, detail::Place const& place)
 {
-    throw Error(message, "internal\\Maths\\Plane", line, FunctionName<T>("tPlane", member).c_str());
+    throw Error(message, "internal\\Maths\\Plane", place.line, FunctionName<T>("tPlane", place.member).c_str());
 }
 
 } // namespace
@@ -29,7 +34,7 @@ template <typename T>
 void tPlane<T>::SetNormal(tVector3<T> const& newNormal)
 {
     if (!IsEqual(newNormal.LengthSquared(), UNIT))
-        Raise<InvalidArgumentException, T>(L"Normal vector must be normalised", "SetNormal", 137);
+        Raise<InvalidArgumentException, T>(L"Normal vector must be normalised", SET_NORMAL);
     normal = newNormal;
 }
 
@@ -48,7 +53,7 @@ std::istream& tPlane<T>::Deserialise(std::istream& stream)
 template <typename T>
 void tPlane<T>::ThrowParallel()
 {
-    Raise<DivideByZeroException, T>(L"Direction is parallel to the plane", "GetIntersection", 157);
+    Raise<DivideByZeroException, T>(L"Direction is parallel to the plane", GET_INTERSECTION);
 }
 
 template <typename T>

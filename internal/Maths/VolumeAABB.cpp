@@ -34,5 +34,9 @@ std::istream& tVolumeAABB<T>::Deserialise(std::istream& stream)
 
 template class BV_TEMPLATE_INSTANCE tVolumeAABB<float>;
 template class BV_TEMPLATE_INSTANCE tVolumeAABB<double>;
+template BV_TEMPLATE_INSTANCE tVolumeAABB<float>::tVolumeAABB(tVolumeAABB<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tVolumeAABB<float>& tVolumeAABB<float>::operator=(tVolumeAABB<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tVolumeAABB<double>::tVolumeAABB(tVolumeAABB<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tVolumeAABB<double>& tVolumeAABB<double>::operator=(tVolumeAABB<float> const&) noexcept;
 
 } // namespace bv::maths

@@ -3,9 +3,8 @@
 /// @file
 /// A pair of tangents for a surface normal.
 
-#include <cmath>
-
 #include "bv/Export.h"
+#include "bv/maths/detail/Lanes.h"
 #include "bv/maths/tVector3.h"
 
 namespace bv::maths
@@ -28,9 +27,9 @@ BV_INLINE void EvaluateLocalAxes(tVector3<float> const& normal, tVector3<float>&
                                  tVector3<float>& second) noexcept
 {
     tVector3<float> const n = normal;
-    float const magnitudeX = std::abs(n.x);
-    float const magnitudeY = std::abs(n.y);
-    float const magnitudeZ = std::abs(n.z);
+    float const magnitudeX = detail::Magnitude(n.x);
+    float const magnitudeY = detail::Magnitude(n.y);
+    float const magnitudeZ = detail::Magnitude(n.z);
     float smallest = magnitudeX > magnitudeY ? magnitudeY : magnitudeX;
     smallest = smallest > magnitudeZ ? magnitudeZ : smallest;
 

@@ -8,6 +8,7 @@
 
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
+#include "bv/maths/detail/Place.h"
 
 namespace bv::maths
 {
@@ -157,14 +158,18 @@ private:
     template <typename U>
     [[nodiscard, gnu::always_inline]] static constexpr U GreatestCommonDivisor(U a, U b);
     [[gnu::always_inline]] constexpr void Reduce();
-    [[noreturn, gnu::cold]] static void ThrowDivisionByZero(char const* function, unsigned int line);
+    // Where failures say that they were raised; see Place.
+    static constexpr detail::Place REDUCTION{"bv::maths::Percentage::Reduce", 24};
+    static constexpr detail::Place DIVISION_BY_FRACTION{"bv::maths::Percentage::operator /=", 155};
+    static constexpr detail::Place DIVISION_BY_INTEGER{"bv::maths::Percentage::operator /=", 71};
+
+    [[noreturn, gnu::cold]] static void ThrowDivisionByZero(detail::Place const& place);
 };
 
 /// Euclid's algorithm; never 0, since both fields are divided by the result.
 template <typename U>
 constexpr U Percentage::GreatestCommonDivisor(U a, U b)
 {
-    constexpr unsigned int LINE_OF_REDUCTION = 24;
     while (b != 0)
     {
         U const remainder = a % b;
@@ -172,7 +177,7 @@ constexpr U Percentage::GreatestCommonDivisor(U a, U b)
         b = remainder;
     }
     if (a == 0)
-        ThrowDivisionByZero("bv::maths::Percentage::Reduce", LINE_OF_REDUCTION);
+        ThrowDivisionByZero(REDUCTION);
     return a;
 }
 
@@ -229,7 +234,7 @@ BV_INLINE constexpr Percentage& Percentage::operator+=(Percentage const& other)
 BV_INLINE constexpr Percentage& Percentage::operator/=(Percentage const& other)
 {
     if (other.numerator == 0)
-        ThrowDivisionByZero("bv::maths::Percentage::operator /=", 155);
+        ThrowDivisionByZero(DIVISION_BY_FRACTION);
     if (numerator == 0)
         return *this;
     Percentage quotient(*this);
@@ -242,7 +247,7 @@ BV_INLINE constexpr Percentage& Percentage::operator/=(Percentage const& other)
 BV_INLINE constexpr Percentage& Percentage::operator/=(unsigned int d)
 {
     if (d == 0)
-        ThrowDivisionByZero("bv::maths::Percentage::operator /=", 71);
+        ThrowDivisionByZero(DIVISION_BY_INTEGER);
     Percentage quotient(*this);
     quotient.denominator *= d;
     quotient.Reduce();

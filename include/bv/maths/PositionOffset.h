@@ -4,10 +4,10 @@
 /// Hit points moved off their surface, for the rays that start there.
 
 #include <bit>
-#include <cmath>
 #include <cstdint>
 
 #include "bv/Export.h"
+#include "bv/maths/detail/Lanes.h"
 #include "bv/maths/tVector3.h"
 
 namespace bv::maths
@@ -45,9 +45,9 @@ namespace detail
 template <typename T>
 [[nodiscard]] inline tVector3<T> GetPositionOffset(tVector3<T> const& position, tVector3<T> const& normal) noexcept
 {
-    T const magnitudeY = std::abs(normal.y);
-    T const magnitudeZ = std::abs(normal.z);
-    T largest = std::abs(normal.x);
+    T const magnitudeY = detail::Magnitude(normal.y);
+    T const magnitudeZ = detail::Magnitude(normal.z);
+    T largest = detail::Magnitude(normal.x);
     largest = magnitudeY > largest ? magnitudeY : largest;
     largest = magnitudeZ > largest ? magnitudeZ : largest;
     T const coordinate = largest == magnitudeY ? position.y : largest == magnitudeZ ? position.z : position.x;

@@ -11,6 +11,7 @@
 #include "bv/maths/Forward.h"
 #include "bv/maths/detail/Interval.h"
 #include "bv/maths/detail/Lanes.h"
+#include "bv/maths/detail/Place.h"
 #include "bv/maths/detail/Precision.h"
 #include "bv/maths/tVector2.h"
 
@@ -167,7 +168,10 @@ public:
     /// @}
 
 private:
-    [[noreturn, gnu::cold]] static void ThrowWrongAxis(char const* member, unsigned int line);
+    // Where failures say that they were raised; see Place.
+    static constexpr detail::Place GET_LENGTH{"GetLength", 205};
+
+    [[noreturn, gnu::cold]] static void ThrowWrongAxis(detail::Place const& place);
 };
 
 template <typename T>
@@ -210,7 +214,7 @@ constexpr T tAreaAABB<T>::GetLength(unsigned char axis) const
     case AXIS_Y:
         return max.y - min.y;
     default:
-        ThrowWrongAxis("GetLength", 205);
+        ThrowWrongAxis(GET_LENGTH);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <iosfwd>
 
 #include "bv/Export.h"
+#include "bv/maths/detail/Place.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tVector3.h"
 
@@ -109,7 +110,11 @@ private:
     [[nodiscard]] static constexpr tVector3<T> GetAxisVector(unsigned char direction) noexcept;
     [[nodiscard]] constexpr bool IsValid() const noexcept;
     void CubeMapIndex(unsigned char direction, unsigned char& face, unsigned char& oppositeFace) const noexcept;
-    [[noreturn, gnu::cold]] static void ThrowIncorrectFrame(char const* member, unsigned int line);
+    // Where failures say that they were raised; see Place.
+    static constexpr detail::Place CONSTRUCTOR{"tCoordinateFrame", 46};
+    static constexpr detail::Place SET{"Set", 68};
+
+    [[noreturn, gnu::cold]] static void ThrowIncorrectFrame(detail::Place const& place);
 };
 
 template <typename T>
@@ -118,7 +123,7 @@ constexpr tCoordinateFrame<T>::tCoordinateFrame(unsigned char xDirection, unsign
     : x{xDirection}, y{yDirection}, z{zDirection}
 {
     if (!IsValid())
-        ThrowIncorrectFrame("tCoordinateFrame", 46);
+        ThrowIncorrectFrame(CONSTRUCTOR);
 }
 
 template <typename T>
@@ -155,7 +160,7 @@ constexpr tCoordinateFrame<T>& tCoordinateFrame<T>::Set(unsigned char xDirection
     y = yDirection;
     z = zDirection;
     if (!IsValid())
-        ThrowIncorrectFrame("Set", 68);
+        ThrowIncorrectFrame(SET);
     return *this;
 }
 

@@ -52,7 +52,7 @@ public:
     /// @name Construction
     /// @{
     /// Six planes of zeros: not a usable view. Every box is INSIDE.
-    constexpr tFrustum() noexcept = default;
+    constexpr tFrustum() noexcept {} // not defaulted: a part of the instances in the library
     /// The view of a combined view and projection matrix, which maps the point (x, y, z, 1) as a column, on its right,
     /// to clip space of depth -w to w. Gribb, Hartmann, "Fast Extraction of Viewing Frustum Planes from the
     /// World-View-Projection Matrix", 2001.

@@ -344,7 +344,7 @@ private:
     void InitMemory() noexcept { elements = AlignedBuffer(); }
     void RepairMemory() noexcept;
     template <typename U>
-    void ReadElements(U const* values) noexcept;
+    [[gnu::always_inline]] inline void ReadElements(U const* values) noexcept;
     /// @}
 
     /// @name Classification
@@ -676,6 +676,14 @@ std::ostream& operator<<(std::ostream& stream, tMatrix4<T> const& matrix);
 
 extern template class BV_TEMPLATE tMatrix4<float>;
 extern template class BV_TEMPLATE tMatrix4<double>;
+extern template BV_TEMPLATE tMatrix4<float>::tMatrix4(tMatrix4<double> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<float>::tMatrix4(double const*) noexcept;
+extern template BV_TEMPLATE tMatrix4<float>& tMatrix4<float>::operator=(tMatrix4<double> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<float>& tMatrix4<float>::operator=(double const*) noexcept;
+extern template BV_TEMPLATE tMatrix4<double>::tMatrix4(tMatrix4<float> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<double>::tMatrix4(float const*) noexcept;
+extern template BV_TEMPLATE tMatrix4<double>& tMatrix4<double>::operator=(tMatrix4<float> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<double>& tMatrix4<double>::operator=(float const*) noexcept;
 extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, tMatrix4<float> const&);
 extern template BV_TEMPLATE std::ostream& operator<<(std::ostream&, tMatrix4<double> const&);
 

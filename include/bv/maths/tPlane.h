@@ -3,7 +3,6 @@
 /// @file
 /// An oriented plane in space.
 
-#include <cmath>
 #include <cstddef>
 #include <iosfwd>
 #include <string>
@@ -12,6 +11,7 @@
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
+#include "bv/maths/detail/Lanes.h"
 #include "bv/maths/detail/Precision.h"
 #include "bv/maths/tVector3.h"
 
@@ -77,7 +77,7 @@ public:
     /// Distance of a point, whatever its side.
     [[nodiscard]] T GetAbsoluteDistance(tVector3<T> const& point) const noexcept
     {
-        return std::abs(GetDistance(point));
+        return detail::Magnitude(GetDistance(point));
     }
     /// The point where a line meets the plane. The whole line counts, so the point may lie behind the one given.
     ///
@@ -151,7 +151,7 @@ inline tVector3<T> tPlane<T>::GetIntersection(tVector3<T> const& point, tVector3
 {
     T const denominator = normal.x * direction.x + direction.y * normal.y + direction.z * normal.z;
     T const tolerance = TOLERANCE<T>;
-    if (tolerance > std::abs(denominator)) // this way round, so that NaN passes
+    if (tolerance > detail::Magnitude(denominator)) // this way round, so that NaN passes
         ThrowParallel();
     T const t = -((point.x * normal.x + point.y * normal.y + point.z * normal.z) + offset) / denominator;
     return {point.x + t * direction.x, point.y + t * direction.y, point.z + t * direction.z};

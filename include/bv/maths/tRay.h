@@ -33,7 +33,7 @@ public:
     /// @name Construction
     /// @{
     /// Zero in every component.
-    constexpr tRay() noexcept = default;
+    constexpr tRay() noexcept : origin{}, direction{} {}
     /// The ray from a point along a direction, which is taken as it is.
     constexpr tRay(tVector3<T> const& start, tVector3<T> const& along) noexcept : origin{start}, direction{along} {}
     /// @}

@@ -359,6 +359,10 @@ inline tVolumeAABB<T> tVolumeAABB<T>::operator*(tMatrix4<T> const& matrix) const
 
 extern template class BV_TEMPLATE tVolumeAABB<float>;
 extern template class BV_TEMPLATE tVolumeAABB<double>;
+extern template BV_TEMPLATE tVolumeAABB<float>::tVolumeAABB(tVolumeAABB<double> const&) noexcept;
+extern template BV_TEMPLATE tVolumeAABB<float>& tVolumeAABB<float>::operator=(tVolumeAABB<double> const&) noexcept;
+extern template BV_TEMPLATE tVolumeAABB<double>::tVolumeAABB(tVolumeAABB<float> const&) noexcept;
+extern template BV_TEMPLATE tVolumeAABB<double>& tVolumeAABB<double>::operator=(tVolumeAABB<float> const&) noexcept;
 
 // Arrays of boxes are dense and are copied as blocks; ray packets read a box as six numbers in the order of the fields.
 static_assert(sizeof(tVolumeAABB<float>) == 6 * sizeof(float) && sizeof(tVolumeAABB<double>) == 6 * sizeof(double));

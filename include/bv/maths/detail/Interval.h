@@ -97,7 +97,7 @@ template <typename T, template <typename> typename Vector>
 /// Distance from a value to the interval [lower, upper], 0 when it is inside. The lower end is looked at first, and
 /// decides alone for a value below it, even when the interval is inverted; the upper end decides for any other value.
 template <typename T>
-[[nodiscard]] constexpr T Gap(T lower, T upper, T value) noexcept
+[[nodiscard, gnu::always_inline]] constexpr T Gap(T lower, T upper, T value) noexcept
 {
     T const below = lower - value;
     if (below > T{0})
@@ -109,7 +109,7 @@ template <typename T>
 /// Adds the square of a gap to a sum of squares. A gap of 0 adds nothing and so rejects nothing, whatever the limit.
 /// @return whether there was an addition that took the sum to the limit or beyond.
 template <typename T>
-[[nodiscard]] constexpr bool AddingReaches(T& sum, T gap, T limit) noexcept
+[[nodiscard, gnu::always_inline]] constexpr bool AddingReaches(T& sum, T gap, T limit) noexcept
 {
     if (!(gap > T{0}))
         return false;

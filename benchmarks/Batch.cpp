@@ -10,7 +10,7 @@
 #include "bv/maths/tVolumeAABB.h"
 
 #include "BatchData.h"
-#include "Maths/Batch/Kernels.h"
+#include "Maths/Kernels/Kernels.h"
 #include "NoiseData.h"
 #include "ShapeData.h"
 #include "Topics.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "Maths/Batch/Kernels.h"
-#include "Maths/NoiseTables.h"
+#include "Maths/Kernels/Kernels.h"
+#include "Maths/Kernels/Noise/Tables.h"
 #include "bv/Assert.h"
 #include "bv/InvalidArgumentException.h"
 #include "bv/maths/Noise.h"

@@ -1,6 +1,6 @@
 #include "bv/maths/Noise.h"
 
-#include "Maths/Batch/Kernels.h"
+#include "Maths/Kernels/Kernels.h"
 
 namespace bv::maths
 {

@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "Maths/Batch/ByteHashes.h"
-#include "Maths/Batch/Kernels.h"
+#include "Maths/Kernels/Kernels.h"
+#include "Maths/Kernels/Noise/ByteHashes.h"
 #include "bv/maths/Noise.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tVector2.h"

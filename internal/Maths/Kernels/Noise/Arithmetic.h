@@ -6,7 +6,7 @@
 
 #include <limits>
 
-#include "Maths/Batch/Lanes.h"
+#include "Maths/Kernels/Lanes/Lanes.h"
 
 namespace bv::maths
 {

@@ -5,9 +5,9 @@
 
 #include <bit>
 
-#include "Maths/Batch/Kernels.h"
-#include "Maths/Batch/NoiseLanes.h"
-#include "Maths/NoiseTables.h"
+#include "Maths/Kernels/Kernels.h"
+#include "Maths/Kernels/Noise/Arithmetic.h"
+#include "Maths/Kernels/Noise/Tables.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
 

@@ -4,8 +4,8 @@
 /// The loop over the draws of a generator. Each lane draws a stretch of the sequence of its own; a jump over the
 /// stretch in front of it takes a state to its beginning.
 
-#include "Maths/Batch/Kernels.h"
-#include "Maths/Batch/Lanes.h"
+#include "Maths/Kernels/Kernels.h"
+#include "Maths/Kernels/Lanes/Lanes.h"
 
 namespace bv::maths
 {

@@ -4,7 +4,7 @@
 /// Look-ups in the tables of the noise for processors that permute bytes: the tables lie in registers, and many
 /// look-ups are a few instructions.
 
-#include "Maths/Batch/NoiseKernels.h"
+#include "Maths/Kernels/Noise/Blocks.h"
 
 namespace bv::maths
 {

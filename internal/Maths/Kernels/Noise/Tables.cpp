@@ -1,4 +1,4 @@
-#include "Maths/NoiseTables.h"
+#include "Maths/Kernels/Noise/Tables.h"
 
 #include <cstddef>
 #include <iterator>

@@ -3,7 +3,7 @@
 /// @file
 /// Vectors and points as they lie in memory, x y z x y z, and as vectors of the processor, x x x x.
 
-#include "Maths/Batch/Lanes.h"
+#include "Maths/Kernels/Lanes/Lanes.h"
 
 namespace bv::maths
 {

@@ -4,10 +4,10 @@
 /// The loops over points of noise. A block of points goes through each stage together, so that a stage's results are
 /// in memory before the next one reads them as vectors.
 
-#include "Maths/Batch/Kernels.h"
-#include "Maths/Batch/NoiseLanes.h"
-#include "Maths/Batch/Vectors.h"
-#include "Maths/NoiseTables.h"
+#include "Maths/Kernels/Kernels.h"
+#include "Maths/Kernels/Lanes/Vectors.h"
+#include "Maths/Kernels/Noise/Arithmetic.h"
+#include "Maths/Kernels/Noise/Tables.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
 

@@ -5,8 +5,8 @@
 
 #include <iterator>
 
-#include "Maths/Batch/Kernels.h"
-#include "Maths/Batch/Vectors.h"
+#include "Maths/Kernels/Kernels.h"
+#include "Maths/Kernels/Lanes/Vectors.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/tVector3.h"
 #include "bv/maths/tVolumeAABB.h"

@@ -2,8 +2,8 @@
 // elements stay in the 32 registers, and boxes are tested twice as many at a time. The other loops wait for memory or
 // for what they draw. This file is compiled for AVX-512, and called only where the processor has it.
 
-#include "Maths/Batch/ByteHashes.h"
-#include "Maths/Batch/GeometryKernels.h"
+#include "Maths/Kernels/Geometry.h"
+#include "Maths/Kernels/Noise/ByteHashes.h"
 
 namespace bv::maths
 {

@@ -1,10 +1,10 @@
 // Vectors of 16 bytes, which every x86-64 processor has. Elsewhere the compiler makes of them what the processor
 // offers.
 
-#include "Maths/Batch/GeneratorKernels.h"
-#include "Maths/Batch/GeometryKernels.h"
-#include "Maths/Batch/NoiseKernels.h"
-#include "Maths/Batch/SingleNoise.h"
+#include "Maths/Kernels/Generator.h"
+#include "Maths/Kernels/Geometry.h"
+#include "Maths/Kernels/Noise/Blocks.h"
+#include "Maths/Kernels/Noise/Single.h"
 
 namespace bv::maths
 {

@@ -1,9 +1,9 @@
 // Vectors of 32 bytes. This file is compiled for AVX2, and called only where the processor has it.
 
-#include "Maths/Batch/ByteHashes.h"
-#include "Maths/Batch/GeneratorKernels.h"
-#include "Maths/Batch/GeometryKernels.h"
-#include "Maths/Batch/SingleNoise.h"
+#include "Maths/Kernels/Generator.h"
+#include "Maths/Kernels/Geometry.h"
+#include "Maths/Kernels/Noise/ByteHashes.h"
+#include "Maths/Kernels/Noise/Single.h"
 
 namespace bv::maths
 {

@@ -493,7 +493,8 @@ template <typename V>
     else
     {
         using I = Register<Integer<Element<V>>, sizeof(V)>;
-        return BitsAs<V>(BitsAs<I>(a) & Broadcast<I>(std::numeric_limits<Element<I>>::max()));
+        constexpr Element<I> ALL_BUT_SIGN = std::numeric_limits<Element<I>>::max(); // by the compiler, at any level
+        return BitsAs<V>(BitsAs<I>(a) & Broadcast<I>(ALL_BUT_SIGN));
     }
 }
 
@@ -518,7 +519,8 @@ template <typename V>
     else
     {
         using I = Register<Integer<Element<V>>, sizeof(V)>;
-        return BitsAs<V>(BitsAs<I>(a) ^ Broadcast<I>(std::numeric_limits<Element<I>>::min()));
+        constexpr Element<I> SIGN = std::numeric_limits<Element<I>>::min();
+        return BitsAs<V>(BitsAs<I>(a) ^ Broadcast<I>(SIGN));
     }
 }
 

@@ -134,18 +134,17 @@ void AddNoiseRows()
             "Turbulence3 " + std::to_string(octaves) + " octaves", spaces,
             [=](auto in, auto out) { Turbulence3(in, octaves, out); },
             [=](auto const& p) { return Turbulence3(p, octaves); });
-#if defined __x86_64__
-    // The library takes the widest vectors that there are; what it does on a processor without them is of interest,
+    // The library takes the widest registers that there are; what it does on a processor without them is of interest,
     // too.
-    if (HasAvx512())
+    auto const sets = KernelSets();
+    if (sets.size() > 1 && sets[0].isSupported())
         for (unsigned int const octaves : {1U, 4U, 8U})
             AddArrays<float>(
                 Name<float>(octaves == 1 ? "batch/Noise3" : "batch/Turbulence3 " + std::to_string(octaves) + " octaves",
-                            "BvBaseUtils with AVX2"),
+                            std::string("BvBaseUtils with ") + sets[1].name),
                 spaces,
-                [=, kernel = Avx2Kernels().noise.space](auto in, auto out)
-                { kernel(in.data(), octaves, out.data(), in.size()); });
-#endif
+                [=, kernels = NoiseKernels<tVector3<float>>(sets[1].kernels())](auto in, auto out)
+                { kernels.turbulences(in.data(), octaves, out.data(), in.size()); });
     auto const generator = std::make_shared<RNGenerator>(1U);
     AddBoth<float, float>(
         "generator floats", lines, [=](auto, auto out) { GetFloats(*generator, out); },

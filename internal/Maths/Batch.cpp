@@ -1,13 +1,10 @@
 #include "bv/maths/Batch.h"
 
-#include <algorithm>
 #include <cstdint>
 
 #include "Maths/Kernels/Kernels.h"
-#include "Maths/Kernels/Noise/Tables.h"
 #include "bv/Assert.h"
 #include "bv/InvalidArgumentException.h"
-#include "bv/maths/Noise.h"
 #include "bv/maths/RNGenerator.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tVector2.h"
@@ -40,25 +37,6 @@ struct RNGeneratorAccess
 
 namespace
 {
-
-[[nodiscard]] Kernels ChooseKernels() noexcept
-{
-#if defined __x86_64__
-    __builtin_cpu_init();
-    return HasAvx512() ? Avx512Kernels() : HasAvx2() ? Avx2Kernels() : BaselineKernels();
-#else
-    return BaselineKernels();
-#endif
-}
-
-template <typename T>
-[[nodiscard]] GeometryKernels<T> const& KernelsOf() noexcept
-{
-    if constexpr (sizeof(T) == sizeof(float))
-        return ChosenKernels().floats;
-    else
-        return ChosenKernels().doubles;
-}
 
 [[noreturn, gnu::cold]] void ThrowDifferentLengths(unsigned int line, char const* function)
 {
@@ -103,32 +81,24 @@ void Finish(std::size_t done, std::span<In const> in, std::span<Out> out, Functi
 }
 
 template <typename Point>
-void Turbulence(NoiseKernel<Point> kernel, std::span<Point const> points, unsigned int octaves,
-                std::span<float> results, float (*single)(Point const&, unsigned int)) noexcept
+void Turbulence(std::span<Point const> points, unsigned int octaves, std::span<float> results) noexcept
 {
-    if (octaves == 0)
-        std::fill(results.begin(), results.end(), 0.0F);
-    else
-        Finish(kernel(points.data(), std::min(octaves, MAX_OCTAVES), results.data(), points.size()), points, results,
-               [&](Point const& point) { return single(point, octaves); });
+    NoiseKernels<Point> const& kernels = ChosenKernels();
+    Finish(kernels.turbulences(points.data(), octaves, results.data(), points.size()), points, results,
+           [&](Point const& point) { return kernels.turbulence(point, octaves); });
 }
 
 } // namespace
-
-Kernels const& ChosenKernels() noexcept
-{
-    static Kernels const kernels = ChooseKernels();
-    return kernels;
-}
 
 template <typename T>
 void TransformPoints(tMatrix4<T> const& matrix, std::type_identity_t<std::span<tVector3<T> const>> points,
                      std::type_identity_t<std::span<tVector3<T>>> results)
 {
     Check(points, results, "TransformPoints");
+    GeometryKernels<T> const& kernels = ChosenKernels();
     std::size_t done = 0;
     if (!matrix.IsDiagonal())
-        done = KernelsOf<T>().project(matrix.Get(), points.data(), results.data(), points.size());
+        done = kernels.project(matrix.Get(), points.data(), results.data(), points.size());
     Finish(done, points, results, [&](tVector3<T> const& point) { return point.Transformed(matrix); });
 }
 
@@ -137,10 +107,11 @@ void TransformDirections(tMatrix4<T> const& matrix, std::type_identity_t<std::sp
                          std::type_identity_t<std::span<tVector3<T>>> results)
 {
     Check(directions, results, "TransformDirections");
+    GeometryKernels<T> const& kernels = ChosenKernels();
     std::size_t done = 0;
     if (!matrix.IsDiagonal())
-        done = KernelsOf<T>().rotate(matrix.Get(), matrix.IsOrthonormal(), directions.data(), results.data(),
-                                     directions.size());
+        done =
+            kernels.rotate(matrix.Get(), matrix.IsOrthonormal(), directions.data(), results.data(), directions.size());
     Finish(done, directions, results,
            [&](tVector3<T> const& direction) { return direction.TransformedAsVector(matrix); });
 }
@@ -148,11 +119,12 @@ void TransformDirections(tMatrix4<T> const& matrix, std::type_identity_t<std::sp
 template <typename T>
 void Expand(tVolumeAABB<T>& box, std::type_identity_t<std::span<tVector3<T> const>> points) noexcept
 {
+    GeometryKernels<T> const& kernels = ChosenKernels();
     tVector3<T> const& min = box.GetMin();
     tVector3<T> const& max = box.GetMax();
     T lower[] = {min.x, min.y, min.z};
     T upper[] = {max.x, max.y, max.z};
-    std::size_t const done = KernelsOf<T>().grow(lower, upper, points.data(), points.size());
+    std::size_t const done = kernels.grow(lower, upper, points.data(), points.size());
     box = tVolumeAABB<T>(tVector3<T>(lower), tVector3<T>(upper));
     for (tVector3<T> const& point : points.subspan(done))
         box.Expand(point);
@@ -163,33 +135,15 @@ void ClassifyAABBs(tFrustum<T> const& frustum, std::type_identity_t<std::span<tV
                    std::span<typename tFrustum<T>::IntersectionResult> results)
 {
     Check(boxes, results, "ClassifyAABBs");
+    GeometryKernels<T> const& kernels = ChosenKernels();
     T planes[24];
     T* next = planes;
     for (tPlane<T> const& plane : {frustum.GetLeftPlane(), frustum.GetRightPlane(), frustum.GetTopPlane(),
                                    frustum.GetBottomPlane(), frustum.GetFarPlane(), frustum.GetNearPlane()})
         for (T const value : {plane.GetNormal().x, plane.GetNormal().y, plane.GetNormal().z, plane.GetOffset()})
             *next++ = value;
-    Finish(KernelsOf<T>().classify(planes, boxes.data(), results.data(), boxes.size()), boxes, results,
+    Finish(kernels.classify(planes, boxes.data(), results.data(), boxes.size()), boxes, results,
            [&](tVolumeAABB<T> const& box) { return frustum.ContainsAABB(box); });
-}
-
-void Turbulence1(std::span<float const> coordinates, unsigned int octaves, std::span<float> results)
-{
-    Check(coordinates, results, "Turbulence1");
-    Turbulence<float>(ChosenKernels().noise.line, coordinates, octaves, results,
-                      [](float const& x, unsigned int n) { return Turbulence1(x, n); });
-}
-
-void Turbulence2(std::span<tVector2<float> const> points, unsigned int octaves, std::span<float> results)
-{
-    Check(points, results, "Turbulence2");
-    Turbulence(ChosenKernels().noise.plane, points, octaves, results, &Turbulence2);
-}
-
-void Turbulence3(std::span<tVector3<float> const> points, unsigned int octaves, std::span<float> results)
-{
-    Check(points, results, "Turbulence3");
-    Turbulence(ChosenKernels().noise.space, points, octaves, results, &Turbulence3);
 }
 
 // One octave has the weight 1, and 0 + x * 1 is x.
@@ -197,26 +151,44 @@ void Turbulence3(std::span<tVector3<float> const> points, unsigned int octaves, 
 void Noise1(std::span<float const> coordinates, std::span<float> results)
 {
     Check(coordinates, results, "Noise1");
-    Turbulence1(coordinates, 1, results);
+    Turbulence(coordinates, 1, results);
 }
 
 void Noise2(std::span<tVector2<float> const> points, std::span<float> results)
 {
     Check(points, results, "Noise2");
-    Turbulence2(points, 1, results);
+    Turbulence(points, 1, results);
 }
 
 void Noise3(std::span<tVector3<float> const> points, std::span<float> results)
 {
     Check(points, results, "Noise3");
-    Turbulence3(points, 1, results);
+    Turbulence(points, 1, results);
+}
+
+void Turbulence1(std::span<float const> coordinates, unsigned int octaves, std::span<float> results)
+{
+    Check(coordinates, results, "Turbulence1");
+    Turbulence(coordinates, octaves, results);
+}
+
+void Turbulence2(std::span<tVector2<float> const> points, unsigned int octaves, std::span<float> results)
+{
+    Check(points, results, "Turbulence2");
+    Turbulence(points, octaves, results);
+}
+
+void Turbulence3(std::span<tVector3<float> const> points, unsigned int octaves, std::span<float> results)
+{
+    Check(points, results, "Turbulence3");
+    Turbulence(points, octaves, results);
 }
 
 void GetFloats(RNGenerator& generator, std::span<float> results) noexcept
 {
     RNGenerator local = generator; // in registers: the buffer could lie over the generator itself for all we know
     GeneratorState state = detail::RNGeneratorAccess::Read(local);
-    std::size_t const done = ChosenKernels().generator(state, results.data(), results.size());
+    std::size_t const done = ChosenKernels().draw(state, results.data(), results.size());
     detail::RNGeneratorAccess::Write(local, state);
     for (float& result : results.subspan(done))
         result = local.GetFloat();

@@ -9,42 +9,43 @@ namespace
 {
 
 /// The functions for the processor that this is.
-[[gnu::always_inline]] inline SingleNoise const& Chosen() noexcept
+template <typename Point>
+[[gnu::always_inline]] inline NoiseKernels<Point> const& Chosen() noexcept
 {
-    static SingleNoise const single = ChosenKernels().single;
-    return single;
+    static NoiseKernels<Point> const kernels = ChosenKernels();
+    return kernels;
 }
 
 } // namespace
 
 float Noise1(float x) noexcept
 {
-    return Chosen().line(x);
+    return Chosen<float>().noise(x);
 }
 
 float Noise2(tVector2<float> const& point) noexcept
 {
-    return Chosen().plane(point);
+    return Chosen<tVector2<float>>().noise(point);
 }
 
 float Noise3(tVector3<float> const& point) noexcept
 {
-    return Chosen().space(point);
+    return Chosen<tVector3<float>>().noise(point);
 }
 
 float Turbulence1(float x, unsigned int octaves) noexcept
 {
-    return Chosen().lineTurbulence(x, octaves);
+    return Chosen<float>().turbulence(x, octaves);
 }
 
 float Turbulence2(tVector2<float> const& point, unsigned int octaves) noexcept
 {
-    return Chosen().planeTurbulence(point, octaves);
+    return Chosen<tVector2<float>>().turbulence(point, octaves);
 }
 
 float Turbulence3(tVector3<float> const& point, unsigned int octaves) noexcept
 {
-    return Chosen().spaceTurbulence(point, octaves);
+    return Chosen<tVector3<float>>().turbulence(point, octaves);
 }
 
 } // namespace bv::maths

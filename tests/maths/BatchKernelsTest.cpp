@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "Maths/Kernels/Kernels.h"
+#include "Maths/Kernels/Noise/Blocks.h"
 #include "Maths/Kernels/Noise/ByteHashes.h"
 #include "bv/maths/Noise.h"
 #include "bv/maths/tMatrix4.h"
@@ -27,49 +28,15 @@ namespace
 
 constexpr std::size_t COUNT = 1000;
 
-struct GeometrySet
+/// A part of each set of loops that this processor can run, by the set's name.
+template <typename Part>
+std::vector<std::pair<std::string, Part>> Sets()
 {
-    char const* name;
-    Kernels kernels;
-};
-
-std::vector<GeometrySet> GeometrySets()
-{
-    std::vector<GeometrySet> sets{{"baseline", BaselineKernels()}};
-#if defined __x86_64__
-    if (HasAvx2())
-        sets.push_back({"AVX2", Avx2Kernels()});
-    if (HasAvx512())
-        sets.push_back({"AVX-512", Avx512Kernels()});
-#endif
+    std::vector<std::pair<std::string, Part>> sets;
+    for (KernelSet const& set : KernelSets())
+        if (set.isSupported())
+            sets.emplace_back(set.name, set.kernels());
     return sets;
-}
-
-struct NoiseSet
-{
-    char const* name;
-    NoiseKernels kernels;
-};
-
-/// The look-ups by bytes are here without the processor's instructions, too, so that their order is tested everywhere.
-std::vector<NoiseSet> NoiseSets()
-{
-    std::vector<NoiseSet> sets{{"bytes, 16", AllNoise<16, ByteHashes>()},
-                               {"bytes, 32", AllNoise<32, ByteHashes>()},
-                               {"bytes, 64", AllNoise<64, ByteHashes>()},
-                               {"tables, 32", AllNoise<32, TableHashes>()}};
-    for (GeometrySet const& set : GeometrySets())
-        sets.push_back({set.name, set.kernels.noise});
-    return sets;
-}
-
-template <typename T>
-GeometryKernels<T> const& Of(Kernels const& kernels)
-{
-    if constexpr (sizeof(T) == sizeof(float))
-        return kernels.floats;
-    else
-        return kernels.doubles;
 }
 
 template <typename T>
@@ -89,14 +56,14 @@ void ExpectNearlyAll(std::size_t done, std::size_t count)
 TYPED_TEST(BatchKernelsTest, PointsAreProjectedAsBySingleForm)
 {
     using T = TypeParam;
-    for (auto const& [name, kernels] : GeometrySets())
+    for (auto const& [name, geometry] : Sets<GeometryKernels<T>>())
     {
         SCOPED_TRACE(name);
         std::mt19937 generator(1);
         auto const matrix = RandomMatrix<T>(generator);
         auto const points = RandomPoints<T>(generator, COUNT, 1, 10);
         std::vector<tVector3<T>> results(COUNT);
-        std::size_t const done = Of<T>(kernels).project(matrix.Get(), points.data(), results.data(), COUNT);
+        std::size_t const done = geometry.project(matrix.Get(), points.data(), results.data(), COUNT);
         ExpectNearlyAll(done, COUNT);
         for (std::size_t i = 0; i < COUNT; ++i)
             ExpectSameBits(results[i], i < done ? points[i].Transformed(matrix) : tVector3<T>());
@@ -106,7 +73,7 @@ TYPED_TEST(BatchKernelsTest, PointsAreProjectedAsBySingleForm)
 TYPED_TEST(BatchKernelsTest, ProjectionStopsInFrontOfTheVectorThatHoldsAPointThatCannotBeDivided)
 {
     using T = TypeParam;
-    for (auto const& [name, kernels] : GeometrySets())
+    for (auto const& [name, geometry] : Sets<GeometryKernels<T>>())
     {
         SCOPED_TRACE(name);
         auto const matrix = tMatrix4<T>::PerspectiveProjection(-1, 1, -1, 1, 1, 100);
@@ -116,7 +83,7 @@ TYPED_TEST(BatchKernelsTest, ProjectionStopsInFrontOfTheVectorThatHoldsAPointTha
             auto points = RandomPoints<T>(generator, 48, 1, 10);
             points[bad].z = 0;
             std::vector<tVector3<T>> results(48);
-            std::size_t const done = Of<T>(kernels).project(matrix.Get(), points.data(), results.data(), 48);
+            std::size_t const done = geometry.project(matrix.Get(), points.data(), results.data(), 48);
             EXPECT_LE(done, bad);
             EXPECT_GT(done + 16, bad);
         }
@@ -126,7 +93,7 @@ TYPED_TEST(BatchKernelsTest, ProjectionStopsInFrontOfTheVectorThatHoldsAPointTha
 TYPED_TEST(BatchKernelsTest, DirectionsAreRotatedAndNormalisedAsBySingleForm)
 {
     using T = TypeParam;
-    for (auto const& [name, kernels] : GeometrySets())
+    for (auto const& [name, geometry] : Sets<GeometryKernels<T>>())
     {
         SCOPED_TRACE(name);
         std::mt19937 generator(3);
@@ -135,14 +102,14 @@ TYPED_TEST(BatchKernelsTest, DirectionsAreRotatedAndNormalisedAsBySingleForm)
         for (std::size_t i = 0; i < COUNT; i += 1 + i % 5)
             directions[i].Normalise();
         std::vector<tVector3<T>> results(COUNT);
-        std::size_t const done = Of<T>(kernels).rotate(rotation.Get(), true, directions.data(), results.data(), COUNT);
+        std::size_t const done = geometry.rotate(rotation.Get(), true, directions.data(), results.data(), COUNT);
         ExpectNearlyAll(done, COUNT);
         for (std::size_t i = 0; i < done; ++i)
             ExpectSameBits(results[i], directions[i].TransformedAsVector(rotation));
 
         auto const general = RandomMatrix<T>(generator);
         auto const special = SpecialPoints<T>();
-        Of<T>(kernels).rotate(general.Get(), false, special.data(), results.data(), COUNT);
+        geometry.rotate(general.Get(), false, special.data(), results.data(), COUNT);
         for (std::size_t i = 0; i < done; ++i)
             ExpectSameBits(results[i], special[i].TransformedAsVector(general));
     }
@@ -151,7 +118,7 @@ TYPED_TEST(BatchKernelsTest, DirectionsAreRotatedAndNormalisedAsBySingleForm)
 TYPED_TEST(BatchKernelsTest, ABoxGrowsAsByOnePointAfterTheOther)
 {
     using T = TypeParam;
-    for (auto const& [name, kernels] : GeometrySets())
+    for (auto const& [name, geometry] : Sets<GeometryKernels<T>>())
         for (std::size_t first = 0; first < 64; ++first)
         {
             SCOPED_TRACE(name);
@@ -167,7 +134,7 @@ TYPED_TEST(BatchKernelsTest, ABoxGrowsAsByOnePointAfterTheOther)
             tVolumeAABB<T> expected;
             T lower[] = {expected.GetMin().x, expected.GetMin().y, expected.GetMin().z};
             T upper[] = {expected.GetMax().x, expected.GetMax().y, expected.GetMax().z};
-            std::size_t const done = Of<T>(kernels).grow(lower, upper, points.data(), 100);
+            std::size_t const done = geometry.grow(lower, upper, points.data(), 100);
             ExpectNearlyAll(done, 100);
             for (std::size_t i = 0; i < done; ++i)
                 expected.Expand(points[i]);
@@ -179,7 +146,7 @@ TYPED_TEST(BatchKernelsTest, ABoxGrowsAsByOnePointAfterTheOther)
 TYPED_TEST(BatchKernelsTest, BoxesAreClassifiedAsBySingleForm)
 {
     using T = TypeParam;
-    for (auto const& [name, kernels] : GeometrySets())
+    for (auto const& [name, geometry] : Sets<GeometryKernels<T>>())
     {
         SCOPED_TRACE(name);
         std::mt19937 generator(5);
@@ -198,7 +165,7 @@ TYPED_TEST(BatchKernelsTest, BoxesAreClassifiedAsBySingleForm)
             for (T const value : {plane.GetNormal().x, plane.GetNormal().y, plane.GetNormal().z, plane.GetOffset()})
                 *next++ = value;
         std::vector<typename tFrustum<T>::IntersectionResult> results(COUNT);
-        std::size_t const done = Of<T>(kernels).classify(planes, boxes.data(), results.data(), COUNT);
+        std::size_t const done = geometry.classify(planes, boxes.data(), results.data(), COUNT);
         ExpectNearlyAll(done, COUNT);
         std::size_t counts[3] = {};
         for (std::size_t i = 0; i < done; ++i)
@@ -244,14 +211,14 @@ TEST(GeneratorKernelsTest, EverySetDrawsTheSequenceFromAnyState)
             *word = static_cast<std::uint32_t>(generator());
         starts.push_back(state);
     }
-    for (auto const& [name, kernels] : GeometrySets())
+    for (auto const& [name, kernels] : Sets<GeneratorKernels>())
         for (GeneratorState const& start : starts)
         {
             SCOPED_TRACE(name);
             GeneratorState state = start;
             GeneratorState expected = start;
             std::vector<float> results(5000);
-            std::size_t const done = kernels.generator(state, results.data(), results.size());
+            std::size_t const done = kernels.draw(state, results.data(), results.size());
             EXPECT_LE(done, results.size());
             EXPECT_GT(done + 1024, results.size());
             for (std::size_t i = 0; i < done; ++i)
@@ -263,45 +230,105 @@ TEST(GeneratorKernelsTest, EverySetDrawsTheSequenceFromAnyState)
         }
 }
 
-template <typename Point, typename Single>
-void ExpectNoise(NoiseKernel<Point> kernel, std::vector<Point> const& points, unsigned int octaves, Single single)
+template <typename Point>
+class NoiseKernelsTest : public testing::Test
 {
+};
+using Points = testing::Types<float, tVector2<float>, tVector3<float>>;
+TYPED_TEST_SUITE(NoiseKernelsTest, Points);
+
+/// The first coordinates of a point.
+template <typename Point>
+Point First(tVector3<float> const& point)
+{
+    if constexpr (std::is_same_v<Point, float>)
+        return point.x;
+    else if constexpr (std::is_same_v<Point, tVector2<float>>)
+        return {point.x, point.y};
+    else
+        return point;
+}
+
+float Noise(float x)
+{
+    return Noise1(x);
+}
+float Noise(tVector2<float> const& point)
+{
+    return Noise2(point);
+}
+float Noise(tVector3<float> const& point)
+{
+    return Noise3(point);
+}
+
+float Turbulence(float x, unsigned int octaves)
+{
+    return Turbulence1(x, octaves);
+}
+float Turbulence(tVector2<float> const& point, unsigned int octaves)
+{
+    return Turbulence2(point, octaves);
+}
+float Turbulence(tVector3<float> const& point, unsigned int octaves)
+{
+    return Turbulence3(point, octaves);
+}
+
+template <typename Point>
+using Loop = decltype(NoiseKernels<Point>::turbulences);
+
+/// The look-ups by bytes are here without the processor's instructions, too, so that their order is tested everywhere.
+template <typename Point>
+std::vector<std::pair<std::string, Loop<Point>>> Loops()
+{
+    std::vector<std::pair<std::string, Loop<Point>>> loops{
+        {"bytes, 16", NoiseBlock<Point, 16, ByteHashes>::Turbulence},
+        {"bytes, 32", NoiseBlock<Point, 32, ByteHashes>::Turbulence},
+        {"bytes, 64", NoiseBlock<Point, 64, ByteHashes>::Turbulence},
+        {"tables, 32", NoiseBlock<Point, 32, TableHashes>::Turbulence}};
+    for (auto const& [name, kernels] : Sets<NoiseKernels<Point>>())
+        loops.emplace_back(name, kernels.turbulences);
+    return loops;
+}
+
+template <typename Point>
+void ExpectTurbulences(Loop<Point> loop, std::vector<tVector3<float>> const& from, unsigned int octaves)
+{
+    std::vector<Point> points;
+    for (tVector3<float> const& point : from)
+        points.push_back(First<Point>(point));
     std::vector<float> results(points.size(), -7.0F);
-    std::size_t const done = kernel(points.data(), octaves, results.data(), points.size());
+    std::size_t const done = loop(points.data(), octaves, results.data(), points.size());
     ExpectNearlyAll(done, points.size());
     for (std::size_t i = 0; i < points.size(); ++i)
-        ExpectSameBits(results[i], i < done ? single(points[i], octaves) : -7.0F);
+        ExpectSameBits(results[i], i < done ? Turbulence(points[i], octaves) : -7.0F);
 }
 
-void ExpectNoiseInAllDimensions(NoiseKernels const& kernels, std::vector<tVector3<float>> const& points,
-                                unsigned int octaves)
+TYPED_TEST(NoiseKernelsTest, EverySetHasTheBitsOfTheSingleForm)
 {
-    std::vector<float> lines;
-    std::vector<tVector2<float>> planes;
-    for (tVector3<float> const& point : points)
-    {
-        lines.push_back(point.x);
-        planes.emplace_back(point.x, point.y);
-    }
-    ExpectNoise<float>(kernels.line, lines, octaves, [](float x, unsigned int n) { return Turbulence1(x, n); });
-    ExpectNoise<tVector2<float>>(kernels.plane, planes, octaves,
-                                 [](tVector2<float> const& p, unsigned int n) { return Turbulence2(p, n); });
-    ExpectNoise<tVector3<float>>(kernels.space, points, octaves,
-                                 [](tVector3<float> const& p, unsigned int n) { return Turbulence3(p, n); });
-}
-
-TEST(NoiseKernelsTest, EverySetHasTheBitsOfTheSingleForm)
-{
-    for (auto const& [name, kernels] : NoiseSets())
+    for (auto const& [name, loop] : Loops<TypeParam>())
     {
         SCOPED_TRACE(name);
         std::mt19937 generator(6);
         for (float const scale : {2.0F, 300.0F, 1e7F, 1e20F})
-            for (unsigned int const octaves : {1U, 2U, 5U, 10U})
-                ExpectNoiseInAllDimensions(kernels, RandomPoints<float>(generator, COUNT, -scale, scale), octaves);
-        for (std::size_t count = 0; count < 300; ++count)
-            ExpectNoiseInAllDimensions(kernels, RandomPoints<float>(generator, count, -300, 300), 2);
-        ExpectNoiseInAllDimensions(kernels, SpecialPoints<float>(), 10);
+            for (unsigned int const octaves : {1U, 2U, 5U, 10U, 11U})
+                ExpectTurbulences<TypeParam>(loop, RandomPoints<float>(generator, COUNT, -scale, scale), octaves);
+        for (std::size_t count = 0; count <= 300; ++count)
+            ExpectTurbulences<TypeParam>(loop, RandomPoints<float>(generator, count, -300, 300), 2);
+        ExpectTurbulences<TypeParam>(loop, SpecialPoints<float>(), 10);
+    }
+}
+
+TYPED_TEST(NoiseKernelsTest, NoOctaveIsLeftToTheSingleForm)
+{
+    std::vector<TypeParam> const points(100);
+    for (auto const& [name, loop] : Loops<TypeParam>())
+    {
+        SCOPED_TRACE(name);
+        std::vector<float> results(100, -7.0F);
+        EXPECT_EQ(loop(points.data(), 0, results.data(), points.size()), 0U);
+        EXPECT_EQ(results, std::vector<float>(100, -7.0F));
     }
 }
 
@@ -316,46 +343,47 @@ std::vector<tVector3<float>> PointsInAllCells()
     return points;
 }
 
-TEST(NoiseKernelsTest, EveryEntryOfTheTablesIsReached)
+TYPED_TEST(NoiseKernelsTest, EveryEntryOfTheTablesIsReached)
 {
     auto const points = PointsInAllCells();
-    for (auto const& [name, kernels] : NoiseSets())
+    for (auto const& [name, loop] : Loops<TypeParam>())
     {
         SCOPED_TRACE(name);
-        ExpectNoiseInAllDimensions(kernels, points, 1);
+        ExpectTurbulences<TypeParam>(loop, points, 1);
     }
 }
 
-void ExpectSameSingleNoise(SingleNoise const& single, std::vector<tVector3<float>> const& points)
+template <typename Point>
+void ExpectSameSingleNoise(NoiseKernels<Point> const& kernels, std::vector<tVector3<float>> const& points)
 {
-    for (tVector3<float> const& point : points)
+    for (tVector3<float> const& from : points)
     {
-        tVector2<float> const flat(point.x, point.y);
-        ExpectSameBits(single.line(point.x), Noise1(point.x));
-        ExpectSameBits(single.plane(flat), Noise2(flat));
-        ExpectSameBits(single.space(point), Noise3(point));
+        auto const point = First<Point>(from);
+        ExpectSameBits(kernels.noise(point), Noise(point));
         for (unsigned int const octaves : {0U, 1U, 3U, 10U, 11U})
-        {
-            ExpectSameBits(single.lineTurbulence(point.x, octaves), Turbulence1(point.x, octaves));
-            ExpectSameBits(single.planeTurbulence(flat, octaves), Turbulence2(flat, octaves));
-            ExpectSameBits(single.spaceTurbulence(point, octaves), Turbulence3(point, octaves));
-        }
+            ExpectSameBits(kernels.turbulence(point, octaves), Turbulence(point, octaves));
     }
 }
 
 // Which of the sets the library has chosen, its tests against the independent model say that it is right.
-TEST(SingleNoiseTest, EverySetHasTheBitsOfTheOneThatTheLibraryChooses)
+TYPED_TEST(NoiseKernelsTest, EverySetHasTheSingleFormOfTheOneThatTheLibraryChooses)
 {
-    std::vector<GeometrySet> const sets = GeometrySets();
-    for (auto const& [name, kernels] : sets)
+    for (auto const& [name, kernels] : Sets<NoiseKernels<TypeParam>>())
     {
         SCOPED_TRACE(name);
         std::mt19937 generator(7);
         for (float const scale : {2.0F, 300.0F, 1e7F, 1e20F})
-            ExpectSameSingleNoise(kernels.single, RandomPoints<float>(generator, COUNT, -scale, scale));
-        ExpectSameSingleNoise(kernels.single, SpecialPoints<float>());
-        ExpectSameSingleNoise(kernels.single, PointsInAllCells());
+            ExpectSameSingleNoise(kernels, RandomPoints<float>(generator, COUNT, -scale, scale));
+        ExpectSameSingleNoise(kernels, SpecialPoints<float>());
+        ExpectSameSingleNoise(kernels, PointsInAllCells());
     }
+}
+
+TEST(KernelSetsTest, TheBaselineIsTheLastSetAndRunsEverywhere)
+{
+    ASSERT_FALSE(KernelSets().empty());
+    EXPECT_STREQ(KernelSets().back().name, "baseline");
+    EXPECT_TRUE(KernelSets().back().isSupported());
 }
 
 } // namespace

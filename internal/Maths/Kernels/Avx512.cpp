@@ -2,8 +2,7 @@
 // elements stay in the 32 registers, and boxes are tested twice as many at a time. The other loops wait for memory or
 // for what they draw. This file is compiled for AVX-512, and called only where the processor has it.
 
-#include "Maths/Kernels/Geometry.h"
-#include "Maths/Kernels/Noise/ByteHashes.h"
+#include "Maths/Kernels/Set.h"
 
 namespace bv::maths
 {
@@ -12,11 +11,17 @@ namespace
 {
 
 template <typename T>
-void UseWide(GeometryKernels<T>& kernels) noexcept
+void UseWideGeometry(GeometryKernels<T>& kernels) noexcept
 {
     kernels.project = Geometry<T, 64>::Project;
     kernels.rotate = Geometry<T, 64>::Rotate;
     kernels.classify = Geometry<T, 64>::Classify;
+}
+
+template <typename Point>
+void UseWideNoise(NoiseKernels<Point>& kernels) noexcept
+{
+    kernels.turbulences = NoiseBlock<Point, 64, ByteHashes>::Turbulence;
 }
 
 } // namespace
@@ -24,9 +29,11 @@ void UseWide(GeometryKernels<T>& kernels) noexcept
 Kernels Avx512Kernels() noexcept
 {
     Kernels kernels = Avx2Kernels();
-    UseWide(kernels.floats);
-    UseWide(kernels.doubles);
-    kernels.noise = AllNoise<64, ByteHashes>();
+    UseWideGeometry<float>(kernels);
+    UseWideGeometry<double>(kernels);
+    UseWideNoise<float>(kernels);
+    UseWideNoise<tVector2<float>>(kernels);
+    UseWideNoise<tVector3<float>>(kernels);
     return kernels;
 }
 

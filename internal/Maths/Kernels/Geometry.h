@@ -265,11 +265,6 @@ struct Geometry
         }
         return done;
     }
-
-    static constexpr GeometryKernels<T> All() noexcept
-    {
-        return {Project, Rotate, Grow, Classify};
-    }
 };
 
 } // namespace

@@ -3,11 +3,16 @@
 /// @file
 /// The loops behind the batch forms, and the noise at a single point: one set for each kind of processor.
 ///
-/// A loop works on as many elements as it can in whole vectors and returns how many these are; the caller does the rest
-/// one by one with the single forms. Input and output may be the same memory, element on element.
+/// A loop works on as many elements as it can in whole registers and returns how many these are; the caller does the
+/// rest one by one with the single forms. Input and output may be the same memory, element on element.
+///
+/// A new loop is a member here, a function of the same signature in a template over the width of the registers, such as
+/// Geometry, and its name in Set.h; the batch form in Batch.cpp calls it.
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
+#include <type_traits>
 
 #include "bv/maths/Forward.h"
 #include "bv/maths/tFrustum.h"
@@ -21,7 +26,8 @@ struct GeometryKernels
 {
     using IntersectionResult = typename tFrustum<T>::IntersectionResult;
 
-    /// As points, with division by w, by sixteen elements; stops in front of the vector that holds a w too close to 0.
+    /// As points, with division by w, by sixteen elements; stops in front of the register that holds a w too close to
+    /// 0.
     std::size_t (*project)(T const* matrix, tVector3<T> const* points, tVector3<T>* results, std::size_t count);
     /// As directions, by sixteen elements. Those of length 1 are normalised afterwards if that is asked for.
     std::size_t (*rotate)(T const* matrix, bool normalises, tVector3<T> const* directions, tVector3<T>* results,
@@ -33,27 +39,18 @@ struct GeometryKernels
                             std::size_t count);
 };
 
-/// Octaves of noise, of which there are 1 to MAX_OCTAVES, for points of one dimension.
+/// Noise at points of one dimension.
 template <typename Point>
-using NoiseKernel = std::size_t (*)(Point const* points, unsigned int octaves, float* results, std::size_t count);
-
-/// The loops over points of noise, by dimension.
 struct NoiseKernels
 {
-    NoiseKernel<float> line;
-    NoiseKernel<tVector2<float>> plane;
-    NoiseKernel<tVector3<float>> space;
-};
+    using Argument = std::conditional_t<std::is_same_v<Point, float>, float, Point const&>;
 
-/// Noise and turbulence at a single point.
-struct SingleNoise
-{
-    float (*line)(float x) noexcept;
-    float (*plane)(tVector2<float> const& point) noexcept;
-    float (*space)(tVector3<float> const& point) noexcept;
-    float (*lineTurbulence)(float x, unsigned int octaves) noexcept;
-    float (*planeTurbulence)(tVector2<float> const& point, unsigned int octaves) noexcept;
-    float (*spaceTurbulence)(tVector3<float> const& point, unsigned int octaves) noexcept;
+    /// With any number of octaves; leaves all points to the caller where that is 0.
+    std::size_t (*turbulences)(Point const* points, unsigned int octaves, float* results, std::size_t count);
+    /// At a single point.
+    float (*noise)(Argument point) noexcept;
+    /// At a single point, with any number of octaves.
+    float (*turbulence)(Argument point, unsigned int octaves) noexcept;
 };
 
 /// The four words of an RNGenerator.
@@ -62,42 +59,40 @@ struct GeneratorState
     std::uint32_t z, w, jsr, jcong;
 };
 
-/// Draws as floats, after which the state is that behind them.
-using GeneratorKernel = std::size_t (*)(GeneratorState& state, float* results, std::size_t count);
-
-struct Kernels
+struct GeneratorKernels
 {
-    GeometryKernels<float> floats;
-    GeometryKernels<double> doubles;
-    NoiseKernels noise;
-    SingleNoise single;
-    GeneratorKernel generator;
+    /// Draws as floats, after which the state is that behind them.
+    std::size_t (*draw)(GeneratorState& state, float* results, std::size_t count);
 };
 
-/// Those for the processor that this is, which is asked once.
-[[nodiscard]] Kernels const& ChosenKernels() noexcept;
+struct Kernels : GeometryKernels<float>,
+                 GeometryKernels<double>,
+                 NoiseKernels<float>,
+                 NoiseKernels<tVector2<float>>,
+                 NoiseKernels<tVector3<float>>,
+                 GeneratorKernels
+{
+};
 
 /// For the processors that the library is compiled for.
 [[nodiscard]] Kernels BaselineKernels() noexcept;
-#if defined __x86_64__
 /// For processors with AVX2.
 [[nodiscard]] Kernels Avx2Kernels() noexcept;
-/// For processors with the part of AVX-512 that HasAvx512() asks for.
+/// For processors with AVX-512 that permute bytes, too: F, BW, DQ, VL and VBMI.
 [[nodiscard]] Kernels Avx512Kernels() noexcept;
 
-[[nodiscard, gnu::always_inline]] inline bool HasAvx2() noexcept
+/// The set for a kind of processor.
+struct KernelSet
 {
-    return __builtin_cpu_supports("avx2") != 0;
-}
+    char const* name;
+    bool (*isSupported)() noexcept; ///< by the processor that this is, and by its operating system
+    Kernels (*kernels)() noexcept;
+};
 
-/// Whether the processor, and its operating system, has AVX2 and AVX-512 with the permutations of bytes: F, BW, DQ, VL
-/// and VBMI.
-[[nodiscard, gnu::always_inline]] inline bool HasAvx512() noexcept
-{
-    return HasAvx2() && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-           __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl") &&
-           __builtin_cpu_supports("avx512vbmi");
-}
-#endif
+/// All sets, the one for the newest processors first.
+[[nodiscard]] std::span<KernelSet const> KernelSets() noexcept;
+
+/// The first set that this processor supports, which is asked once.
+[[nodiscard]] Kernels const& ChosenKernels() noexcept;
 
 } // namespace bv::maths

@@ -4,7 +4,6 @@
 /// The loops over points of noise. A block of points goes through each stage together, so that a stage's results are
 /// in memory before the next one reads them as vectors.
 
-#include "Maths/Kernels/Kernels.h"
 #include "Maths/Kernels/Lanes/Vectors.h"
 #include "Maths/Kernels/Noise/Arithmetic.h"
 #include "Maths/Kernels/Noise/Tables.h"
@@ -208,25 +207,20 @@ class NoiseBlock
 public:
     static std::size_t Turbulence(Point const* points, unsigned int octaves, float* results, std::size_t count)
     {
+        if (octaves == 0)
+            return 0;
         NoiseBlock block;
         std::size_t done = 0;
         while (done + COUNT <= count)
         {
             std::size_t const left = (count - done) / COUNT * COUNT;
             std::size_t const part = left < BLOCK ? left : BLOCK;
-            block.Run(points + done, octaves, results + done, part);
+            block.Run(points + done, octaves < MAX_OCTAVES ? octaves : MAX_OCTAVES, results + done, part);
             done += part;
         }
         return done;
     }
 };
-
-template <std::size_t BYTES, template <std::size_t, std::size_t> typename Hashing>
-constexpr NoiseKernels AllNoise() noexcept
-{
-    return {NoiseBlock<float, BYTES, Hashing>::Turbulence, NoiseBlock<tVector2<float>, BYTES, Hashing>::Turbulence,
-            NoiseBlock<tVector3<float>, BYTES, Hashing>::Turbulence};
-}
 
 } // namespace
 

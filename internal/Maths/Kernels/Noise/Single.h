@@ -5,7 +5,6 @@
 
 #include <bit>
 
-#include "Maths/Kernels/Kernels.h"
 #include "Maths/Kernels/Noise/Arithmetic.h"
 #include "Maths/Kernels/Noise/Tables.h"
 #include "bv/maths/tVector2.h"
@@ -114,11 +113,19 @@ public:
         return ToUnitInterval(Lerp(fades[2], faces[0], faces[1]));
     }
 
-    static float Turbulence(float x, unsigned int octaves) noexcept { return Sum(x, octaves); }
-    static float Turbulence(tVector2<float> const& point, unsigned int octaves) noexcept { return Sum(point, octaves); }
-    static float Turbulence(tVector3<float> const& point, unsigned int octaves) noexcept { return Sum(point, octaves); }
+    /// @tparam Point a number or a vector.
+    /// @tparam Argument how it is passed.
+    template <typename Point, typename Argument = Point const&>
+    static float Noise(Argument point) noexcept
+    {
+        return At(point);
+    }
 
-    static constexpr SingleNoise All() noexcept { return {At, At, At, Turbulence, Turbulence, Turbulence}; }
+    template <typename Point, typename Argument = Point const&>
+    static float Turbulence(Argument point, unsigned int octaves) noexcept
+    {
+        return Sum<Point>(point, octaves);
+    }
 
 private:
     template <typename Point>

@@ -1,0 +1,12 @@
+# The loops of the batch forms and the noise, each file for newer processors with the flags of its kind. The library is
+# made of them, and so are the programs that look at every set of loops, whatever the library would choose.
+function(bv_add_kernels target)
+  set(folder ${CMAKE_CURRENT_FUNCTION_LIST_DIR})
+  target_sources(${target} PRIVATE ${folder}/Baseline.cpp ${folder}/Choice.cpp ${folder}/Noise/Tables.cpp)
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
+    target_sources(${target} PRIVATE ${folder}/Avx2.cpp ${folder}/Avx512.cpp)
+    set_source_files_properties(${folder}/Avx2.cpp TARGET_DIRECTORY ${target} PROPERTIES COMPILE_OPTIONS -mavx2)
+    set_source_files_properties(${folder}/Avx512.cpp TARGET_DIRECTORY ${target} PROPERTIES
+      COMPILE_OPTIONS "-mavx512f;-mavx512bw;-mavx512dq;-mavx512vl;-mavx512vbmi")
+  endif()
+endfunction()

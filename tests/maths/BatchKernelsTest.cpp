@@ -9,7 +9,6 @@
 
 #include "Maths/Kernels/Kernels.h"
 #include "Maths/Kernels/Noise/Blocks.h"
-#include "Maths/Kernels/Noise/ByteHashes.h"
 #include "bv/maths/Noise.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tVector2.h"

@@ -1,4 +1,4 @@
-// Vectors of 32 bytes. This file is compiled for AVX2, and called only where the processor has it.
+// Registers of 32 bytes. This file is compiled for AVX2, and called only where the processor has it.
 
 #include "Maths/Kernels/Set.h"
 

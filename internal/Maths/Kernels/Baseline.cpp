@@ -1,4 +1,4 @@
-// Vectors of 16 bytes, which every x86-64 processor has. Elsewhere the compiler makes of them what the processor
+// Registers of 16 bytes, which every x86-64 processor has. Elsewhere the compiler makes of them what the processor
 // offers.
 
 #include "Maths/Kernels/Set.h"

@@ -7,7 +7,6 @@
 #include "Maths/Kernels/Geometry.h"
 #include "Maths/Kernels/Kernels.h"
 #include "Maths/Kernels/Noise/Blocks.h"
-#include "Maths/Kernels/Noise/ByteHashes.h"
 #include "Maths/Kernels/Noise/Single.h"
 
 namespace bv::maths

@@ -2,10 +2,11 @@
 
 /// @file
 /// The loops over points of noise. A block of points goes through each stage together, so that a stage's results are
-/// in memory before the next one reads them as vectors.
+/// in memory before the next one reads them as registers.
 
-#include "Maths/Kernels/Lanes/Vectors.h"
+#include "Maths/Kernels/Lanes/Points.h"
 #include "Maths/Kernels/Noise/Arithmetic.h"
+#include "Maths/Kernels/Noise/Hashes.h"
 #include "Maths/Kernels/Noise/Tables.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
@@ -16,86 +17,14 @@ namespace bv::maths
 namespace
 {
 
-constexpr std::size_t BLOCK = 128; ///< points that go through the stages together
-
-/// The gradients at the corners of the cells, point by point: one look-up after another in tables in memory.
-///
-/// Corners are counted along the last axis first, and gradients come in pairs along it; see NoiseTables.
-template <std::size_t AXES, std::size_t BYTES>
-class TableHashes
-{
-public:
-    using Cell = std::int32_t;
-
-private:
-    alignas(64) std::uint32_t words[BLOCK]; ///< a byte for each pair of a point's corners, the first one lowest
-
-public:
-    void Look(Cell const (&cells)[AXES][BLOCK], std::size_t count) noexcept
-    {
-#pragma GCC unroll 4
-        for (std::size_t i = 0; i < count; ++i)
-            LookOne(cells, i);
-    }
-
-    /// The gradients at a corner, in the highest bits of the lanes, with something else below.
-    [[gnu::always_inline]] auto Gradients(std::size_t corner, std::size_t first) const noexcept
-    {
-        return Load<Lanes<std::int32_t, BYTES>>(&words[first])
-               << static_cast<int>(24 - corner / 2 * 8 + corner % 2 * 4);
-    }
-
-private:
-    [[gnu::always_inline]] void LookOne(Cell const (&cells)[AXES][BLOCK], std::size_t i) noexcept
-    {
-        NoiseTables const& tables = NOISE_TABLES;
-        auto const x = static_cast<std::size_t>(cells[0][i]);
-        if constexpr (AXES == 1)
-            words[i] = tables.lineGradients.entries[x];
-        else
-        {
-            auto const y = static_cast<std::size_t>(cells[1][i]);
-            unsigned int const ends = tables.permutationPairs[x];
-            if constexpr (AXES == 2)
-                words[i] = Both(&tables.planeGradients.entries[y], Low(ends), High(ends));
-            else
-            {
-                std::uint16_t const* const row = &tables.permutationPairs[y];
-                std::uint8_t const* const layer = &tables.spaceGradients.entries[static_cast<std::size_t>(cells[2][i])];
-                unsigned int const left = row[Low(ends)];
-                unsigned int const right = row[High(ends)];
-                words[i] = Both(layer, Low(left), High(left)) | Both(layer, Low(right), High(right)) << 16U;
-            }
-        }
-    }
-
-    [[gnu::always_inline]] static std::uint32_t Both(std::uint8_t const* table, unsigned int low,
-                                                     unsigned int high) noexcept
-    {
-        std::uint32_t const upper = table[high];
-        return table[low] | upper << 8U;
-    }
-    [[gnu::always_inline]] static unsigned int Low(unsigned int pair) noexcept
-    {
-        return pair & 255U;
-    }
-    [[gnu::always_inline]] static unsigned int High(unsigned int pair) noexcept
-    {
-        return pair >> 8U;
-    }
-};
-
-template <typename Point>
-constexpr std::size_t DIMENSIONS = sizeof(Point) / sizeof(float);
-
 /// @tparam Hashing how the gradients at the corners are found, such as TableHashes.
 template <typename Point, std::size_t BYTES, template <std::size_t, std::size_t> typename Hashing>
 class NoiseBlock
 {
-    using V = Lanes<float, BYTES>;
+    using V = Register<float, BYTES>;
     using M = Mask<V>;
-    static constexpr std::size_t COUNT = BYTES / sizeof(float);
-    static constexpr std::size_t AXES = DIMENSIONS<Point>;
+    static constexpr std::size_t LANES = COUNT<V>;
+    static constexpr std::size_t AXES = sizeof(Point) / sizeof(float);
     using Hashes = Hashing<AXES, BYTES>;
 
     alignas(64) float coordinates[AXES][BLOCK] = {};
@@ -108,34 +37,32 @@ class NoiseBlock
     /// Splits the points into their coordinates.
     [[gnu::always_inline]] void Read(Point const* points, std::size_t count) noexcept
     {
-        constexpr std::size_t PART = BYTES < 32 ? BYTES : 32; // wider ones would have to be put together
-        for (std::size_t i = 0; i < count; i += PART / sizeof(float))
+        for (std::size_t i = 0; i < count; i += LANES)
         {
-            auto const parts = LoadVectors<float, PART, AXES>(points + i);
+            auto const read = LoadPoints<V, AXES>(Numbers<float>(points + i));
+#pragma GCC unroll 3
             for (std::size_t axis = 0; axis < AXES; ++axis)
-                Store(parts.components[axis], &coordinates[axis][i]);
+                Store(read.axes[axis], &coordinates[axis][i]);
         }
     }
 
-    /// Cells and fractions of all coordinates. Whole turns of four vectors do no harm behind the points.
+    /// Cells and fractions of all coordinates. Whole turns of four registers do no harm behind the points.
     [[gnu::always_inline]] void LocateAll(std::size_t count) noexcept
     {
         for (std::size_t axis = 0; axis < AXES; ++axis)
-            for (std::size_t i = 0; i < count; i += 4 * COUNT)
+            for (std::size_t i = 0; i < count; i += 4 * LANES)
             {
                 M wholes[4];
 #pragma GCC unroll 4
                 for (std::size_t part = 0; part < 4; ++part)
                 {
-                    auto const [cell, fraction] = Locate(Load<V>(&coordinates[axis][i + part * COUNT]));
-                    Store(fraction, &fractions[axis][i + part * COUNT]);
-                    Store(Fade(fraction), &fades[axis][i + part * COUNT]);
+                    std::size_t const at = i + part * LANES;
+                    auto const [cell, fraction] = Locate(Load<V>(&coordinates[axis][at]));
+                    Store(fraction, &fractions[axis][at]);
+                    Store(Fade(fraction), &fades[axis][at]);
                     wholes[part] = cell;
                 }
-                if constexpr (sizeof(typename Hashes::Cell) == 1)
-                    StoreNarrow(wholes, &cells[axis][i]);
-                else
-                    __builtin_memcpy(&cells[axis][i], wholes, sizeof wholes);
+                StoreCells(wholes, &cells[axis][i]);
             }
     }
 
@@ -165,9 +92,9 @@ class NoiseBlock
         hashes.Look(cells, count);
         // Few enough operations in a loop for the processor to have several turns of it under way.
         if constexpr (AXES == 3)
-            for (std::size_t i = 0; i < count; i += COUNT)
+            for (std::size_t i = 0; i < count; i += LANES)
                 Store(AcrossY(0, i, Load<V>(&fractions[2][i])), &nearFaces[i]);
-        for (std::size_t i = 0; i < count; i += COUNT)
+        for (std::size_t i = 0; i < count; i += LANES)
         {
             V noise;
             if constexpr (AXES == 1)
@@ -185,12 +112,13 @@ class NoiseBlock
     [[gnu::always_inline]] void Double(std::size_t count) noexcept
     {
         for (auto& axis : coordinates)
-            for (std::size_t i = 0; i < count; i += COUNT)
+            for (std::size_t i = 0; i < count; i += LANES)
                 Store(Load<V>(&axis[i]) * 2.0F, &axis[i]);
     }
 
     /// The points are all read before a result is written.
-    /// @param count a multiple of COUNT, at most BLOCK.
+    /// @param octaves at most MAX_OCTAVES.
+    /// @param count a multiple of LANES, at most BLOCK.
     void Run(Point const* points, unsigned int octaves, float* results, std::size_t count) noexcept
     {
         Read(points, count);
@@ -211,9 +139,9 @@ public:
             return 0;
         NoiseBlock block;
         std::size_t done = 0;
-        while (done + COUNT <= count)
+        while (done + LANES <= count)
         {
-            std::size_t const left = (count - done) / COUNT * COUNT;
+            std::size_t const left = (count - done) / LANES * LANES;
             std::size_t const part = left < BLOCK ? left : BLOCK;
             block.Run(points + done, octaves < MAX_OCTAVES ? octaves : MAX_OCTAVES, results + done, part);
             done += part;

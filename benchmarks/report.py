@@ -336,9 +336,9 @@ A program is built three times, and its peers with it: what is inline is compile
 comes from the installed library. This library's code is compiled without contraction to fused operations, since its
 results are promised to the bit; the peers' is compiled as their users compile it.
 
-[Notes](notes.md) say what holds a row back, and what the processor's own limits are. [digest.txt](digest.txt) holds a
-hash of the results for each topic: it guards against a change of results on the way to speed, and proves nothing about
-their being right.
+[Notes](notes.md) say what holds a row back, and what the processor's own limits are. The results are compared with a
+[record](../../tests/digest/record.txt) of their hashes: it guards against a change of results on the way to speed, and
+proves nothing about their being right.
 """
 
 

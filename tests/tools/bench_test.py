@@ -11,7 +11,7 @@ import tempfile
 import unittest
 
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
-sys.path.insert(0, os.path.join(ROOT, "benchmarks"))
+sys.path[:0] = [os.path.join(ROOT, "benchmarks"), os.path.join(ROOT, "tests", "digest")]
 sys.dont_write_bytecode = True
 
 import costs  # noqa: E402
@@ -331,7 +331,7 @@ class DigestTest(unittest.TestCase):
             with open(program, "w", encoding="utf-8") as file:
                 file.write("#!/bin/sh\necho vectors 00ff\n")
             os.chmod(program, 0o755)
-            script = os.path.join(ROOT, "benchmarks", "digest.py")
+            script = os.path.join(ROOT, "tests", "digest", "digest.py")
             for text, code in (("vectors 00ff\n", 0), ("vectors 00fe\n", 1), ("", 1)):
                 with open(record, "w", encoding="utf-8") as file:
                     file.write(text)

@@ -4,7 +4,7 @@
 
 #include <bv/maths/simd/AVXRay.h>
 
-#include "DigestAvx.h"
+#include "PacketsOfEight.h"
 
 namespace digest
 {

@@ -33,7 +33,7 @@
 #include <bv/maths/tRay.h>
 
 #include "Digest.h"
-#include "DigestAvx.h"
+#include "PacketsOfEight.h"
 
 namespace digest
 {

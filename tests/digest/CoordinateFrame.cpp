@@ -1,0 +1,57 @@
+#include <cstddef>
+#include <vector>
+
+#include <bv/maths/tCoordinateFrame.h>
+
+#include "Matrices.h"
+#include "Run.h"
+#include "Topics.h"
+
+namespace digest
+{
+
+namespace
+{
+
+template <typename T>
+void Frames(Digest& digest, Workload&)
+{
+    std::vector<tCoordinateFrame<T>> frames;
+    for (unsigned char x = 0; x < 7; ++x)
+        for (unsigned char y = 0; y < 7; ++y)
+            for (unsigned char z = 0; z < 7; ++z)
+            {
+                tCoordinateFrame<T> set;
+                digest.Try([&] { return set.Set(x, y, z).GetX(); });
+                digest.Add(set.GetX(), set.GetY(), set.GetZ());
+                digest.Try(
+                    [&]
+                    {
+                        tCoordinateFrame<T> const frame(x, y, z);
+                        frames.push_back(frame);
+                        return frame.GetHandedness();
+                    });
+            }
+    for (std::size_t i = 0; i < frames.size(); ++i)
+    {
+        for (unsigned char direction = 0; direction < 8; ++direction)
+            digest.Add(frames[i].GetVector(direction));
+        for (std::size_t k = i % 5; k < frames.size(); k += 5)
+        {
+            AddWhole(digest, frames[i].CreateRotationMatrix(frames[k]));
+            unsigned char faces[6] = {9, 9, 9, 9, 9, 9};
+            frames[i].MapCubeMap(frames[k], faces);
+            for (unsigned char const face : faces)
+                digest.Add(face);
+        }
+    }
+}
+
+} // namespace
+
+void RunCoordinateFrames()
+{
+    RunBoth("frames", Frames<float>, Frames<double>);
+}
+
+} // namespace digest

@@ -1,0 +1,65 @@
+#include <bv/maths/Percentage.h>
+
+#include "Run.h"
+#include "Topics.h"
+
+namespace digest
+{
+
+namespace
+{
+
+void Percentages(Digest& digest, Workload& work)
+{
+    auto const fields = [](Percentage const& p)
+    {
+        Digest inner;
+        inner.Add(p.GetNumerator(), p.GetDenominator(), static_cast<float>(p));
+        return inner.GetHash();
+    };
+    auto const draw = [&]
+    { return work.OneIn(4) ? work.Below(4) : static_cast<unsigned int>(work.Bits()) >> work.Below(32); };
+    for (int i = 0; i < 4000; ++i)
+    {
+        unsigned int const n = draw();
+        unsigned int const d = draw();
+        unsigned int const m = draw();
+        unsigned int const e = draw();
+        digest.Try([&] { return fields(Percentage(n, d)); });
+        digest.Try([&] { return fields(Percentage(n, d) * Percentage(m, e)); });
+        digest.Try([&] { return fields(Percentage(n, d) + Percentage(m, e)); });
+        digest.Try([&] { return fields(Percentage(n, d) / Percentage(m, e)); });
+        digest.Try([&] { return fields(Percentage(n, d) / m); });
+        digest.Try([&] { return fields(Percentage(n, d) * m); });
+        digest.Try([&] { return fields(Percentage(n, d) + m); });
+        Percentage p(n);
+        Percentage const& itself = p;
+        for (int k = 0; k < 6; ++k)
+        {
+            unsigned int const a = draw();
+            unsigned int const b = draw();
+            unsigned int const operation = work.Below(4);
+            digest.Try(
+                [&]
+                {
+                    Percentage const q(a, b);
+                    return fields(operation == 0 ? p *= q : operation == 1 ? p += q : operation == 2 ? p /= q : p /= a);
+                });
+            digest.Add(fields(p));
+            digest.Try(
+                [&] {
+                    return fields(operation == 0 ? p *= itself : operation == 1 ? p += itself : p /= itself);
+                });
+            digest.Add(fields(p));
+        }
+    }
+}
+
+} // namespace
+
+void RunPercentages()
+{
+    Run("percentages", Percentages);
+}
+
+} // namespace digest

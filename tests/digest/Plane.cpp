@@ -1,0 +1,48 @@
+#include <type_traits>
+
+#include <bv/maths/tPlane.h>
+
+#include "Run.h"
+#include "Topics.h"
+
+namespace digest
+{
+
+namespace
+{
+
+template <typename T>
+void Planes(Digest& digest, Workload& work)
+{
+    using Other = std::conditional_t<sizeof(T) == 4, double, float>;
+    for (unsigned int const rarity : RARITIES)
+        for (int i = 0; i < 3000; ++i)
+        {
+            tVector3<T> const normal = work.OneIn(16) ? tVector3<T>() : work.Vector3<T>(rarity);
+            tPlane<T> plane(normal, work.Number<T>(rarity));
+            tVector3<T> const point = work.Vector3<T>(rarity);
+            tVector3<T> const direction =
+                work.OneIn(6) ? plane.GetNormal().Cross(point) : work.Vector3<T>(rarity); // parallel, or almost so
+            digest.Add(plane, plane.GetDistance(point), plane.GetAbsoluteDistance(point));
+            tPlane<T> const& constant = plane;
+            digest.Try([&] { return constant.GetIntersection(point, direction); });
+            digest.Try([&] { return plane.GetIntersection(point, direction); });
+            T const values[] = {point.x, point.y, point.z, direction.x};
+            tPlane<T> second(values);
+            digest.Add(second, tPlane<Other>(plane), plane == second, plane != second, plane == plane);
+            second.SetOffset(direction.y);
+            digest.Try([&] { return second.SetNormal(direction), second; });
+            digest.Add(second, second.Set(direction, point.x));
+            second = values;
+            digest.Add(second);
+        }
+}
+
+} // namespace
+
+void RunPlanes()
+{
+    RunBoth("planes", Planes<float>, Planes<double>);
+}
+
+} // namespace digest

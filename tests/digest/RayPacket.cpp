@@ -1,0 +1,106 @@
+#include <cstdint>
+#include <emmintrin.h>
+
+#include <bv/maths/simd/SSERay.h>
+#include <bv/maths/tDepthRay.h>
+
+#include "PacketsOfEight.h"
+#include "Run.h"
+#include "Topics.h"
+
+namespace digest
+{
+
+namespace
+{
+
+/// Calls `use(rays, matrix, box, tNear, tFar)` with eight of each.
+template <typename Use>
+void ForPackets(Workload& work, Use use)
+{
+    for (unsigned int const rarity : RARITIES)
+        for (int i = 0; i < 4000; ++i)
+        {
+            DepthRayf rays[8];
+            float tNear[8];
+            float tFar[8];
+            for (int k = 0; k < 8; ++k)
+            {
+                rays[k].origin = work.Vector3<float>(rarity);
+                rays[k].direction = work.Direction<float>(rarity);
+                tNear[k] = work.OneIn(2) ? 0.0F : work.Number<float>(rarity);
+                tFar[k] = work.OneIn(2) ? 100.0F : work.Number<float>(rarity);
+            }
+            Matrix4f const matrix = work.OneIn(2) ? Matrix4f() : work.AnyMatrix<float>(rarity);
+            VolumeAABBf const box = work.Volume<float>(rarity);
+            use(rays, matrix, box, tNear, tFar);
+        }
+}
+
+void SsePackets(Digest& digest, Workload& work)
+{
+    auto const addLanes = [&](__m128 lanes)
+    {
+        alignas(16) float values[4];
+        _mm_store_ps(values, lanes);
+        digest.Add(values[0], values[1], values[2], values[3]);
+    };
+    ForPackets(work,
+               [&](DepthRayf const* rays, Matrix4f const& matrix, VolumeAABBf const& box, float const* tNear,
+                   float const* tFar)
+               {
+                   for (int half = 0; half < 8; half += 4)
+                   {
+                       simd::SSERay packet;
+                       packet.Initialise(rays + half);
+                       packet.Transform(matrix);
+                       __m128 lo = _mm_loadu_ps(tNear + half);
+                       __m128 hi = _mm_loadu_ps(tFar + half);
+                       __m128 const hit = packet.Clip(box, lo, hi);
+                       alignas(16) std::uint32_t mask[4];
+                       _mm_store_si128(reinterpret_cast<__m128i*>(mask), _mm_castps_si128(hit));
+                       digest.Add(mask[0], mask[1], mask[2], mask[3]);
+                       addLanes(lo);
+                       addLanes(hi);
+                       for (int axis = 0; axis < 3; ++axis)
+                       {
+                           addLanes(packet.GetOrigin()[axis]);
+                           addLanes(packet.GetDirection()[axis]);
+                           addLanes(packet.GetInvDirection()[axis]);
+                       }
+                   }
+               });
+}
+
+void AvxPackets(Digest& digest, Workload& work)
+{
+    ForPackets(work,
+               [&](DepthRayf const* rays, Matrix4f const& matrix, VolumeAABBf const& box, float const* tNear,
+                   float const* tFar)
+               {
+                   EightRays results{};
+                   for (int k = 0; k < 8; ++k)
+                   {
+                       results.tNear[k] = tNear[k];
+                       results.tFar[k] = tFar[k];
+                   }
+                   ClipEight(rays, matrix, box, results);
+                   for (int k = 0; k < 8; ++k)
+                   {
+                       digest.Add(results.mask[k], results.tNear[k], results.tFar[k]);
+                       for (int axis = 0; axis < 3; ++axis)
+                           digest.Add(results.origin[axis][k], results.direction[axis][k], results.inverse[axis][k]);
+                   }
+               });
+}
+
+} // namespace
+
+void RunRayPackets()
+{
+    Run("packets-sse.float", SsePackets);
+    if (__builtin_cpu_supports("avx"))
+        Run("packets-avx.float", AvxPackets);
+}
+
+} // namespace digest

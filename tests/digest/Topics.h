@@ -1,0 +1,36 @@
+#pragma once
+
+/// @file
+/// The topics: each prints its lines, in a file of its own.
+
+namespace digest
+{
+
+void RunVectors();
+void RunScalars();
+void RunPercentages();
+void RunMatrixConstruction();
+void RunMatrixArithmetic();
+void RunMatrixBuilders();
+void RunTransforms();
+void RunAreas();
+void RunVolumes();
+void RunSpheres();
+void RunPlanes();
+void RunFrusta();
+void RunRays();
+void RunRayPackets();
+void RunCoordinateFrames();
+void RunDifferentials();
+void RunLocalAxes();
+void RunNoise();
+void RunGenerators();
+void RunHashes();
+void RunTexts();
+void RunStreams();
+void RunExceptions();
+void RunRotations();
+void RunSphereVolumes();
+void RunReciprocals();
+
+} // namespace digest

@@ -1,0 +1,46 @@
+#include <bv/maths/tMatrix4.h>
+#include <bv/maths/tVector3.h>
+
+#include "Matrices.h"
+#include "Run.h"
+#include "Topics.h"
+
+namespace digest
+{
+
+namespace
+{
+
+template <typename T>
+void Transforms(Digest& digest, Workload& work)
+{
+    for (unsigned int const rarity : RARITIES)
+        for (unsigned int kind = 0; kind < 5; ++kind)
+            for (int i = 0; i < 1500; ++i)
+            {
+                tMatrix4<T> matrix = work.Matrix<T>(kind < 4 ? kind : 3, rarity);
+                if (kind == 4)
+                    matrix = WithState(matrix, 5);
+                if (work.OneIn(6)) // the fourth coordinate comes out as zero, or close to it
+                {
+                    matrix(12) = matrix(13) = matrix(14) = T{0};
+                    matrix(15) = work.Near(T{0});
+                }
+                tVector3<T> const vector = work.Vector3<T>(rarity);
+                digest.Try([&] { return vector.Transformed(matrix); });
+                tVector3<T> changed = vector;
+                digest.Try([&] { return changed.Transform(matrix); });
+                digest.Add(changed, vector.TransformedAsVector(matrix));
+                changed = vector;
+                digest.Add(changed.TransformAsVector(matrix), changed);
+            }
+}
+
+} // namespace
+
+void RunTransforms()
+{
+    RunBoth("transforms", Transforms<float>, Transforms<double>);
+}
+
+} // namespace digest

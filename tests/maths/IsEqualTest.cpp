@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
-#include "IsEqualValues.h"
 #include "support/SameBits.h"
+#include "values/IsEqualValues.h"
 
 namespace
 {

@@ -9,10 +9,10 @@
 
 #include <gtest/gtest.h>
 
-#include "NoiseValues.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
 #include "support/SameBits.h"
+#include "values/NoiseValues.h"
 
 namespace
 {
@@ -51,7 +51,7 @@ float MiddleOf(int cell)
     return static_cast<float>(cell) + 0.5F;
 }
 
-/// The values at the points of NoiseValues.h, worked out by noise_values.py.
+/// The values at the points of values/NoiseValues.h, worked out by the script beside it.
 TEST(NoiseTest, Noise1HasTheBitsOfTheIndependentModel)
 {
     for (auto const& [x, result] : bv::test::NOISE_1)

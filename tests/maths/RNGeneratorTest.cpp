@@ -13,8 +13,8 @@
 
 #include <gtest/gtest.h>
 
-#include "RandomValues.h"
 #include "support/SameBits.h"
+#include "values/RandomValues.h"
 
 namespace
 {
@@ -323,7 +323,7 @@ TEST(RNGeneratorTest, TheVectorAndPairOperationsCallThroughThePointers)
 
 TEST(RNGeneratorTest, GetFloatCanBeZeroAndIsAtMostOneLessAStep)
 {
-    RNGenerator generator(25814); // draw 488 has its top 23 bits all 0, as random_values.py finds
+    RNGenerator generator(25814); // draw 488 has its top 23 bits all 0, as values/random_values.py finds
     for (int i = 0; i < 488; ++i)
         generator.GetInteger();
     ExpectSameBits(generator.GetFloat(), 0.0F);

@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "ScalarValues.h"
 #include "support/SameBits.h"
+#include "values/ScalarValues.h"
 
 #if !defined _WIN32
 #include <csignal>

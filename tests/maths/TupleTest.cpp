@@ -11,8 +11,8 @@
 #include <gtest/gtest.h>
 
 #include "ComponentChecks.h"
-#include "TupleHashValues.h"
 #include "bv/maths/Forward.h"
+#include "values/TupleHashValues.h"
 
 namespace elsewhere
 {

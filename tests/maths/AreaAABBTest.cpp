@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstring>
 #include <iomanip>
-#include <limits>
 #include <random>
 #include <sstream>
 #include <string>
@@ -18,23 +17,18 @@
 #include "bv/InvalidArgumentException.h"
 #include "bv/maths/tAreaDisc.h"
 #include "support/Allocations.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
 
 using bv::maths::tAreaAABB;
 using bv::maths::tAreaDisc;
 using bv::maths::tVector2;
-using bv::test::ExpectSameBits;
+using namespace bv::test;
 
 namespace
 {
-
-template <typename T>
-constexpr T INF = std::numeric_limits<T>::infinity();
-template <typename T>
-constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
-template <typename T>
-using Other = std::conditional_t<std::is_same_v<T, float>, double, float>;
 
 /// The four numbers of a box, to the bit.
 template <typename T>
@@ -56,7 +50,6 @@ template <typename T>
 class AreaAABBTest : public testing::Test
 {
 };
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(AreaAABBTest, Precisions);
 
 // What holds when the program is compiled.
@@ -196,8 +189,8 @@ TYPED_TEST(AreaAABBTest, CornersAreTakenAsTheyAreWithoutReorderingOrChecking)
 {
     ExpectBox(tAreaAABB<TypeParam>({1, 2}, {3, 4}), 1, 2, 3, 4);
     ExpectBox(tAreaAABB<TypeParam>({3, 4}, {1, 2}), 3, 4, 1, 2);
-    ExpectBox(tAreaAABB<TypeParam>({NOT_A_NUMBER<TypeParam>, TypeParam{-0.0}}, {-INF<TypeParam>, 0}),
-              NOT_A_NUMBER<TypeParam>, TypeParam{-0.0}, -INF<TypeParam>, 0);
+    ExpectBox(tAreaAABB<TypeParam>({QUIET_NAN<TypeParam>, TypeParam{-0.0}}, {-INF<TypeParam>, 0}), QUIET_NAN<TypeParam>,
+              TypeParam{-0.0}, -INF<TypeParam>, 0);
 }
 
 TYPED_TEST(AreaAABBTest, ABoxFromOnePointReachesFromTheOriginToIt)
@@ -279,10 +272,10 @@ TYPED_TEST(AreaAABBTest, CornersAreReadAndWrittenThroughReferences)
 TYPED_TEST(AreaAABBTest, SettersOverwriteOneCornerWithoutChecking)
 {
     tAreaAABB<TypeParam> box({1, 2}, {3, 4});
-    box.SetMin({10, NOT_A_NUMBER<TypeParam>});
-    ExpectBox(box, 10, NOT_A_NUMBER<TypeParam>, 3, 4);
+    box.SetMin({10, QUIET_NAN<TypeParam>});
+    ExpectBox(box, 10, QUIET_NAN<TypeParam>, 3, 4);
     box.SetMax({-5, -6});
-    ExpectBox(box, 10, NOT_A_NUMBER<TypeParam>, -5, -6);
+    ExpectBox(box, 10, QUIET_NAN<TypeParam>, -5, -6);
 }
 
 TYPED_TEST(AreaAABBTest, ACornerCanBeSetToTheOtherCornerOfTheSameBox)
@@ -322,7 +315,7 @@ TYPED_TEST(AreaAABBTest, ABoxWithANaNIsInvalid)
     for (std::size_t number = 0; number < 4; ++number)
     {
         tAreaAABB<TypeParam> box({1, 2}, {3, 4});
-        (number < 2 ? box.GetMin() : box.GetMax())[number % 2] = NOT_A_NUMBER<TypeParam>;
+        (number < 2 ? box.GetMin() : box.GetMax())[number % 2] = QUIET_NAN<TypeParam>;
         EXPECT_FALSE(box.IsValid()) << number;
     }
 }
@@ -338,22 +331,22 @@ TYPED_TEST(AreaAABBTest, LowerEdgesAreAlwaysInsideAndUpperEdgesUnlessExcluded)
         bool halfOpen;
     };
     for (auto const& [point, closed, halfOpen] : {
-             Case{{2, 3}, true, true},                        // inside
-             Case{{1, 3}, true, true},                        // on the lower edge of x
-             Case{{2, 2}, true, true},                        // on the lower edge of y
-             Case{{1, 2}, true, true},                        // on the lower corner
-             Case{{3, 3}, true, false},                       // on the upper edge of x
-             Case{{2, 5}, true, false},                       // on the upper edge of y
-             Case{{3, 5}, true, false},                       // on the upper corner
-             Case{{1, 5}, true, false},                       // on a mixed corner
-             Case{{3, 2}, true, false},                       // on the other one
-             Case{{TypeParam(0.5), 3}, false, false},         // below x
-             Case{{TypeParam(3.5), 3}, false, false},         // above x
-             Case{{2, TypeParam(1.5)}, false, false},         // below y
-             Case{{2, TypeParam(5.5)}, false, false},         // above y
-             Case{{-INF<TypeParam>, 3}, false, false},        // infinitely far
-             Case{{2, INF<TypeParam>}, false, false},         // the same, upward
-             Case{{NOT_A_NUMBER<TypeParam>, 3}, false, false} // nowhere
+             Case{{2, 3}, true, true},                     // inside
+             Case{{1, 3}, true, true},                     // on the lower edge of x
+             Case{{2, 2}, true, true},                     // on the lower edge of y
+             Case{{1, 2}, true, true},                     // on the lower corner
+             Case{{3, 3}, true, false},                    // on the upper edge of x
+             Case{{2, 5}, true, false},                    // on the upper edge of y
+             Case{{3, 5}, true, false},                    // on the upper corner
+             Case{{1, 5}, true, false},                    // on a mixed corner
+             Case{{3, 2}, true, false},                    // on the other one
+             Case{{TypeParam(0.5), 3}, false, false},      // below x
+             Case{{TypeParam(3.5), 3}, false, false},      // above x
+             Case{{2, TypeParam(1.5)}, false, false},      // below y
+             Case{{2, TypeParam(5.5)}, false, false},      // above y
+             Case{{-INF<TypeParam>, 3}, false, false},     // infinitely far
+             Case{{2, INF<TypeParam>}, false, false},      // the same, upward
+             Case{{QUIET_NAN<TypeParam>, 3}, false, false} // nowhere
          })
     {
         EXPECT_EQ(box.Contains(point, false), closed) << point;
@@ -379,8 +372,8 @@ TYPED_TEST(AreaAABBTest, APointWithANaNIsNowhereInside)
     tAreaAABB<TypeParam> const box({-INF<TypeParam>, -INF<TypeParam>}, {INF<TypeParam>, INF<TypeParam>});
     for (bool const exclusive : {false, true})
     {
-        EXPECT_FALSE(box.Contains({NOT_A_NUMBER<TypeParam>, 0}, exclusive));
-        EXPECT_FALSE(box.Contains({0, NOT_A_NUMBER<TypeParam>}, exclusive));
+        EXPECT_FALSE(box.Contains({QUIET_NAN<TypeParam>, 0}, exclusive));
+        EXPECT_FALSE(box.Contains({0, QUIET_NAN<TypeParam>}, exclusive));
         EXPECT_TRUE(box.Contains({0, 0}, exclusive));
     }
 }
@@ -390,7 +383,7 @@ TYPED_TEST(AreaAABBTest, ABoxWithANaNContainsNothing)
     for (std::size_t number = 0; number < 4; ++number)
     {
         tAreaAABB<TypeParam> box({-1, -1}, {1, 1});
-        (number < 2 ? box.GetMin() : box.GetMax())[number % 2] = NOT_A_NUMBER<TypeParam>;
+        (number < 2 ? box.GetMin() : box.GetMax())[number % 2] = QUIET_NAN<TypeParam>;
         EXPECT_FALSE(box.Contains({0, 0}, false)) << number;
         EXPECT_FALSE(box.Contains({0, 0}, true)) << number;
     }
@@ -398,7 +391,7 @@ TYPED_TEST(AreaAABBTest, ABoxWithANaNContainsNothing)
 
 TYPED_TEST(AreaAABBTest, TheEmptyBoxContainsNoPointInEitherMode)
 {
-    TypeParam const values[] = {-INF<TypeParam>, -1, 0, 1, INF<TypeParam>, NOT_A_NUMBER<TypeParam>};
+    TypeParam const values[] = {-INF<TypeParam>, -1, 0, 1, INF<TypeParam>, QUIET_NAN<TypeParam>};
     tAreaAABB<TypeParam> reset({1, 2}, {3, 4});
     reset.Reset();
     for (tAreaAABB<TypeParam> const& box : {tAreaAABB<TypeParam>(), reset})
@@ -466,12 +459,12 @@ TYPED_TEST(AreaAABBTest, BelowMinTheMaxSideIsNotLookedAt)
 TYPED_TEST(AreaAABBTest, ANaNAxisAddsNothingToTheDistance)
 {
     tAreaAABB<TypeParam> const box({0, 0}, {1, 1});
-    EXPECT_EQ(box.DistanceSquared({NOT_A_NUMBER<TypeParam>, 3}), TypeParam{4});
-    EXPECT_EQ(box.DistanceSquared({-3, NOT_A_NUMBER<TypeParam>}), TypeParam{9});
-    ExpectSameBits(box.Distance({NOT_A_NUMBER<TypeParam>, NOT_A_NUMBER<TypeParam>}), TypeParam{0});
+    EXPECT_EQ(box.DistanceSquared({QUIET_NAN<TypeParam>, 3}), TypeParam{4});
+    EXPECT_EQ(box.DistanceSquared({-3, QUIET_NAN<TypeParam>}), TypeParam{9});
+    ExpectSameBits(box.Distance({QUIET_NAN<TypeParam>, QUIET_NAN<TypeParam>}), TypeParam{0});
     // A NaN lower corner leaves the upper one at work, and the other way round.
-    EXPECT_EQ(tAreaAABB<TypeParam>({NOT_A_NUMBER<TypeParam>, 0}, {1, 1}).DistanceSquared({3, 0}), TypeParam{4});
-    EXPECT_EQ(tAreaAABB<TypeParam>({0, 0}, {NOT_A_NUMBER<TypeParam>, 1}).DistanceSquared({-3, 0}), TypeParam{9});
+    EXPECT_EQ(tAreaAABB<TypeParam>({QUIET_NAN<TypeParam>, 0}, {1, 1}).DistanceSquared({3, 0}), TypeParam{4});
+    EXPECT_EQ(tAreaAABB<TypeParam>({0, 0}, {QUIET_NAN<TypeParam>, 1}).DistanceSquared({-3, 0}), TypeParam{9});
 }
 
 TYPED_TEST(AreaAABBTest, TheEmptyBoxIsInfinitelyFarAway)
@@ -483,8 +476,8 @@ TYPED_TEST(AreaAABBTest, TheEmptyBoxIsInfinitelyFarAway)
 TYPED_TEST(AreaAABBTest, TheDistanceIsTheRootOfTheVerySumEvenWhereThatOverflowsOrUnderflows)
 {
     tAreaAABB<TypeParam> const box({0, 0}, {0, 0});
-    TypeParam const huge = std::numeric_limits<TypeParam>::max();
-    TypeParam const tiny = std::numeric_limits<TypeParam>::min();
+    TypeParam const huge = LARGEST<TypeParam>;
+    TypeParam const tiny = SMALLEST_NORMAL<TypeParam>;
     EXPECT_EQ(box.DistanceSquared({huge, 0}), INF<TypeParam>);
     EXPECT_EQ(box.Distance({huge, 0}), INF<TypeParam>);
     ExpectSameBits(box.DistanceSquared({tiny, tiny}), TypeParam{0});
@@ -507,9 +500,9 @@ TYPED_TEST(AreaAABBTest, TheCentreIsHalfTheSumOfTheCorners)
 {
     using Box = tAreaAABB<TypeParam>;
     ExpectSameBits(Box({1, 2}, {4, -9}).GetCentre(), {TypeParam(2.5), TypeParam(-3.5)});
-    TypeParam const huge = std::numeric_limits<TypeParam>::max();
+    TypeParam const huge = LARGEST<TypeParam>;
     ExpectSameBits(Box({huge, 0}, {huge, 0}).GetCentre(), {INF<TypeParam>, 0}); // the sum overflows before it is halved
-    TypeParam const least = std::numeric_limits<TypeParam>::denorm_min();
+    TypeParam const least = TINY<TypeParam>;
     ExpectSameBits(Box({least, least}, {0, least}).GetCentre(), {0, least}); // half the least number goes to the even 0
 }
 
@@ -595,7 +588,7 @@ TYPED_TEST(AreaAABBTest, ADiscWhoseCentreIsInsideAlwaysOverlaps)
     using Disc = tAreaDisc<TypeParam>;
     tAreaAABB<TypeParam> const box({0, 0}, {4, 2});
     for (TypeParam const squaredRadius :
-         {TypeParam{1}, TypeParam{0}, TypeParam{-1}, -INF<TypeParam>, NOT_A_NUMBER<TypeParam>})
+         {TypeParam{1}, TypeParam{0}, TypeParam{-1}, -INF<TypeParam>, QUIET_NAN<TypeParam>})
     {
         EXPECT_TRUE(box.Overlaps(Disc({2, 1}, squaredRadius))) << squaredRadius;
         EXPECT_TRUE(box.Overlaps(Disc({0, 0}, squaredRadius))) << squaredRadius; // on the edge counts as inside
@@ -619,7 +612,7 @@ TYPED_TEST(AreaAABBTest, TheDiscIsComparedAfterEveryAdditionEvenOfAZero)
 {
     using Disc = tAreaDisc<TypeParam>;
     tAreaAABB<TypeParam> const box({0, 0}, {4, 2});
-    TypeParam const tiny = std::numeric_limits<TypeParam>::denorm_min(); // its square is 0
+    TypeParam const tiny = TINY<TypeParam>; // its square is 0
     EXPECT_FALSE(box.Overlaps(Disc({-tiny, 1}, TypeParam{0})));
     EXPECT_FALSE(box.Overlaps(Disc({2, -tiny}, TypeParam{0})));
     EXPECT_TRUE(box.Overlaps(Disc({-tiny, 1}, tiny)));
@@ -632,10 +625,10 @@ TYPED_TEST(AreaAABBTest, ANaNInADiscRejectsNothing)
 {
     using Disc = tAreaDisc<TypeParam>;
     tAreaAABB<TypeParam> const box({0, 0}, {4, 2});
-    EXPECT_TRUE(box.Overlaps(Disc({9, 9}, NOT_A_NUMBER<TypeParam>)));
-    EXPECT_TRUE(box.Overlaps(Disc({NOT_A_NUMBER<TypeParam>, 1}, TypeParam{1})));
-    EXPECT_FALSE(box.Overlaps(Disc({NOT_A_NUMBER<TypeParam>, 9}, TypeParam{1})));
-    EXPECT_FALSE(box.Overlaps(Disc({9, NOT_A_NUMBER<TypeParam>}, TypeParam{1})));
+    EXPECT_TRUE(box.Overlaps(Disc({9, 9}, QUIET_NAN<TypeParam>)));
+    EXPECT_TRUE(box.Overlaps(Disc({QUIET_NAN<TypeParam>, 1}, TypeParam{1})));
+    EXPECT_FALSE(box.Overlaps(Disc({QUIET_NAN<TypeParam>, 9}, TypeParam{1})));
+    EXPECT_FALSE(box.Overlaps(Disc({9, QUIET_NAN<TypeParam>}, TypeParam{1})));
 }
 
 TYPED_TEST(AreaAABBTest, BelowMinTheMaxSideIsNotLookedAtForADisc)
@@ -673,7 +666,7 @@ TYPED_TEST(AreaAABBTest, SplitHalvesABoxAcrossItsAxis)
 TYPED_TEST(AreaAABBTest, SplitHalvesTheSumOfTheEnds)
 {
     using Box = tAreaAABB<TypeParam>;
-    TypeParam const huge = std::numeric_limits<TypeParam>::max();
+    TypeParam const huge = LARGEST<TypeParam>;
     Box lower;
     Box upper;
     Box({huge, 0}, {huge, 1}).Split(0, lower, upper); // the sum overflows before it is halved
@@ -690,8 +683,8 @@ TYPED_TEST(AreaAABBTest, SplitDoesNotAskWhetherTheBoxIsValid)
     ExpectBox(lower, 4, 8, 1, 5);
     ExpectBox(upper, 4, 5, 1, 2);
     Box().Split(0, lower, upper);
-    ExpectBox(lower, INF<TypeParam>, INF<TypeParam>, NOT_A_NUMBER<TypeParam>, -INF<TypeParam>);
-    ExpectBox(upper, NOT_A_NUMBER<TypeParam>, INF<TypeParam>, -INF<TypeParam>, -INF<TypeParam>);
+    ExpectBox(lower, INF<TypeParam>, INF<TypeParam>, QUIET_NAN<TypeParam>, -INF<TypeParam>);
+    ExpectBox(upper, QUIET_NAN<TypeParam>, INF<TypeParam>, -INF<TypeParam>, -INF<TypeParam>);
 }
 
 TYPED_TEST(AreaAABBTest, SplitMayWriteOverTheBoxItself)
@@ -741,7 +734,7 @@ TYPED_TEST(AreaAABBTest, EqualityToleratesSmallDifferencesInEveryNumber)
     Box const box({1, 2}, {3, 4});
     EXPECT_TRUE(box == box);
     EXPECT_FALSE(box != box);
-    TypeParam const epsilon = std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const epsilon = EPSILON<TypeParam>;
     for (std::size_t number = 0; number < 4; ++number)
     {
         Box near = box;
@@ -769,7 +762,7 @@ TYPED_TEST(AreaAABBTest, EmptyBoxesAreEqual)
 TYPED_TEST(AreaAABBTest, InequalityIsTheNegationOfEqualityEvenWithANaN)
 {
     using Box = tAreaAABB<TypeParam>;
-    Box const box({1, NOT_A_NUMBER<TypeParam>}, {3, 4});
+    Box const box({1, QUIET_NAN<TypeParam>}, {3, 4});
     EXPECT_TRUE(box == box); // one bit pattern
     EXPECT_FALSE(box != box);
     EXPECT_FALSE(box == Box({1, 2}, {3, 4}));
@@ -869,7 +862,7 @@ TYPED_TEST(AreaAABBTest, ANaNMovesNothingAndIsNotMoved)
 {
     using Box = tAreaAABB<TypeParam>;
     using Vector = tVector2<TypeParam>;
-    TypeParam const nan = NOT_A_NUMBER<TypeParam>;
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     Box box({1, 2}, {3, 4});
     EXPECT_TRUE(box.ExpandAndSignal(Vector(nan, 9)));
     ExpectBox(box, 1, 2, 3, 9);
@@ -952,7 +945,7 @@ TYPED_TEST(AreaAABBTest, AFactorTurnsTheEmptyBoxIntoNaN)
 {
     tAreaAABB<TypeParam> box;
     box.Expand(TypeParam{0});
-    TypeParam const nan = NOT_A_NUMBER<TypeParam>;
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     ExpectBox(box, nan, nan, nan, nan);
     tAreaAABB<TypeParam> halfPlane({0, 1}, {INF<TypeParam>, 2});
     halfPlane.Expand(TypeParam{1});
@@ -1006,7 +999,7 @@ std::string const& ExampleBytes()
 template <typename T>
 tAreaAABB<T> ExampleBox()
 {
-    return {{1, -2}, {INF<T>, -std::numeric_limits<T>::denorm_min()}};
+    return {{1, -2}, {INF<T>, -TINY<T>}};
 }
 
 TYPED_TEST(AreaAABBTest, TheStreamHoldsTheRawNumbersMinThenMax)
@@ -1047,9 +1040,9 @@ TYPED_TEST(AreaAABBTest, ReadingSkipsNoWhitespaceAndChecksNoBox)
     std::memset(&expected, ' ', sizeof(expected));
     ExpectBox(box, expected, expected, expected, expected);
     std::stringstream inverted;
-    tAreaAABB<TypeParam>({4, NOT_A_NUMBER<TypeParam>}, {1, 2}).Serialise(inverted);
+    tAreaAABB<TypeParam>({4, QUIET_NAN<TypeParam>}, {1, 2}).Serialise(inverted);
     box.Deserialise(inverted);
-    ExpectBox(box, 4, NOT_A_NUMBER<TypeParam>, 1, 2);
+    ExpectBox(box, 4, QUIET_NAN<TypeParam>, 1, 2);
 }
 
 TYPED_TEST(AreaAABBTest, BoxesInAStreamFollowEachOtherWithoutASeparator)

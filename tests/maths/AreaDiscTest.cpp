@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <cstring>
 #include <iomanip>
-#include <limits>
 #include <memory>
 #include <random>
 #include <sstream>
@@ -18,23 +17,17 @@
 
 #include "bv/maths/tAreaAABB.h"
 #include "support/Allocations.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 
 using bv::maths::tAreaAABB;
 using bv::maths::tAreaDisc;
 using bv::maths::tVector2;
-using bv::test::Bits;
-using bv::test::ExpectSameBits;
+using namespace bv::test;
 
 namespace
 {
-
-template <typename T>
-constexpr T INF = std::numeric_limits<T>::infinity();
-template <typename T>
-constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
-template <typename T>
-using Other = std::conditional_t<std::is_same_v<T, float>, double, float>;
 
 /// The three numbers of a disc, to the bit.
 template <typename T>
@@ -49,7 +42,6 @@ template <typename T>
 class AreaDiscTest : public testing::Test
 {
 };
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(AreaDiscTest, Precisions);
 
 // What holds when the program is compiled.
@@ -178,8 +170,8 @@ TYPED_TEST(AreaDiscTest, ADiscFromAPointHasRadiusZero)
 {
     using Vector = tVector2<TypeParam>;
     ExpectDisc(tAreaDisc<TypeParam>(Vector(1, 2)), 0, 1, 2);
-    tAreaDisc<TypeParam> const implicit = Vector(TypeParam{-0.0}, NOT_A_NUMBER<TypeParam>);
-    ExpectDisc(implicit, 0, TypeParam{-0.0}, NOT_A_NUMBER<TypeParam>);
+    tAreaDisc<TypeParam> const implicit = Vector(TypeParam{-0.0}, QUIET_NAN<TypeParam>);
+    ExpectDisc(implicit, 0, TypeParam{-0.0}, QUIET_NAN<TypeParam>);
 }
 
 TYPED_TEST(AreaDiscTest, ADiscFromACentreAndAValueKeepsTheValueUnsquared)
@@ -189,7 +181,7 @@ TYPED_TEST(AreaDiscTest, ADiscFromACentreAndAValueKeepsTheValueUnsquared)
     EXPECT_EQ(disc.GetRadius(), TypeParam{2});
     ExpectDisc(tAreaDisc<TypeParam>({1, 2}, TypeParam{-4}), -4, 1, 2);
     ExpectDisc(tAreaDisc<TypeParam>({1, 2}, TypeParam{-0.0}), TypeParam{-0.0}, 1, 2);
-    ExpectDisc(tAreaDisc<TypeParam>({1, 2}, NOT_A_NUMBER<TypeParam>), NOT_A_NUMBER<TypeParam>, 1, 2);
+    ExpectDisc(tAreaDisc<TypeParam>({1, 2}, QUIET_NAN<TypeParam>), QUIET_NAN<TypeParam>, 1, 2);
     ExpectDisc(tAreaDisc<TypeParam>({1, 2}, 4), 4, 1, 2); // an integer is a value, too
 }
 
@@ -225,7 +217,7 @@ TYPED_TEST(AreaDiscTest, TheDiscThroughTwoPointsIsComputedAsWrittenToTheBit)
                    (py + qy) * TypeParam(0.5));
     }
     // The sums overflow before they are scaled.
-    TypeParam const huge = std::numeric_limits<TypeParam>::max();
+    TypeParam const huge = LARGEST<TypeParam>;
     ExpectDisc(tAreaDisc<TypeParam>({huge, 0}, {huge, 0}), 0, INF<TypeParam>, 0);
 }
 
@@ -282,11 +274,11 @@ TYPED_TEST(AreaDiscTest, TheCentreIsReadByReferenceAndSetWhole)
 {
     tAreaDisc<TypeParam> disc({1, 2}, TypeParam{9});
     tVector2<TypeParam> const& centre = disc.GetCentre();
-    disc.SetCentre({5, NOT_A_NUMBER<TypeParam>});
-    ExpectDisc(disc, 9, 5, NOT_A_NUMBER<TypeParam>);
+    disc.SetCentre({5, QUIET_NAN<TypeParam>});
+    ExpectDisc(disc, 9, 5, QUIET_NAN<TypeParam>);
     EXPECT_EQ(centre.x, TypeParam{5});
     disc.SetCentre(disc.GetCentre());
-    ExpectDisc(disc, 9, 5, NOT_A_NUMBER<TypeParam>);
+    ExpectDisc(disc, 9, 5, QUIET_NAN<TypeParam>);
 }
 
 TYPED_TEST(AreaDiscTest, SettingTheRadiusSquaresIt)
@@ -298,9 +290,9 @@ TYPED_TEST(AreaDiscTest, SettingTheRadiusSquaresIt)
     disc.SetRadius(-3);
     ExpectDisc(disc, 9, 1, 2);
     EXPECT_EQ(disc.GetRadius(), TypeParam{3});
-    disc.SetRadius(std::numeric_limits<TypeParam>::max());
+    disc.SetRadius(LARGEST<TypeParam>);
     ExpectDisc(disc, INF<TypeParam>, 1, 2);
-    disc.SetRadius(std::numeric_limits<TypeParam>::min());
+    disc.SetRadius(SMALLEST_NORMAL<TypeParam>);
     ExpectDisc(disc, 0, 1, 2);
 }
 
@@ -366,7 +358,7 @@ TYPED_TEST(AreaDiscTest, APointOnTheCircleIsOutside)
 
 TYPED_TEST(AreaDiscTest, ADiscOfNoOrNegativeSquaredRadiusContainsNothing)
 {
-    for (TypeParam const squaredRadius : {TypeParam{0}, TypeParam{-1}, -INF<TypeParam>, NOT_A_NUMBER<TypeParam>})
+    for (TypeParam const squaredRadius : {TypeParam{0}, TypeParam{-1}, -INF<TypeParam>, QUIET_NAN<TypeParam>})
     {
         tAreaDisc<TypeParam> const disc({1, 2}, squaredRadius);
         EXPECT_FALSE(disc.Contains({1, 2})) << squaredRadius;
@@ -379,8 +371,8 @@ TYPED_TEST(AreaDiscTest, APointWithANaNIsNowhereInside)
     for (TypeParam const squaredRadius : {TypeParam{1}, INF<TypeParam>})
     {
         tAreaDisc<TypeParam> const disc({0, 0}, squaredRadius);
-        EXPECT_FALSE(disc.Contains({NOT_A_NUMBER<TypeParam>, 0}));
-        EXPECT_FALSE(disc.Contains({0, NOT_A_NUMBER<TypeParam>}));
+        EXPECT_FALSE(disc.Contains({QUIET_NAN<TypeParam>, 0}));
+        EXPECT_FALSE(disc.Contains({0, QUIET_NAN<TypeParam>}));
     }
     EXPECT_TRUE(tAreaDisc<TypeParam>({0, 0}, INF<TypeParam>).Contains({5, 5}));
     EXPECT_FALSE(tAreaDisc<TypeParam>({0, 0}, INF<TypeParam>).Contains({INF<TypeParam>, 0}));
@@ -423,7 +415,7 @@ TYPED_TEST(AreaDiscTest, ADiscInsideAnotherOverlapsIt)
 
 TYPED_TEST(AreaDiscTest, ADiscOfNoOrNegativeSquaredRadiusOverlapsNoOther)
 {
-    for (TypeParam const squaredRadius : {TypeParam{0}, TypeParam{-1}, TypeParam{-4}, NOT_A_NUMBER<TypeParam>})
+    for (TypeParam const squaredRadius : {TypeParam{0}, TypeParam{-1}, TypeParam{-4}, QUIET_NAN<TypeParam>})
     {
         tAreaDisc<TypeParam> const disc({1, 2}, squaredRadius);
         EXPECT_FALSE(disc.Overlaps(disc)) << squaredRadius;
@@ -437,8 +429,8 @@ TYPED_TEST(AreaDiscTest, ADiscOfNoOrNegativeSquaredRadiusOverlapsNoOther)
 TYPED_TEST(AreaDiscTest, DiscsWithANaNCentreDoNotOverlap)
 {
     tAreaDisc<TypeParam> const disc({0, 0}, TypeParam{1});
-    EXPECT_FALSE(disc.Overlaps(tAreaDisc<TypeParam>({NOT_A_NUMBER<TypeParam>, 0}, TypeParam{1})));
-    EXPECT_FALSE(disc.Overlaps(tAreaDisc<TypeParam>({0, NOT_A_NUMBER<TypeParam>}, INF<TypeParam>)));
+    EXPECT_FALSE(disc.Overlaps(tAreaDisc<TypeParam>({QUIET_NAN<TypeParam>, 0}, TypeParam{1})));
+    EXPECT_FALSE(disc.Overlaps(tAreaDisc<TypeParam>({0, QUIET_NAN<TypeParam>}, INF<TypeParam>)));
 }
 
 TYPED_TEST(AreaDiscTest, TheProductOfTheSquaredRadiiOverflowsAndUnderflowsAsItIs)
@@ -522,7 +514,7 @@ TYPED_TEST(AreaDiscTest, EqualityToleratesSmallDifferencesInEveryNumber)
     Disc const disc({1, 2}, TypeParam{3});
     EXPECT_TRUE(disc == disc);
     EXPECT_FALSE(disc != disc);
-    TypeParam const epsilon = std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const epsilon = EPSILON<TypeParam>;
     TypeParam const small = 8 * epsilon;   // below the tolerance of ten epsilons
     TypeParam const large = 256 * epsilon; // above it, and at least 64 values away
     for (Disc const& near :
@@ -541,7 +533,7 @@ TYPED_TEST(AreaDiscTest, EqualityToleratesSmallDifferencesInEveryNumber)
 
 TYPED_TEST(AreaDiscTest, InequalityIsTheNegationOfEqualityEvenWithANaN)
 {
-    tAreaDisc<TypeParam> const disc({1, 2}, NOT_A_NUMBER<TypeParam>);
+    tAreaDisc<TypeParam> const disc({1, 2}, QUIET_NAN<TypeParam>);
     EXPECT_TRUE(disc == disc); // one bit pattern
     EXPECT_FALSE(disc != disc);
     EXPECT_FALSE(disc == tAreaDisc<TypeParam>({1, 2}, TypeParam{1}));
@@ -569,7 +561,7 @@ std::string const& ExampleBytes()
 template <typename T>
 tAreaDisc<T> ExampleDisc()
 {
-    tAreaDisc<T> disc({1, -std::numeric_limits<T>::denorm_min()});
+    tAreaDisc<T> disc({1, -TINY<T>});
     disc.SetRadius(3); // the stream holds 9
     return disc;
 }
@@ -589,7 +581,7 @@ TYPED_TEST(AreaDiscTest, ReadingTakesTheSameNumbersInTheSameOrder)
     std::istringstream stream(ExampleBytes<TypeParam>() + "rest");
     tAreaDisc<TypeParam> disc({7, 7});
     EXPECT_EQ(&disc.Deserialise(stream), &stream);
-    ExpectDisc(disc, 9, 1, -std::numeric_limits<TypeParam>::denorm_min());
+    ExpectDisc(disc, 9, 1, -TINY<TypeParam>);
     std::string rest;
     stream >> rest;
     EXPECT_EQ(rest, "rest");
@@ -603,7 +595,7 @@ TYPED_TEST(AreaDiscTest, WritingAndReadingKeepsTheSquaredRadiusToTheBit)
         std::stringstream stream;
         using Integer = decltype(Bits(TypeParam{}));
         // Any bits, NaN included. A stream computes nothing, so that even the bits of a NaN are the same.
-        auto const bits = round == 0 ? Bits(NOT_A_NUMBER<TypeParam>) + 1 : static_cast<Integer>(random());
+        auto const bits = round == 0 ? Bits(QUIET_NAN<TypeParam>) + 1 : static_cast<Integer>(random());
         tAreaDisc<TypeParam>({1, 2}, std::bit_cast<TypeParam>(bits)).Serialise(stream);
         tAreaDisc<TypeParam> disc({7, 7});
         disc.Deserialise(stream);
@@ -615,10 +607,10 @@ TYPED_TEST(AreaDiscTest, WritingAndReadingKeepsTheSquaredRadiusToTheBit)
 TYPED_TEST(AreaDiscTest, ReadingChecksNothing)
 {
     std::stringstream stream;
-    tAreaDisc<TypeParam>({NOT_A_NUMBER<TypeParam>, INF<TypeParam>}, TypeParam{-4}).Serialise(stream);
+    tAreaDisc<TypeParam>({QUIET_NAN<TypeParam>, INF<TypeParam>}, TypeParam{-4}).Serialise(stream);
     tAreaDisc<TypeParam> disc({7, 7});
     disc.Deserialise(stream);
-    ExpectDisc(disc, -4, NOT_A_NUMBER<TypeParam>, INF<TypeParam>);
+    ExpectDisc(disc, -4, QUIET_NAN<TypeParam>, INF<TypeParam>);
 }
 
 TYPED_TEST(AreaDiscTest, AStreamThatEndsEarlyLeavesTheRemainingNumbers)

@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <random>
 #include <span>
 #include <string>
@@ -20,15 +19,13 @@
 #include "bv/maths/tVolumeAABB.h"
 #include "support/Allocations.h"
 #include "support/BatchData.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
 
 using namespace bv::maths;
-using bv::test::ExpectSameBits;
-using bv::test::ExpectThrows;
-using bv::test::RandomMatrix;
-using bv::test::RandomPoints;
-using bv::test::SpecialPoints;
+using namespace bv::test;
 
 namespace
 {
@@ -65,7 +62,6 @@ template <typename T>
 class BatchTest : public testing::Test
 {
 };
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(BatchTest, Precisions);
 
 template <typename T>
@@ -138,7 +134,7 @@ TYPED_TEST(BatchTest, DirectionsCloseToLengthOneAreNormalisedWhereOneByOneTheyAr
     std::vector<tVector3<T>> directions;
     for (int steps = -300; steps <= 300; ++steps) // on both sides of every tolerance
         for (T const scale : {T(1), T(10), T(1000), T(100000)})
-            directions.push_back({1 + T(steps) * scale * std::numeric_limits<T>::epsilon() / 4, 0, 0});
+            directions.push_back({1 + T(steps) * scale * EPSILON<T> / 4, 0, 0});
     std::vector<tVector3<T>> results(directions.size());
     TransformDirections(matrix, directions, results);
     for (std::size_t i = 0; i < directions.size(); ++i)
@@ -357,7 +353,7 @@ TYPED_TEST(BatchTest, OfZerosOfBothSignsTheFirstCountsForABox)
 TYPED_TEST(BatchTest, NotANumberMovesNoFaceAndStaysInABoxThatHasIt)
 {
     using T = TypeParam;
-    T const nan = std::numeric_limits<T>::quiet_NaN();
+    T const nan = QUIET_NAN<T>;
     std::vector<tVector3<T>> points = SpecialPoints<T>();
     for (tVolumeAABB<T> const& start :
          {tVolumeAABB<T>(), tVolumeAABB<T>(tVector3<T>(nan, 0, 0), tVector3<T>(1, nan, 1))})
@@ -420,8 +416,8 @@ TYPED_TEST(BatchTest, EveryAnswerOccursAmongTheClassifiedBoxes)
 TYPED_TEST(BatchTest, EmptyInvertedAndNotANumberBoxesAndPlanesAreClassifiedAsOneByOne)
 {
     using T = TypeParam;
-    T const inf = std::numeric_limits<T>::infinity();
-    T const nan = std::numeric_limits<T>::quiet_NaN();
+    T const inf = INF<T>;
+    T const nan = QUIET_NAN<T>;
     std::vector<tVolumeAABB<T>> boxes;
     T const values[] = {0, T(-0.0), 1, -1, 3, inf, -inf, nan};
     for (T const low : values)
@@ -572,8 +568,8 @@ TYPED_TEST(BatchNoiseTest, TurbulenceHasTheBitsOfTheSingleForm)
 
 TYPED_TEST(BatchNoiseTest, SpecialCoordinatesHaveTheBitsOfTheSingleForm)
 {
-    float const inf = std::numeric_limits<float>::infinity();
-    float const nan = std::numeric_limits<float>::quiet_NaN();
+    float const inf = INF<float>;
+    float const nan = QUIET_NAN<float>;
     float const values[] = {0.0F,           -0.0F,           1.0F,   -1.0F,   0.5F,    -0x1p-30F,
                             0x1p-140F,      255.75F,         256.0F, 0x1p23F, 0x1p31F, -0x1p31F,
                             0x1.fffffep30F, 0x1.fffffep127F, inf,    -inf,    nan};

@@ -17,6 +17,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/Numbers.h"
 #include "support/Streams.h"
 
 namespace elsewhere
@@ -231,13 +232,13 @@ void ExpectEqualityComponentByComponent()
         other = value;
         if constexpr (std::is_floating_point_v<T>)
         {
-            T const step = std::numeric_limits<T>::epsilon() * (i == 0 ? T{1} : T{2}); // from 2 on twice as far
+            T const step = EPSILON<T> * (i == 0 ? T{1} : T{2}); // from 2 on twice as far
             other[i] += T{50} * step;
             EXPECT_TRUE(value == other) << i;
             EXPECT_FALSE(value != other) << i;
             other[i] += step;
             EXPECT_FALSE(value == other) << i;
-            other[i] = std::numeric_limits<T>::quiet_NaN();
+            other[i] = QUIET_NAN<T>;
             EXPECT_TRUE(other == other) << i;
             EXPECT_FALSE(value == other) << i;
         }
@@ -303,7 +304,7 @@ void ExpectReadingBackTheSameBits()
                                 ONES,
                                 ONES / 2 + 1,
                                 ONES / 2,
-                                std::bit_cast<Pattern>(std::numeric_limits<T>::infinity()) + 1,
+                                std::bit_cast<Pattern>(INF<T>) + 1,
                                 static_cast<Pattern>(0x7FF812345678ABCD >> (64 - 8 * sizeof(T))),
                                 Pattern{0x12345678},
                                 1};
@@ -437,13 +438,13 @@ template <typename V>
 void ExpectSpecialValuesAsTheStandardStreamPrintsThem()
 {
     using T = Component<V>;
-    T const infinity = std::numeric_limits<T>::infinity();
-    T const nan = std::numeric_limits<T>::quiet_NaN();
-    T const smallest = std::numeric_limits<T>::denorm_min();
+    T const infinity = INF<T>;
+    T const nan = QUIET_NAN<T>;
+    T const smallest = TINY<T>;
     std::string const third = COUNT<V> == 3 ? ", " + Plain(nan) : "";
     EXPECT_EQ(Text(Make<V>({infinity, -infinity, nan})), Plain(infinity) + ", " + Plain(-infinity) + third);
-    std::string const largest = COUNT<V> == 3 ? ", " + Plain(std::numeric_limits<T>::max()) : "";
-    EXPECT_EQ(Text(Make<V>({T(-0.0), smallest, std::numeric_limits<T>::max()})), "-0, " + Plain(smallest) + largest);
+    std::string const largest = COUNT<V> == 3 ? ", " + Plain(LARGEST<T>) : "";
+    EXPECT_EQ(Text(Make<V>({T(-0.0), smallest, LARGEST<T>})), "-0, " + Plain(smallest) + largest);
 }
 
 } // namespace bv::test

@@ -4,7 +4,6 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
-#include <limits>
 #include <set>
 #include <sstream>
 #include <string>
@@ -15,6 +14,8 @@
 #include <gtest/gtest.h>
 
 #include "bv/InvalidArgumentException.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 #include "support/Streams.h"
 #include "support/Throws.h"
@@ -26,8 +27,7 @@ using bv::InvalidArgumentException;
 using bv::maths::tCoordinateFrame;
 using bv::maths::tMatrix4;
 using bv::maths::tVector3;
-using bv::test::ExpectSameBits;
-using bv::test::Hex;
+using namespace bv::test;
 
 using Code = unsigned char;
 using Codes = std::array<Code, 3>;
@@ -98,9 +98,6 @@ std::string Name(Codes const& codes)
 }
 
 template <typename T>
-constexpr T QUIET_NAN = std::numeric_limits<T>::quiet_NaN();
-
-template <typename T>
 class CoordinateFrameTest : public testing::Test
 {
 public:
@@ -117,7 +114,6 @@ public:
     }
 };
 
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(CoordinateFrameTest, Precisions);
 
 template <typename T>

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <limits>
 #include <new>
 #include <random>
 #include <string>
@@ -14,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 
 namespace
@@ -45,9 +46,6 @@ template <typename T>
 class DepthRayTest : public testing::Test
 {
 protected:
-    static constexpr T INFINITE = std::numeric_limits<T>::infinity();
-    static constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
-
     tVolumeSphere<T> const unitSphere{{0, 0, 0}, 1};
 
     static void ExpectHits(Hits<T> const& actual, T tNear, T tFar, tVector2<T> const& dNear, tVector2<T> const& dFar)
@@ -59,8 +57,7 @@ protected:
     }
 };
 
-using ElementTypes = testing::Types<float, double>;
-TYPED_TEST_SUITE(DepthRayTest, ElementTypes);
+TYPED_TEST_SUITE(DepthRayTest, Precisions);
 
 TYPED_TEST(DepthRayTest, LaysOutItsFieldsInOrderWithoutGaps)
 {
@@ -147,7 +144,7 @@ TYPED_TEST(DepthRayTest, TheTwoScalarsAreReadByNothing)
 {
     using T = TypeParam;
     DepthRay<T> ray({0, 0, -5}, {0, 0, 1});
-    ray.tMin = ray.tMax = this->NOT_A_NUMBER;
+    ray.tMin = ray.tMax = QUIET_NAN<T>;
     Hits<T> hits;
     EXPECT_TRUE(ClipDiff(ray, this->unitSphere, hits));
     EXPECT_EQ(hits.tNear, T{4});
@@ -232,12 +229,12 @@ TYPED_TEST(DepthRayTest, AGrazingRayHasInfiniteDerivatives)
     Hits<T> hits;
     EXPECT_TRUE(ClipDiff(ray, this->unitSphere, hits));
     // ds/du = -2 * (1 / 0), ds/dv = 2 * (1 / 0)
-    this->ExpectHits(hits, 5, 5, {this->INFINITE, -this->INFINITE}, {-this->INFINITE, this->INFINITE});
+    this->ExpectHits(hits, 5, 5, {INF<T>, -INF<T>}, {-INF<T>, INF<T>});
 }
 
 TYPED_TEST(DepthRayTest, AGrazingRayWithoutDifferentialsHasNoDerivatives)
 {
-    TypeParam const nan = this->NOT_A_NUMBER;
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     Hits<TypeParam> hits;
     EXPECT_TRUE(ClipDiff(DepthRay<TypeParam>({1, 0, -5}, {0, 0, 1}), this->unitSphere, hits));
     this->ExpectHits(hits, 5, 5, {nan, nan}, {nan, nan});
@@ -246,7 +243,7 @@ TYPED_TEST(DepthRayTest, AGrazingRayWithoutDifferentialsHasNoDerivatives)
 TYPED_TEST(DepthRayTest, AMissedSphereWritesNothing)
 {
     using T = TypeParam;
-    for (tVector3<T> const& origin : {tVector3<T>(2, 0, -5), {this->NOT_A_NUMBER, 0, 0}, {0, 0, this->INFINITE}})
+    for (tVector3<T> const& origin : {tVector3<T>(2, 0, -5), {QUIET_NAN<T>, 0, 0}, {0, 0, INF<T>}})
     {
         DepthRay<T> ray(origin, {0, 0, 1});
         ray.dOriginDu = {1, 0, 0};

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 
 namespace
@@ -16,12 +18,7 @@ namespace
 
 using bv::maths::tDifferential2;
 using bv::maths::tVector2;
-using bv::test::ExpectSameBits;
-
-template <typename T>
-constexpr T INF = std::numeric_limits<T>::infinity();
-template <typename T>
-constexpr T QUIET_NAN = std::numeric_limits<T>::quiet_NaN();
+using namespace bv::test;
 
 /// What each instance promises to the compiler.
 template <typename T>
@@ -29,7 +26,7 @@ struct Promises
 {
     using D = tDifferential2<T>;
     using V = tVector2<T>;
-    using OtherPrecision = tDifferential2<std::conditional_t<std::is_same_v<T, float>, double, float>>;
+    using OtherPrecision = tDifferential2<Other<T>>;
 
     static_assert(sizeof(D) == 4 * sizeof(T) && alignof(D) == alignof(T));
     static_assert(std::is_standard_layout_v<D> && std::is_trivially_copyable_v<D> && !std::is_polymorphic_v<D>);
@@ -58,7 +55,6 @@ class Differential2Test : public testing::Test
 {
 };
 
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(Differential2Test, Precisions);
 
 template <typename T>
@@ -296,7 +292,7 @@ TYPED_TEST(Differential2Test, NullIsMeantWithinTheTolerance)
 {
     using T = TypeParam;
     using D = tDifferential2<T>;
-    T const epsilon = 10 * std::numeric_limits<T>::epsilon();
+    T const epsilon = 10 * EPSILON<T>;
     T const within = epsilon * T{0.75};
     T const beyond = epsilon * T{1.5};
     EXPECT_TRUE(D({within, -within}, {1, 1}).IsNull());

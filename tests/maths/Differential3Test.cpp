@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 
 namespace
@@ -17,12 +19,7 @@ namespace
 using bv::maths::tDifferential3;
 using bv::maths::tMatrix4;
 using bv::maths::tVector3;
-using bv::test::ExpectSameBits;
-
-template <typename T>
-constexpr T INF = std::numeric_limits<T>::infinity();
-template <typename T>
-constexpr T QUIET_NAN = std::numeric_limits<T>::quiet_NaN();
+using namespace bv::test;
 
 /// What each instance promises to the compiler.
 template <typename T>
@@ -31,7 +28,7 @@ struct Promises
     using D = tDifferential3<T>;
     using V = tVector3<T>;
     using M = tMatrix4<T>;
-    using OtherPrecision = tDifferential3<std::conditional_t<std::is_same_v<T, float>, double, float>>;
+    using OtherPrecision = tDifferential3<Other<T>>;
 
     static_assert(sizeof(D) == 6 * sizeof(T) && alignof(D) == alignof(T));
     static_assert(std::is_standard_layout_v<D> && std::is_trivially_copyable_v<D> && !std::is_polymorphic_v<D>);
@@ -64,7 +61,6 @@ class Differential3Test : public testing::Test
 {
 };
 
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(Differential3Test, Precisions);
 
 template <typename T>
@@ -311,7 +307,7 @@ TYPED_TEST(Differential3Test, NullIsMeantWithinTheTolerance)
 {
     using T = TypeParam;
     using D = tDifferential3<T>;
-    T const epsilon = 10 * std::numeric_limits<T>::epsilon();
+    T const epsilon = 10 * EPSILON<T>;
     T const within = epsilon * T{0.75};
     T const beyond = epsilon * T{1.5};
     EXPECT_TRUE(D({within, -within, within}, {1, 1, 1}).IsNull());

@@ -4,7 +4,6 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -22,6 +21,8 @@
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tRay.h"
 #include "support/MatrixBits.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
 
@@ -73,9 +74,6 @@ template <typename T>
 class FrustumTest : public testing::Test
 {
 protected:
-    static constexpr T INFINITE = std::numeric_limits<T>::infinity();
-    static constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
-
     /// The cube from -1 to 1.
     tFrustum<T> const cube{tMatrix4<T>(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1)};
     /// A camera at the origin that looks down -z, 90 degrees wide and high, from z = -1 to z = -3.
@@ -88,8 +86,7 @@ protected:
     }
 };
 
-using ElementTypes = testing::Types<float, double>;
-TYPED_TEST_SUITE(FrustumTest, ElementTypes);
+TYPED_TEST_SUITE(FrustumTest, Precisions);
 
 TYPED_TEST(FrustumTest, PromisesItsTypesToTheCompiler)
 {
@@ -207,10 +204,10 @@ TYPED_TEST(FrustumTest, ExtractionReadsTheElementsWhateverTheStateSays)
 TYPED_TEST(FrustumTest, APlaneWithoutADirectionIsInfiniteOrNaNAndNoError)
 {
     using T = TypeParam;
-    T const nan = this->NOT_A_NUMBER;
+    T const nan = QUIET_NAN<T>;
     tFrustum<T> const noLeft{tMatrix4<T>(1, 0, 0, 1, 0, 1, 0, 0, 0, 0, 1, 0, -1, 0, 0, 1)};
-    this->Expect(noLeft.GetLeftPlane(), {nan, nan, nan}, this->INFINITE); // (0, 0, 0, 2)
-    this->Expect(noLeft.GetRightPlane(), {-1, 0, 0}, 0);                  // (-2, 0, 0, 0)
+    this->Expect(noLeft.GetLeftPlane(), {nan, nan, nan}, INF<T>); // (0, 0, 0, 2)
+    this->Expect(noLeft.GetRightPlane(), {-1, 0, 0}, 0);          // (-2, 0, 0, 0)
     tFrustum<T> const nothing{tMatrix4<T>(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0)};
     for (tPlane<T> const& plane : PlanesOf(nothing))
         this->Expect(plane, {nan, nan, nan}, nan);
@@ -303,7 +300,7 @@ TYPED_TEST(FrustumTest, EachPlaneRejectsAndStraddles)
 TYPED_TEST(FrustumTest, TouchingFromInsideIsInsideAndTouchingFromOutsideIntersects)
 {
     using Frustum = tFrustum<TypeParam>;
-    TypeParam const beyond = 1 + std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const beyond = 1 + EPSILON<TypeParam>;
     EXPECT_EQ(this->cube.ContainsAABB({{-1, -1, -1}, {1, 1, 1}}), Frustum::INSIDE);
     EXPECT_EQ(this->cube.ContainsAABB({{-1, -1, -1}, {1, beyond, 1}}), Frustum::INTERSECTING);
     EXPECT_EQ(this->cube.ContainsAABB({{1, -1, -1}, {2, 1, 1}}), Frustum::INTERSECTING);
@@ -322,7 +319,7 @@ TYPED_TEST(FrustumTest, TheDefaultAcceptsEveryBox)
 {
     using T = TypeParam;
     using Frustum = tFrustum<T>;
-    T const nan = this->NOT_A_NUMBER;
+    T const nan = QUIET_NAN<T>;
     EXPECT_EQ(Frustum().ContainsAABB({{-1, -2, -3}, {4, 5, 6}}), Frustum::INSIDE);
     EXPECT_EQ(Frustum().ContainsAABB({{1e9, 1e9, 1e9}, {2e9, 2e9, 2e9}}), Frustum::INSIDE);
     EXPECT_EQ(Frustum().ContainsAABB(tVolumeAABB<T>()), Frustum::INSIDE);
@@ -333,8 +330,8 @@ TYPED_TEST(FrustumTest, ANaNDistanceNeitherRejectsNorStraddles)
 {
     using T = TypeParam;
     using Frustum = tFrustum<T>;
-    T const nan = this->NOT_A_NUMBER;
-    T const inf = this->INFINITE;
+    T const nan = QUIET_NAN<T>;
+    T const inf = INF<T>;
     EXPECT_EQ(this->cube.ContainsAABB({{nan, nan, nan}, {nan, nan, nan}}), Frustum::INSIDE);
     // Only x is NaN: every distance is, since a normal's zero times NaN is NaN.
     EXPECT_EQ(this->cube.ContainsAABB({{nan, 5, 5}, {nan, 6, 6}}), Frustum::INSIDE);
@@ -365,7 +362,7 @@ TYPED_TEST(FrustumTest, ANegativeZeroInANormalPicksTheUpperBound)
             box.GetMin()[beyond] = 5;
             box.GetMax()[beyond] = 6;
             EXPECT_EQ(frustum.ContainsAABB(box), tFrustum<T>::OUTSIDE);
-            box.GetMax()[across] = this->INFINITE;
+            box.GetMax()[across] = INF<T>;
             EXPECT_EQ(frustum.ContainsAABB(box), tFrustum<T>::INTERSECTING);
         }
 }
@@ -415,7 +412,7 @@ TYPED_TEST(FrustumTest, EdgesRunAwayFromTheEyeAlongTheCornersOfTheView)
         T const reciprocal = 1 / std::sqrt(product * product + product * product + product * product);
         tVector3<T> const actual = this->camera.GetEdgeVector(edge);
         ExpectSameBits(actual, corner * product * reciprocal);
-        EXPECT_NEAR(actual.Length(), T{1}, 2 * std::numeric_limits<T>::epsilon());
+        EXPECT_NEAR(actual.Length(), T{1}, 2 * EPSILON<T>);
     }
 }
 
@@ -452,7 +449,7 @@ TYPED_TEST(FrustumTest, AValueThatIsNoEdgeHasTheZeroVector)
 TYPED_TEST(FrustumTest, AnEdgeBetweenParallelPlanesIsNaN)
 {
     using T = TypeParam;
-    T const nan = this->NOT_A_NUMBER;
+    T const nan = QUIET_NAN<T>;
     ExpectSameBits(tFrustum<T>().GetEdgeVector(tFrustum<T>::EDGE_TOP_LEFT), {nan, nan, nan});
     tFrustum<T> const flat{tMatrix4<T>(1, 0, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1)}; // bottom is left
     ExpectSameBits(flat.GetEdgeVector(tFrustum<T>::EDGE_BOTTOM_LEFT), {nan, nan, nan});
@@ -493,7 +490,7 @@ TYPED_TEST(FrustumTest, IntersectNearIsNaNBetweenCoincidingPlanes)
     // Left and right are both the plane x = 0.
     tFrustum<T> const flat{tMatrix4<T>(1, 0, 0, 0, 0, 1, 0, 1, 0, 0, 1, 1, 0, 0, 0, 0)};
     tVector2<T> const point = flat.IntersectNear({{0, 0, 0}, {0, 0, 1}});
-    ExpectSameBits(point.x, this->NOT_A_NUMBER);
+    ExpectSameBits(point.x, QUIET_NAN<T>);
     ExpectSameBits(point.y, T{0.5}); // both at distance 1
 }
 

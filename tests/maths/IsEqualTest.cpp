@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 #include "values/IsEqualValues.h"
 
@@ -17,32 +19,7 @@ namespace
 
 using bv::maths::IsEqual;
 using bv::maths::TOLERANCE;
-using bv::test::Bits;
-
-template <typename T>
-using Pattern = decltype(Bits(T{}));
-
-template <typename T>
-T FromBits(Pattern<T> bits)
-{
-    return std::bit_cast<T>(bits);
-}
-
-/// The value whose pattern is so many steps away: farther from zero, or nearer to it for a negative count.
-template <typename T>
-T Steps(T value, int count)
-{
-    return FromBits<T>(static_cast<Pattern<T>>(Bits(value) + static_cast<Pattern<T>>(count)));
-}
-
-template <typename T>
-constexpr T INF = std::numeric_limits<T>::infinity();
-template <typename T>
-constexpr T QUIET_NAN = std::numeric_limits<T>::quiet_NaN();
-template <typename T>
-constexpr T LARGEST = std::numeric_limits<T>::max();
-template <typename T>
-constexpr T SMALLEST = std::numeric_limits<T>::denorm_min();
+using namespace bv::test;
 
 /// Both ways round, since equality is symmetric.
 template <typename T>
@@ -72,7 +49,6 @@ class IsEqualTest : public testing::Test
 {
 };
 
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(IsEqualTest, Precisions);
 
 TEST(IsEqualToleranceTest, IsTenMachineEpsilonsToTheBit)
@@ -103,7 +79,7 @@ TYPED_TEST(IsEqualTest, FiftyOneStepsApartIsEqualWhereTheDifferenceIsBelowTheTol
     using T = TypeParam;
     ExpectEqual(T(0.01), Steps(T(0.01), 51)); // a step is less than a hundredth of an epsilon
     ExpectEqual(T(0.01), Steps(T(0.01), -51));
-    ExpectEqual(T{0}, SMALLEST<T> * T{51});
+    ExpectEqual(T{0}, TINY<T> * T{51});
 }
 
 TYPED_TEST(IsEqualTest, ZerosOfBothSignsAreOneNumber)
@@ -119,12 +95,12 @@ TYPED_TEST(IsEqualTest, ZerosOfBothSignsAreOneNumber)
 TYPED_TEST(IsEqualTest, TheSmallestNumbersOnEitherSideOfZeroAreTwoStepsApart)
 {
     using T = TypeParam;
-    ExpectEqual(SMALLEST<T>, -SMALLEST<T>);
-    EXPECT_TRUE((bv::maths::detail::IsWithinSteps<Pattern<T>>(SMALLEST<T>, -SMALLEST<T>)));
-    EXPECT_TRUE((bv::maths::detail::IsWithinSteps<Pattern<T>>(SMALLEST<T> * T{25}, -SMALLEST<T> * T{25})));  // 50
-    EXPECT_FALSE((bv::maths::detail::IsWithinSteps<Pattern<T>>(SMALLEST<T> * T{25}, -SMALLEST<T> * T{26}))); // 51
-    EXPECT_TRUE((bv::maths::detail::IsWithinSteps<Pattern<T>>(SMALLEST<T> * T{49}, -SMALLEST<T>)));          // 50
-    EXPECT_FALSE((bv::maths::detail::IsWithinSteps<Pattern<T>>(SMALLEST<T> * T{50}, -SMALLEST<T>)));         // 51
+    ExpectEqual(TINY<T>, -TINY<T>);
+    EXPECT_TRUE((bv::maths::detail::IsWithinSteps<Pattern<T>>(TINY<T>, -TINY<T>)));
+    EXPECT_TRUE((bv::maths::detail::IsWithinSteps<Pattern<T>>(TINY<T> * T{25}, -TINY<T> * T{25})));  // 50
+    EXPECT_FALSE((bv::maths::detail::IsWithinSteps<Pattern<T>>(TINY<T> * T{25}, -TINY<T> * T{26}))); // 51
+    EXPECT_TRUE((bv::maths::detail::IsWithinSteps<Pattern<T>>(TINY<T> * T{49}, -TINY<T>)));          // 50
+    EXPECT_FALSE((bv::maths::detail::IsWithinSteps<Pattern<T>>(TINY<T> * T{50}, -TINY<T>)));         // 51
 }
 
 TYPED_TEST(IsEqualTest, ADifferenceOfExactlyTheToleranceIsNotEqual)
@@ -215,7 +191,7 @@ TYPED_TEST(IsEqualTest, EqualityIsNotTransitive)
 TYPED_TEST(IsEqualTest, AnyValueEqualsItselfThroughOneReference)
 {
     using T = TypeParam;
-    for (T const value : {T{0}, T{1}, INF<T>, QUIET_NAN<T>, LARGEST<T>, SMALLEST<T>})
+    for (T const value : {T{0}, T{1}, INF<T>, QUIET_NAN<T>, LARGEST<T>, TINY<T>})
         EXPECT_TRUE(IsEqual(value, value)) << value;
 }
 
@@ -239,9 +215,8 @@ template <typename T>
 std::vector<T> ValuesAroundChanges()
 {
     std::vector<T> values;
-    for (T const magnitude :
-         {T{0}, SMALLEST<T>, std::numeric_limits<T>::min(), TOLERANCE<T>, T{0.5}, T{1}, T{2}, T{4}, LARGEST<T>, INF<T>,
-          QUIET_NAN<T>, FromBits<T>(std::numeric_limits<Pattern<T>>::max() >> 1)})
+    for (T const magnitude : {T{0}, TINY<T>, SMALLEST_NORMAL<T>, TOLERANCE<T>, T{0.5}, T{1}, T{2}, T{4}, LARGEST<T>,
+                              INF<T>, QUIET_NAN<T>, FromBits<T>(std::numeric_limits<Pattern<T>>::max() >> 1)})
     {
         for (int const steps :
              {-102, -101, -100, -99, -52, -51, -50, -49, -48, -2, -1, 0, 1, 2, 48, 49, 50, 51, 52, 99, 100, 101, 102})
@@ -274,7 +249,7 @@ TYPED_TEST(IsEqualTest, AgreesWithItsDefinitionBesideConstants)
     {
         expect(IsEqual(a, T{0}), a, T{0});
         expect(IsEqual(a, -T{0}), a, -T{0});
-        expect(IsEqual(a, SMALLEST<T>), a, SMALLEST<T>);
+        expect(IsEqual(a, TINY<T>), a, TINY<T>);
         expect(IsEqual(a, T{0.5}), a, T{0.5});
         expect(IsEqual(a, T{1}), a, T{1});
         expect(IsEqual(a, T{-1}), a, T{-1});

@@ -1,11 +1,11 @@
 #include "bv/maths/LocalAxes.h"
 
 #include <cmath>
-#include <limits>
 #include <type_traits>
 
 #include <gtest/gtest.h>
 
+#include "support/Numbers.h"
 #include "support/SameBits.h"
 
 namespace
@@ -13,11 +13,10 @@ namespace
 
 using bv::maths::EvaluateLocalAxes;
 using bv::test::ExpectSameBits;
+using bv::test::INF;
+using bv::test::QUIET_NAN;
 using Vector = bv::maths::tVector3<float>;
 using VectorD = bv::maths::tVector3<double>;
-
-constexpr float INF = std::numeric_limits<float>::infinity();
-constexpr float QUIET_NAN = std::numeric_limits<float>::quiet_NaN();
 
 static_assert(std::is_same_v<decltype(&EvaluateLocalAxes), void (*)(Vector const&, Vector&, Vector&) noexcept>);
 static_assert(!std::is_invocable_v<decltype(&EvaluateLocalAxes), VectorD const&, VectorD&, VectorD&>); // float only
@@ -177,13 +176,13 @@ TEST(LocalAxesTest, OfANormalWithNanFollowTheComparisons)
 {
     // Every comparison with NaN is false, so that "differs" is what decides: with x it is z that is dropped, and
     // second = (-y, NaN, 0) is normalised by NaN.
-    ExpectNan(AxesOf({QUIET_NAN, 2, 3}).second);
-    ExpectNan(AxesOf({QUIET_NAN, 2, 3}).first);
+    ExpectNan(AxesOf({QUIET_NAN<float>, 2, 3}).second);
+    ExpectNan(AxesOf({QUIET_NAN<float>, 2, 3}).first);
     // With y the smallest is x or z; 1 against 3 leaves x: (0, -3, NaN).
-    ExpectNan(AxesOf({1, QUIET_NAN, 3}).second);
+    ExpectNan(AxesOf({1, QUIET_NAN<float>, 3}).second);
     // With z it is x or y; 1 against 2 leaves x: (0, NaN, 2).
-    ExpectNan(AxesOf({1, 2, QUIET_NAN}).second);
-    ExpectNan(AxesOf({1, 2, QUIET_NAN}).first);
+    ExpectNan(AxesOf({1, 2, QUIET_NAN<float>}).second);
+    ExpectNan(AxesOf({1, 2, QUIET_NAN<float>}).first);
 }
 
 TEST(LocalAxesTest, OfANormalWithNanInAnyPlaceAreNan)
@@ -205,7 +204,7 @@ TEST(LocalAxesTest, OfANormalWithNanInAnyPlaceAreNan)
 TEST(LocalAxesTest, OfAnInfiniteNormalAreNanWhereInfinityIsRead)
 {
     // x is dropped: (0, -inf, 0) times 1 / inf.
-    auto const [first, second] = AxesOf({0, 0, INF});
+    auto const [first, second] = AxesOf({0, 0, INF<float>});
     EXPECT_EQ(second.x, 0.0F);
     EXPECT_TRUE(std::isnan(second.y));
     ExpectNan(first);

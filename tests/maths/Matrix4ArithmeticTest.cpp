@@ -14,6 +14,8 @@
 #include "bv/maths/tMatrix4.h"
 #include "support/Allocations.h"
 #include "support/MatrixBits.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/Throws.h"
 
 using bv::maths::IsEqual;
@@ -24,13 +26,6 @@ using namespace bv::test;
 
 namespace
 {
-
-constexpr std::uint32_t IDENTITY = 0;
-constexpr std::uint32_t DIAGONAL = 1;
-constexpr std::uint32_t ORTHONORMAL = 2;
-constexpr std::uint32_t GENERAL = 3;
-constexpr std::uint32_t UNKNOWN = 7;
-constexpr std::uint32_t STATES[] = {IDENTITY, DIAGONAL, ORTHONORMAL, GENERAL, UNKNOWN};
 
 char const* const FILE_NAME = "internal\\Maths\\Matrix4";
 char const* const MESSAGE = "Attempt to invert singular matrix";
@@ -45,7 +40,6 @@ template <typename T>
 class Matrix4ArithmeticTest : public testing::Test
 {
 };
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(Matrix4ArithmeticTest, Precisions);
 
 template <typename M>
@@ -588,8 +582,8 @@ TYPED_TEST(Matrix4ArithmeticTest, ADiagonalOfDeterminantOneTimesARotationIsLabel
 
 TYPED_TEST(Matrix4ArithmeticTest, TheDeterminantOfTheDiagonalIsComparedWithTheTolerance)
 {
-    TypeParam const near = 1 + 50 * std::numeric_limits<TypeParam>::epsilon();
-    TypeParam const far = 1 + 51 * std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const near = 1 + 50 * EPSILON<TypeParam>;
+    TypeParam const far = 1 + 51 * EPSILON<TypeParam>;
     tMatrix4<TypeParam> const turn(0, -1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
     for (auto const& [m44, state] : {std::pair(near, ORTHONORMAL), std::pair(far, GENERAL)})
     {
@@ -602,8 +596,8 @@ TYPED_TEST(Matrix4ArithmeticTest, TheDeterminantOfTheDiagonalIsComparedWithTheTo
 
 TYPED_TEST(Matrix4ArithmeticTest, InPlaceTheDeterminantOfTheDiagonalIsComparedWithTheTolerance)
 {
-    TypeParam const near = 1 + 50 * std::numeric_limits<TypeParam>::epsilon();
-    TypeParam const far = 1 + 51 * std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const near = 1 + 50 * EPSILON<TypeParam>;
+    TypeParam const far = 1 + 51 * EPSILON<TypeParam>;
     // Its diagonal is all ones, so that scaling it leaves the determinant of the other as it is.
     tMatrix4<TypeParam> const shear =
         MakeMatrix<TypeParam>({1, 2, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, ORTHONORMAL);
@@ -625,7 +619,7 @@ TYPED_TEST(Matrix4ArithmeticTest, ADiagonalWhoseDeterminantIsMinusOneOrNaNMakesA
 {
     using M = tMatrix4<TypeParam>;
     M const mirror = M::Scale(tVector3<TypeParam>(-1, 1, 1));
-    M const unknown = MakeMatrix(Diagonal<TypeParam>(1, 1, 1, std::numeric_limits<TypeParam>::quiet_NaN()), DIAGONAL);
+    M const unknown = MakeMatrix(Diagonal<TypeParam>(1, 1, 1, QUIET_NAN<TypeParam>), DIAGONAL);
     M const turn(0, -1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
     M const shear = MakeMatrix<TypeParam>({1, 2, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, ORTHONORMAL);
     ASSERT_EQ(StateOf(turn), ORTHONORMAL);
@@ -902,10 +896,10 @@ TYPED_TEST(Matrix4ArithmeticTest, OnlyTheTransposedCopyOfAGeneralMatrixIsClassif
 
 TYPED_TEST(Matrix4ArithmeticTest, ResultsAreClassifiedAtTheBoundsOfTheStates)
 {
-    TypeParam const epsilon = std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const epsilon = EPSILON<TypeParam>;
     TypeParam const tolerance = TOLERANCE<TypeParam>;
-    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
-    TypeParam const infinity = std::numeric_limits<TypeParam>::infinity();
+    TypeParam const nan = QUIET_NAN<TypeParam>;
+    TypeParam const infinity = INF<TypeParam>;
     // Its square is far below epsilon, so a turn by it has the diagonal of the identity.
     TypeParam const slight = 64 * tolerance;
     struct Case
@@ -973,9 +967,9 @@ TYPED_TEST(Matrix4ArithmeticTest, TheDeterminantOfADiagonalIsTheProductFromTheLe
     tMatrix4<TypeParam> const m(Diagonal<TypeParam>(2, 3, 4, 5).data());
     ExpectSameBits(m.Determinant(), TypeParam{120});
     // The largest and the smallest normal value: their product is about 4, the squares are infinity and zero.
-    TypeParam const huge = std::numeric_limits<TypeParam>::max();
-    TypeParam const tiny = std::numeric_limits<TypeParam>::min();
-    TypeParam const infinity = std::numeric_limits<TypeParam>::infinity();
+    TypeParam const huge = LARGEST<TypeParam>;
+    TypeParam const tiny = SMALLEST_NORMAL<TypeParam>;
+    TypeParam const infinity = INF<TypeParam>;
     auto const determinant = [](TypeParam m11, TypeParam m22, TypeParam m33, TypeParam m44)
     { return MakeMatrix(Diagonal(m11, m22, m33, m44), DIAGONAL).Determinant(); };
     EXPECT_EQ(determinant(huge, huge, tiny, tiny), infinity);
@@ -1118,8 +1112,7 @@ TYPED_TEST(Matrix4ArithmeticTest, ADiagonalWithAnElementBelowTheToleranceIsSingu
 {
     TypeParam const below = std::nextafter(TOLERANCE<TypeParam>, TypeParam{0});
     for (std::size_t i = 0; i < 16; i += 5)
-        for (TypeParam const value :
-             {TypeParam{0}, TypeParam{-0.0}, below, -below, std::numeric_limits<TypeParam>::denorm_min()})
+        for (TypeParam const value : {TypeParam{0}, TypeParam{-0.0}, below, -below, TINY<TypeParam>})
         {
             Elements<TypeParam> values = Diagonal<TypeParam>(1, 2, 4, 8);
             values[i] = value;
@@ -1182,7 +1175,7 @@ TYPED_TEST(Matrix4ArithmeticTest, AGeneralMatrixWithADeterminantOfExactlyTheTole
 
 TYPED_TEST(Matrix4ArithmeticTest, NaNIsInvertedNotRejected)
 {
-    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     tMatrix4<TypeParam> diagonal(Diagonal<TypeParam>(2, nan, 4, 8).data());
     ExpectMatrix(diagonal.Inverted(), Diagonal<TypeParam>(TypeParam{0.5}, nan, TypeParam{0.25}, TypeParam{0.125}),
                  DIAGONAL);
@@ -1199,7 +1192,7 @@ TYPED_TEST(Matrix4ArithmeticTest, NaNIsInvertedNotRejected)
 
 TYPED_TEST(Matrix4ArithmeticTest, InfinityIsNotChecked)
 {
-    TypeParam const infinity = std::numeric_limits<TypeParam>::infinity();
+    TypeParam const infinity = INF<TypeParam>;
     tMatrix4<TypeParam> const m(Diagonal<TypeParam>(infinity, -infinity, 4, 8).data());
     ExpectMatrix(m.Inverted(), Diagonal<TypeParam>(0, TypeParam{-0.0}, TypeParam{0.25}, TypeParam{0.125}), DIAGONAL);
     EXPECT_EQ((m + m)[0], infinity);

@@ -1,5 +1,4 @@
 #include <cmath>
-#include <limits>
 #include <random>
 #include <string>
 #include <type_traits>
@@ -10,6 +9,8 @@
 #include "bv/InvalidArgumentException.h"
 #include "bv/maths/tMatrix4.h"
 #include "support/MatrixBits.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
 
@@ -22,17 +23,9 @@ using namespace bv::test;
 namespace
 {
 
-constexpr std::uint32_t IDENTITY = 0;
-constexpr std::uint32_t DIAGONAL = 1;
-constexpr std::uint32_t ORTHONORMAL = 2;
-constexpr std::uint32_t GENERAL = 3;
-
-template <typename T>
-constexpr T PI = static_cast<T>(3.14159265358979323846);
-
 /// A few roundings near values of size 1 to 4.
 template <typename T>
-constexpr T CLOSE = 16 * std::numeric_limits<T>::epsilon();
+constexpr T CLOSE = 16 * EPSILON<T>;
 
 template <typename T>
 void ExpectClose(tVector3<T> const& actual, tVector3<T> const& expected)
@@ -42,25 +35,10 @@ void ExpectClose(tVector3<T> const& actual, tVector3<T> const& expected)
     EXPECT_NEAR(actual.z, expected.z, CLOSE<T>);
 }
 
-/// The value, hidden from the compiler, which could otherwise compute a sine more exactly than the library does.
-template <typename T>
-T Runtime(T value)
-{
-    T volatile hidden = value;
-    return hidden;
-}
-
-template <typename T>
-T JustBelow(T value)
-{
-    return std::nextafter(value, T{0});
-}
-
 template <typename T>
 class Matrix4BuildersTest : public testing::Test
 {
 };
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(Matrix4BuildersTest, Precisions);
 
 template <typename T>
@@ -143,8 +121,7 @@ TYPED_TEST(Matrix4BuildersTest, RotationsAreRightHanded)
 
 TYPED_TEST(Matrix4BuildersTest, ANonFiniteAngleGivesNonFiniteElements)
 {
-    for (TypeParam const angle :
-         {std::numeric_limits<TypeParam>::quiet_NaN(), std::numeric_limits<TypeParam>::infinity()})
+    for (TypeParam const angle : {QUIET_NAN<TypeParam>, INF<TypeParam>})
     {
         EXPECT_TRUE(std::isnan(tMatrix4<TypeParam>::RotateX(angle)[5]));
         EXPECT_TRUE(std::isnan(tMatrix4<TypeParam>::RotateY(angle)[0]));
@@ -158,7 +135,7 @@ TYPED_TEST(Matrix4BuildersTest, ANonFiniteAngleGivesNonFiniteElements)
 
 TYPED_TEST(Matrix4BuildersTest, RotationAboutALineOfNaNGivesNaNElements)
 {
-    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     for (tVector3<TypeParam> const& broken : {tVector3<TypeParam>(nan, 2, 3), {1, nan, 3}, {1, 2, nan}})
     {
         // A point enters the fourth column alone, a direction the 3x3, too.
@@ -290,7 +267,7 @@ TYPED_TEST(Matrix4BuildersTest, ArithmeticForgetsTheShiftOfARotationAboutALine)
 TYPED_TEST(Matrix4BuildersTest, ScalingByOneFactorIsDiagonalOrTheIdentity)
 {
     using M = tMatrix4<TypeParam>;
-    TypeParam const epsilon = std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const epsilon = EPSILON<TypeParam>;
     ExpectMatrix(M::Scale(TypeParam{2}), Diagonal<TypeParam>(2, 2, 2, 1), DIAGONAL);
     ExpectMatrix(M::Scale(TypeParam{0}), Diagonal<TypeParam>(0, 0, 0, 1), DIAGONAL);
     ExpectMatrix(M::Scale(TypeParam{-1}), Diagonal<TypeParam>(-1, -1, -1, 1), DIAGONAL);
@@ -298,7 +275,7 @@ TYPED_TEST(Matrix4BuildersTest, ScalingByOneFactorIsDiagonalOrTheIdentity)
     ExpectMatrix(M::Scale(1 + 50 * epsilon), IDENTITY_ELEMENTS<TypeParam>, IDENTITY);
     TypeParam const more = 1 + 51 * epsilon;
     ExpectMatrix(M::Scale(more), Diagonal<TypeParam>(more, more, more, 1), DIAGONAL);
-    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     ExpectMatrix(M::Scale(nan), Diagonal<TypeParam>(nan, nan, nan, 1), DIAGONAL);
 }
 
@@ -307,7 +284,7 @@ TYPED_TEST(Matrix4BuildersTest, ScalingByAVectorIsAlwaysDiagonal)
     using M = tMatrix4<TypeParam>;
     ExpectMatrix(M::Scale(tVector3<TypeParam>(2, 3, 4)), Diagonal<TypeParam>(2, 3, 4, 1), DIAGONAL);
     ExpectMatrix(M::Scale(tVector3<TypeParam>(1, 1, 1)), IDENTITY_ELEMENTS<TypeParam>, DIAGONAL);
-    TypeParam const infinity = std::numeric_limits<TypeParam>::infinity();
+    TypeParam const infinity = INF<TypeParam>;
     ExpectMatrix(M::Scale(tVector3<TypeParam>(infinity, 0, -1)), Diagonal<TypeParam>(infinity, 0, -1, 1), DIAGONAL);
 }
 
@@ -324,7 +301,7 @@ TYPED_TEST(Matrix4BuildersTest, TranslationByAVectorIsGeneralOrTheIdentity)
     ExpectMatrix<TypeParam>(M::Translate({tiny, 0, 0}), {1, 0, 0, tiny, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, GENERAL);
     ExpectMatrix<TypeParam>(M::Translate({0, tiny, 0}), {1, 0, 0, 0, 0, 1, 0, tiny, 0, 0, 1, 0, 0, 0, 0, 1}, GENERAL);
     ExpectMatrix<TypeParam>(M::Translate({0, 0, tiny}), {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, tiny, 0, 0, 0, 1}, GENERAL);
-    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     ExpectMatrix<TypeParam>(M::Translate({0, nan, 0}), {1, 0, 0, 0, 0, 1, 0, nan, 0, 0, 1, 0, 0, 0, 0, 1}, GENERAL);
 }
 
@@ -467,18 +444,18 @@ TYPED_TEST(Matrix4BuildersTest, AViewWithoutWidthHeightOrDepthIsInvalid)
     ExpectInvalid<T>(1, 2, 3, 4, 5, 5);
     ExpectInvalid<T>(0, T{-0.0}, 3, 4, 5, 6);
     ExpectInvalid<T>(1, 1, 1, 1, 1, 1);
-    T const near = 1 + 50 * std::numeric_limits<T>::epsilon(); // equal within the tolerance
+    T const near = 1 + 50 * EPSILON<T>; // equal within the tolerance
     ExpectInvalid<T>(1, near, 2, 3, 4, 5);
     ExpectInvalid<T>(1, 2, near, 1, 4, 5);
     ExpectInvalid<T>(1, 2, 3, 4, 1, near);
-    T const nan = std::numeric_limits<T>::quiet_NaN();
+    T const nan = QUIET_NAN<T>;
     ExpectInvalid<T>(nan, nan, 3, 4, 5, 6); // the same bits
     ExpectInvalid<T>(1, 2, nan, nan, 5, 6);
 }
 
 TYPED_TEST(Matrix4BuildersTest, AViewWithAnExtentJustBeyondTheToleranceIsValid)
 {
-    TypeParam const far = 1 + 51 * std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const far = 1 + 51 * EPSILON<TypeParam>;
     EXPECT_NO_THROW(static_cast<void>(tMatrix4<TypeParam>::OrthogonalProjection(1, far, far, 1, 1, far)));
     EXPECT_NO_THROW(static_cast<void>(tMatrix4<TypeParam>::PerspectiveProjection(1, far, far, 1, 1, far)));
     EXPECT_NO_THROW(static_cast<void>(tMatrix4<TypeParam>::PerspectiveProjection(-1, 1, -1, 1, -1, 1)));
@@ -487,8 +464,8 @@ TYPED_TEST(Matrix4BuildersTest, AViewWithAnExtentJustBeyondTheToleranceIsValid)
 TYPED_TEST(Matrix4BuildersTest, TheEndsOfAViewAreComparedAtEveryMagnitude)
 {
     using T = TypeParam;
-    T const epsilon = std::numeric_limits<T>::epsilon();
-    for (T const size : {T{1}, T{1024}, std::numeric_limits<T>::max() / 4, std::numeric_limits<T>::max() / 2})
+    T const epsilon = EPSILON<T>;
+    for (T const size : {T{1}, T{1024}, LARGEST<T> / 4, LARGEST<T> / 2})
         for (T const sign : {T{1}, T{-1}})
         {
             T const end = sign * size;
@@ -506,11 +483,11 @@ TYPED_TEST(Matrix4BuildersTest, TheEndsOfAViewAreComparedAtEveryMagnitude)
     ExpectInvalid<T>(0, below, 2, 3, 4, 5);
     ExpectInvalid<T>(below, 0, 2, 3, 4, 5);
     ExpectInvalid<T>(2, 3, -below, 0, 4, 5);
-    ExpectInvalid<T>(2, 3, 4, 5, 0, std::numeric_limits<T>::denorm_min());
+    ExpectInvalid<T>(2, 3, 4, 5, 0, TINY<T>);
     EXPECT_NO_THROW(static_cast<void>(tMatrix4<T>::PerspectiveProjection(0, tolerance, tolerance, 0, -tolerance, 0)));
     // The largest numbers and infinity are neighbours.
-    T const infinity = std::numeric_limits<T>::infinity();
-    T const largest = std::numeric_limits<T>::max();
+    T const infinity = INF<T>;
+    T const largest = LARGEST<T>;
     ExpectInvalid<T>(largest, infinity, 2, 3, 4, 5);
     ExpectInvalid<T>(infinity, largest, 2, 3, 4, 5);
     ExpectInvalid<T>(2, 3, -infinity, -largest, 4, 5);
@@ -521,8 +498,8 @@ TYPED_TEST(Matrix4BuildersTest, TheEndsOfAViewAreComparedAtEveryMagnitude)
 
 TYPED_TEST(Matrix4BuildersTest, ANonFiniteViewGivesNonFiniteElements)
 {
-    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
-    TypeParam const infinity = std::numeric_limits<TypeParam>::infinity();
+    TypeParam const nan = QUIET_NAN<TypeParam>;
+    TypeParam const infinity = INF<TypeParam>;
     EXPECT_TRUE(std::isnan(tMatrix4<TypeParam>::OrthogonalProjection(nan, 1, -1, 1, 1, 3)[0]));
     EXPECT_TRUE(std::isnan(tMatrix4<TypeParam>::PerspectiveProjection(-1, 1, -1, 1, 1, infinity)[10]));
 }

@@ -16,6 +16,8 @@
 #include <gtest/gtest.h>
 
 #include "support/MatrixBits.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 #include "support/Streams.h"
 
@@ -29,20 +31,13 @@ using namespace bv::test;
 namespace
 {
 
-constexpr std::uint32_t IDENTITY = 0;
-constexpr std::uint32_t DIAGONAL = 1;
-constexpr std::uint32_t ORTHONORMAL = 2;
-constexpr std::uint32_t GENERAL = 3;
 constexpr std::size_t OFF_DIAGONAL[] = {1, 2, 3, 4, 6, 7, 8, 9, 11, 12, 13, 14};
-
-template <typename T>
-using Other = std::conditional_t<std::is_same_v<T, float>, double, float>;
 
 /// The value that lies this many representable values above 1.
 template <typename T>
 T AboveOne(int steps)
 {
-    return T{1} + static_cast<T>(steps) * std::numeric_limits<T>::epsilon();
+    return T{1} + static_cast<T>(steps) * EPSILON<T>;
 }
 
 /// A rotation by a right angle about z: exact, and not diagonal.
@@ -105,7 +100,6 @@ template <typename T>
 class Matrix4Test : public testing::Test
 {
 };
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(Matrix4Test, Precisions);
 
 template <typename T>
@@ -555,9 +549,8 @@ TYPED_TEST(Matrix4Test, ElementsWithinTheToleranceOfTheIdentityAreTheIdentity)
 TYPED_TEST(Matrix4Test, AnElementOffTheDiagonalThatIsNotZeroMakesAMatrixGeneral)
 {
     for (std::size_t const i : OFF_DIAGONAL)
-        for (TypeParam const value :
-             {TOLERANCE<TypeParam>, -TOLERANCE<TypeParam>, TypeParam{0.5}, TypeParam{-1},
-              std::numeric_limits<TypeParam>::quiet_NaN(), std::numeric_limits<TypeParam>::infinity()})
+        for (TypeParam const value : {TOLERANCE<TypeParam>, -TOLERANCE<TypeParam>, TypeParam{0.5}, TypeParam{-1},
+                                      QUIET_NAN<TypeParam>, INF<TypeParam>})
         {
             // Twice on the diagonal, so that no determinant or length can make it a rotation.
             Elements<TypeParam> const values = With(Diagonal<TypeParam>(2, 2, 2, 2), i, value);
@@ -568,9 +561,8 @@ TYPED_TEST(Matrix4Test, AnElementOffTheDiagonalThatIsNotZeroMakesAMatrixGeneral)
 TYPED_TEST(Matrix4Test, ADiagonalThatIsNotAllOnesIsDiagonal)
 {
     for (std::size_t i = 0; i < 16; i += 5)
-        for (TypeParam const value :
-             {TypeParam{0}, TypeParam{-1}, TypeParam{2}, AboveOne<TypeParam>(51), TypeParam(0.99),
-              std::numeric_limits<TypeParam>::quiet_NaN(), std::numeric_limits<TypeParam>::infinity()})
+        for (TypeParam const value : {TypeParam{0}, TypeParam{-1}, TypeParam{2}, AboveOne<TypeParam>(51),
+                                      TypeParam(0.99), QUIET_NAN<TypeParam>, INF<TypeParam>})
             EXPECT_EQ(StateOf(Classified(With(IDENTITY_ELEMENTS<TypeParam>, i, value))), DIAGONAL)
                 << i << ": " << value;
     EXPECT_EQ(StateOf(Classified(Elements<TypeParam>{})), DIAGONAL);
@@ -681,8 +673,7 @@ TYPED_TEST(Matrix4Test, ScalarProductsOfColumnsAreZeroWithinTheTolerance)
 
 TYPED_TEST(Matrix4Test, NonFiniteElementsBesideTheDiagonalAreGeneral)
 {
-    for (TypeParam const value :
-         {std::numeric_limits<TypeParam>::quiet_NaN(), std::numeric_limits<TypeParam>::infinity()})
+    for (TypeParam const value : {QUIET_NAN<TypeParam>, INF<TypeParam>})
         for (std::size_t i = 0; i < 16; ++i)
             EXPECT_EQ(StateOf(Classified(With(QuarterTurn<TypeParam>(), i, value))), GENERAL) << i;
 }
@@ -775,7 +766,7 @@ TYPED_TEST(Matrix4Test, AxesAlongTheAxesOfTheWorldAreDiagonal)
     EXPECT_EQ(StateOfAxes<TypeParam>({1, 0, 0}, {0, 1, 0}, {0, 0, one}), DIAGONAL);
     EXPECT_EQ(StateOfAxes<TypeParam>({-1, zero, zero}, {zero, 1, zero}, {zero, zero, 1}), DIAGONAL);
     EXPECT_EQ(StateOfAxes<TypeParam>({0, 0, 0}, {0, 0, 0}, {0, 0, 0}), DIAGONAL);
-    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     EXPECT_EQ(StateOfAxes<TypeParam>({nan, 0, 0}, {0, 1, 0}, {0, 0, 1}), DIAGONAL);
 }
 
@@ -838,8 +829,7 @@ TYPED_TEST(Matrix4Test, AxesArePerpendicularWhenTheirScalarProductsAreStrictlyBe
 
 TYPED_TEST(Matrix4Test, NonFiniteAxesAreGeneral)
 {
-    for (TypeParam const value :
-         {std::numeric_limits<TypeParam>::quiet_NaN(), std::numeric_limits<TypeParam>::infinity()})
+    for (TypeParam const value : {QUIET_NAN<TypeParam>, INF<TypeParam>})
     {
         EXPECT_EQ(StateOfAxes<TypeParam>({0, value, 0}, {-1, 0, 0}, {0, 0, 1}), GENERAL);
         EXPECT_EQ(StateOfAxes<TypeParam>({0, 1, 0}, {-1, value, 0}, {0, 0, 1}), GENERAL);
@@ -905,7 +895,7 @@ TEST(Matrix4ConversionTest, NarrowingRoundsToNearestAndOverflowsToInfinity)
                          1 + step * 1.5,     // a tie, to even
                          1 + step * 0.50001, // up
                          1e300, -1e300, 1e-60, -1e-60, std::ldexp(1.0, -149), 0.1, 0, 0, 0, 0, 0, 0, 0);
-    float const infinity = std::numeric_limits<float>::infinity();
+    float const infinity = INF<float>;
     ExpectMatrix<float>(m,
                         {1, 1 + std::ldexp(2.0f, -23), 1 + std::ldexp(1.0f, -23), infinity, -infinity, 0.0f, -0.0f,
                          std::ldexp(1.0f, -149), 0.1f, 0, 0, 0, 0, 0, 0, 0},

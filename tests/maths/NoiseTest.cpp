@@ -11,6 +11,7 @@
 
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
+#include "support/Numbers.h"
 #include "support/SameBits.h"
 #include "values/NoiseValues.h"
 
@@ -23,14 +24,10 @@ using bv::maths::Noise3;
 using bv::maths::Turbulence1;
 using bv::maths::Turbulence2;
 using bv::maths::Turbulence3;
-using bv::test::ExpectSameBits;
+using namespace bv::test;
 using Vector2 = bv::maths::tVector2<float>;
 using Vector3 = bv::maths::tVector3<float>;
 
-constexpr float INF = std::numeric_limits<float>::infinity();
-constexpr float QUIET_NAN = std::numeric_limits<float>::quiet_NaN();
-constexpr float TINIEST = std::numeric_limits<float>::denorm_min();
-constexpr float HUGEST = std::numeric_limits<float>::max();
 constexpr unsigned int MOST_OCTAVES = std::numeric_limits<unsigned int>::max();
 
 static_assert(std::is_same_v<decltype(&Noise1), float (*)(float) noexcept>);
@@ -39,11 +36,6 @@ static_assert(std::is_same_v<decltype(&Noise3), float (*)(Vector3 const&) noexce
 static_assert(std::is_same_v<decltype(&Turbulence1), float (*)(float, unsigned int) noexcept>);
 static_assert(std::is_same_v<decltype(&Turbulence2), float (*)(Vector2 const&, unsigned int) noexcept>);
 static_assert(std::is_same_v<decltype(&Turbulence3), float (*)(Vector3 const&, unsigned int) noexcept>);
-
-float FromBits(std::uint32_t bits)
-{
-    return std::bit_cast<float>(bits);
-}
 
 /// The middle of the interval of length 1 that begins at a cell, where both weights are 0.5.
 float MiddleOf(int cell)
@@ -56,8 +48,8 @@ TEST(NoiseTest, Noise1HasTheBitsOfTheIndependentModel)
 {
     for (auto const& [x, result] : bv::test::NOISE_1)
     {
-        SCOPED_TRACE(FromBits(x));
-        ExpectSameBits(Noise1(FromBits(x)), FromBits(result));
+        SCOPED_TRACE(FromBits<float>(x));
+        ExpectSameBits(Noise1(FromBits<float>(x)), FromBits<float>(result));
     }
 }
 
@@ -65,8 +57,8 @@ TEST(NoiseTest, Noise2HasTheBitsOfTheIndependentModel)
 {
     for (auto const& [x, y, result] : bv::test::NOISE_2)
     {
-        SCOPED_TRACE(testing::Message() << FromBits(x) << ", " << FromBits(y));
-        ExpectSameBits(Noise2({FromBits(x), FromBits(y)}), FromBits(result));
+        SCOPED_TRACE(testing::Message() << FromBits<float>(x) << ", " << FromBits<float>(y));
+        ExpectSameBits(Noise2({FromBits<float>(x), FromBits<float>(y)}), FromBits<float>(result));
     }
 }
 
@@ -74,8 +66,9 @@ TEST(NoiseTest, Noise3HasTheBitsOfTheIndependentModel)
 {
     for (auto const& [x, y, z, result] : bv::test::NOISE_3)
     {
-        SCOPED_TRACE(testing::Message() << FromBits(x) << ", " << FromBits(y) << ", " << FromBits(z));
-        ExpectSameBits(Noise3({FromBits(x), FromBits(y), FromBits(z)}), FromBits(result));
+        SCOPED_TRACE(testing::Message() << FromBits<float>(x) << ", " << FromBits<float>(y) << ", "
+                                        << FromBits<float>(z));
+        ExpectSameBits(Noise3({FromBits<float>(x), FromBits<float>(y), FromBits<float>(z)}), FromBits<float>(result));
     }
 }
 
@@ -83,8 +76,8 @@ TEST(NoiseTest, Turbulence1HasTheBitsOfTheIndependentModel)
 {
     for (auto const& [x, octaves, result] : bv::test::TURBULENCE_1)
     {
-        SCOPED_TRACE(testing::Message() << FromBits(x) << " in octaves " << octaves);
-        ExpectSameBits(Turbulence1(FromBits(x), octaves), FromBits(result));
+        SCOPED_TRACE(testing::Message() << FromBits<float>(x) << " in octaves " << octaves);
+        ExpectSameBits(Turbulence1(FromBits<float>(x), octaves), FromBits<float>(result));
     }
 }
 
@@ -92,8 +85,9 @@ TEST(NoiseTest, Turbulence2HasTheBitsOfTheIndependentModel)
 {
     for (auto const& [x, y, octaves, result] : bv::test::TURBULENCE_2)
     {
-        SCOPED_TRACE(testing::Message() << FromBits(x) << ", " << FromBits(y) << " in octaves " << octaves);
-        ExpectSameBits(Turbulence2({FromBits(x), FromBits(y)}, octaves), FromBits(result));
+        SCOPED_TRACE(testing::Message() << FromBits<float>(x) << ", " << FromBits<float>(y) << " in octaves "
+                                        << octaves);
+        ExpectSameBits(Turbulence2({FromBits<float>(x), FromBits<float>(y)}, octaves), FromBits<float>(result));
     }
 }
 
@@ -101,9 +95,10 @@ TEST(NoiseTest, Turbulence3HasTheBitsOfTheIndependentModel)
 {
     for (auto const& [x, y, z, octaves, result] : bv::test::TURBULENCE_3)
     {
-        SCOPED_TRACE(testing::Message() << FromBits(x) << ", " << FromBits(y) << ", " << FromBits(z) << " in octaves "
-                                        << octaves);
-        ExpectSameBits(Turbulence3({FromBits(x), FromBits(y), FromBits(z)}, octaves), FromBits(result));
+        SCOPED_TRACE(testing::Message() << FromBits<float>(x) << ", " << FromBits<float>(y) << ", "
+                                        << FromBits<float>(z) << " in octaves " << octaves);
+        ExpectSameBits(Turbulence3({FromBits<float>(x), FromBits<float>(y), FromBits<float>(z)}, octaves),
+                       FromBits<float>(result));
     }
 }
 
@@ -218,7 +213,8 @@ TEST(NoiseTest, HasNoJumpsBetweenCells)
 
 TEST(NoiseTest, CoordinatesBeyond32BitsUseTheCellAtZero)
 {
-    for (float const huge : {2147483648.0F, -2147483904.0F, 4294967296.0F, 1e20F, -1e20F, HUGEST, -HUGEST})
+    for (float const huge :
+         {2147483648.0F, -2147483904.0F, 4294967296.0F, 1e20F, -1e20F, LARGEST<float>, -LARGEST<float>})
     {
         EXPECT_EQ(Noise1(huge), 0.5F) << huge;
         ExpectSameBits(Noise2({huge, 0.625F}), Noise2({0.0F, 0.625F}));
@@ -240,7 +236,7 @@ TEST(NoiseTest, CoordinatesWithin32BitsKeepTheirCell)
 
 TEST(NoiseTest, CoordinatesThatAreNotFiniteGiveNan)
 {
-    for (float const bad : {INF, -INF, QUIET_NAN})
+    for (float const bad : {INF<float>, -INF<float>, QUIET_NAN<float>})
     {
         EXPECT_TRUE(std::isnan(Noise1(bad)));
         EXPECT_TRUE(std::isnan(Noise2({bad, 0.5F})));
@@ -260,12 +256,12 @@ TEST(NoiseTest, AFractionThatRoundsToOneStaysInTheCellBelow)
     // taken at distance 0.
     EXPECT_EQ(Noise1(-1e-10F), 0.5F);
     EXPECT_EQ(Noise2({-1e-10F, 3.0F}), 0.5F);
-    EXPECT_EQ(Noise3({-TINIEST, -1e-10F, 4.0F}), 0.5F);
+    EXPECT_EQ(Noise3({-TINY<float>, -1e-10F, 4.0F}), 0.5F);
 }
 
 TEST(TurbulenceTest, OfNoOctaveIsZero)
 {
-    for (float const x : {0.0F, 0.3F, -7.7F, INF, QUIET_NAN})
+    for (float const x : {0.0F, 0.3F, -7.7F, INF<float>, QUIET_NAN<float>})
     {
         ExpectSameBits(Turbulence1(x, 0), 0.0F);
         ExpectSameBits(Turbulence2({x, 0.4F}, 0), 0.0F);
@@ -320,10 +316,10 @@ TEST(TurbulenceTest, DoublesTheCoordinatesAndHalvesTheWeightFromOctaveToOctave)
 
 TEST(TurbulenceTest, OfACoordinateThatDoublesToInfinityIsNan)
 {
-    EXPECT_EQ(Turbulence1(HUGEST, 1), 0.5F);
-    EXPECT_TRUE(std::isnan(Turbulence1(HUGEST, 2)));
-    EXPECT_TRUE(std::isnan(Turbulence2({0.0F, -HUGEST}, 2)));
-    EXPECT_TRUE(std::isnan(Turbulence3({0.0F, 0.0F, HUGEST}, MOST_OCTAVES)));
+    EXPECT_EQ(Turbulence1(LARGEST<float>, 1), 0.5F);
+    EXPECT_TRUE(std::isnan(Turbulence1(LARGEST<float>, 2)));
+    EXPECT_TRUE(std::isnan(Turbulence2({0.0F, -LARGEST<float>}, 2)));
+    EXPECT_TRUE(std::isnan(Turbulence3({0.0F, 0.0F, LARGEST<float>}, MOST_OCTAVES)));
 }
 
 TEST(TurbulenceTest, LeavesThePointThatItIsGivenAlone)

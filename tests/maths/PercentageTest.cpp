@@ -4,7 +4,6 @@
 #include <bit>
 #include <concepts>
 #include <cstdint>
-#include <limits>
 #include <numeric>
 #include <random>
 #include <type_traits>
@@ -13,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "bv/maths/DivideByZeroException.h"
+#include "support/Numbers.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
 
@@ -22,6 +22,7 @@ namespace
 using bv::maths::DivideByZeroException;
 using bv::maths::Percentage;
 using bv::test::ExpectSameBits;
+using bv::test::INF;
 
 using U64 = unsigned long long;
 
@@ -247,8 +248,8 @@ TEST(PercentageTest, ConvertsZerosOfEveryFormToZero)
 
 TEST(PercentageTest, ConvertsAnythingElseOverZeroToInfinity)
 {
-    ExpectSameBits<float>(Percentage(5, 0), std::numeric_limits<float>::infinity());
-    ExpectSameBits<float>(Percentage(1, 0), std::numeric_limits<float>::infinity());
+    ExpectSameBits<float>(Percentage(5, 0), INF<float>);
+    ExpectSameBits<float>(Percentage(1, 0), INF<float>);
 }
 
 TEST(PercentageTest, RoundsEachFieldBeforeItDivides)
@@ -510,7 +511,7 @@ TEST(PercentageTest, FloatingPointNumbersWorkOnTheRatio)
     ExpectSameBits(third + 0.0, 0x1.555556p-2);
     ExpectSameBits(third / 1.0, 0x1.555556p-2);
     ExpectSameBits(p - third, 0.75f - 1.0f / 3.0f);
-    ExpectSameBits(Percentage(1, 0) * 0.5f, std::numeric_limits<float>::infinity());
+    ExpectSameBits(Percentage(1, 0) * 0.5f, INF<float>);
 }
 
 TEST(PercentageTest, NegativeIntegersWrapAsTheyConvert)

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstring>
 #include <iomanip>
-#include <limits>
 #include <random>
 #include <sstream>
 #include <string>
@@ -16,6 +15,8 @@
 
 #include "bv/InvalidArgumentException.h"
 #include "bv/maths/DivideByZeroException.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 #include "support/Streams.h"
 #include "support/Throws.h"
@@ -25,9 +26,6 @@ namespace
 
 using namespace bv::maths;
 using namespace bv::test;
-
-template <typename T>
-using OtherPrecisionOf = std::conditional_t<std::is_same_v<T, float>, double, float>;
 
 /// A plane whose normal is as it is given: reading one from a stream scales nothing.
 template <typename T>
@@ -53,9 +51,6 @@ template <typename T>
 class PlaneTest : public testing::Test
 {
 protected:
-    static constexpr T INFINITE = std::numeric_limits<T>::infinity();
-    static constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
-    static constexpr T EPSILON = std::numeric_limits<T>::epsilon();
     static constexpr T PARALLEL =
         static_cast<T>(std::is_same_v<T, float> ? 1.1920928955078125e-06 : 2.220446049250313e-15);
     /// Adding 1 to it, or taking 1 from it, changes nothing.
@@ -72,8 +67,7 @@ protected:
     }
 };
 
-using Elements = testing::Types<float, double>;
-TYPED_TEST_SUITE(PlaneTest, Elements);
+TYPED_TEST_SUITE(PlaneTest, Precisions);
 
 TYPED_TEST(PlaneTest, IsFourNumbersWithTheOffsetFirst)
 {
@@ -90,7 +84,7 @@ TYPED_TEST(PlaneTest, PromisesItsTypesToTheCompiler)
     using T = TypeParam;
     using Plane = tPlane<T>;
     using Vector = tVector3<T>;
-    using OtherPlane = tPlane<OtherPrecisionOf<T>>;
+    using OtherPlane = tPlane<Other<T>>;
     static_assert(std::is_nothrow_default_constructible_v<Plane> && std::is_nothrow_copy_constructible_v<Plane>);
     static_assert(std::is_nothrow_constructible_v<Plane, Vector const&, T const&>);
     static_assert(std::is_nothrow_constructible_v<Plane, T const*>);
@@ -99,7 +93,7 @@ TYPED_TEST(PlaneTest, PromisesItsTypesToTheCompiler)
     static_assert(std::is_convertible_v<Plane, std::string>);
     static_assert(!std::is_constructible_v<Plane, std::nullptr_t>);
     static_assert(!std::is_assignable_v<Plane&, std::nullptr_t>);
-    static_assert(!std::is_constructible_v<Plane, OtherPrecisionOf<T> const*>);
+    static_assert(!std::is_constructible_v<Plane, Other<T> const*>);
     static_assert(!std::is_constructible_v<Plane, Vector>);
     static_assert(std::is_same_v<decltype(std::declval<Plane const&>().GetNormal()), Vector const&>);
     static_assert(std::is_same_v<decltype(std::declval<Plane const&>().GetOffset()), T const&>);
@@ -150,7 +144,7 @@ TYPED_TEST(PlaneTest, MultipliesTheNormalByTheReciprocalLengthAndDividesTheOffse
 {
     // The smallest whole number n for which n * (1 / n) is not 1, by element type; it is one step below.
     TypeParam const n = std::is_same_v<TypeParam, float> ? TypeParam{41} : TypeParam{49};
-    TypeParam const below = 1 - this->EPSILON / 2;
+    TypeParam const below = 1 - EPSILON<TypeParam> / 2;
     this->Expect({{0, n, 0}, n}, {0, below, 0}, 1);
     this->Expect({{0, 0, -n}, -n}, {0, 0, -below}, -1);
     tPlane<TypeParam> plane;
@@ -214,32 +208,32 @@ TYPED_TEST(PlaneTest, SetReadsItsArgumentsBeforeItWrites)
 TYPED_TEST(PlaneTest, ZeroNormalGivesInfinitiesAndNaN)
 {
     using T = TypeParam;
-    T const nan = this->NOT_A_NUMBER;
-    this->Expect({{0, 0, 0}, 1}, {nan, nan, nan}, this->INFINITE);   // 0 * (1 / 0); 1 / 0
-    this->Expect({{0, 0, 0}, -1}, {nan, nan, nan}, -this->INFINITE); // -1 / 0
-    this->Expect({{0, 0, 0}, 0}, {nan, nan, nan}, nan);              // 0 / 0
-    T const tiny = std::numeric_limits<T>::min();                    // its square is 0
-    this->Expect({{tiny, 0, -tiny}, 1}, {this->INFINITE, nan, -this->INFINITE}, this->INFINITE);
+    T const nan = QUIET_NAN<T>;
+    this->Expect({{0, 0, 0}, 1}, {nan, nan, nan}, INF<T>);   // 0 * (1 / 0); 1 / 0
+    this->Expect({{0, 0, 0}, -1}, {nan, nan, nan}, -INF<T>); // -1 / 0
+    this->Expect({{0, 0, 0}, 0}, {nan, nan, nan}, nan);      // 0 / 0
+    T const tiny = SMALLEST_NORMAL<T>;                       // its square is 0
+    this->Expect({{tiny, 0, -tiny}, 1}, {INF<T>, nan, -INF<T>}, INF<T>);
     T const values[] = {0, 0, 0, 1};
-    this->Expect(values, {nan, nan, nan}, this->INFINITE);
+    this->Expect(values, {nan, nan, nan}, INF<T>);
 }
 
 TYPED_TEST(PlaneTest, NormalTooLongToSquareVanishes)
 {
-    TypeParam const huge = std::numeric_limits<TypeParam>::max();
+    TypeParam const huge = LARGEST<TypeParam>;
     this->Expect({{huge, -huge, 0}, -1}, {0, -TypeParam{0}, 0}, -TypeParam{0}); // length +infinity
 }
 
 TYPED_TEST(PlaneTest, NaNSpreadsToEveryComponent)
 {
-    TypeParam const nan = this->NOT_A_NUMBER;
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     this->Expect({{1, nan, 0}, 1}, {nan, nan, nan}, nan);
     this->Expect({{0, 2, 0}, nan}, {0, 1, 0}, nan);
 }
 
 TYPED_TEST(PlaneTest, ConvertsEachComponentWithoutScaling)
 {
-    using Other = OtherPrecisionOf<TypeParam>;
+    using Other = Other<TypeParam>;
     auto const source = Unscaled<Other>({Other(0.1), -3, Other(1e-50)}, Other(1e40));
     tPlane<TypeParam> const converted = source;
     this->Expect(converted, {static_cast<TypeParam>(Other(0.1)), -3, static_cast<TypeParam>(Other(1e-50))},
@@ -253,7 +247,7 @@ TEST(PlaneConversionTest, NarrowingRoundsToNearestAndOverflowsToInfinity)
 {
     tPlane<double> wide;
     wide.SetOffset(1e40);
-    EXPECT_EQ(tPlane<float>(wide).GetOffset(), std::numeric_limits<float>::infinity());
+    EXPECT_EQ(tPlane<float>(wide).GetOffset(), INF<float>);
     wide.SetOffset(0.1);
     EXPECT_EQ(tPlane<float>(wide).GetOffset(), 0.1F);
     wide.SetNormal({0.6, 0.8, 0});
@@ -263,7 +257,7 @@ TEST(PlaneConversionTest, NarrowingRoundsToNearestAndOverflowsToInfinity)
 
 TYPED_TEST(PlaneTest, CopiesAndMovesMemberByMember)
 {
-    auto const source = this->Raw({2, -0.0, this->NOT_A_NUMBER}, 5);
+    auto const source = this->Raw({2, -0.0, QUIET_NAN<TypeParam>}, 5);
     tPlane<TypeParam> copy(source);
     this->Expect(copy, source.GetNormal(), 5);
     tPlane<TypeParam> assigned;
@@ -288,7 +282,7 @@ TYPED_TEST(PlaneTest, SetNormalStoresAUnitVectorAndLeavesTheOffset)
 
 TYPED_TEST(PlaneTest, SetNormalAcceptsALengthWithinTheToleranceAsItIs)
 {
-    TypeParam const e = this->EPSILON;
+    TypeParam const e = EPSILON<TypeParam>;
     tPlane<TypeParam> plane({1, 0, 0}, 7);
     plane.SetNormal({0, 0, 1 + 20 * e}); // squared length 1 + 40 e: 40 steps from 1
     this->Expect(plane, {0, 0, 1 + 20 * e}, 7);
@@ -299,14 +293,9 @@ TYPED_TEST(PlaneTest, SetNormalAcceptsALengthWithinTheToleranceAsItIs)
 TYPED_TEST(PlaneTest, SetNormalRefusesAnyOtherLengthAndChangesNothing)
 {
     using T = TypeParam;
-    T const e = this->EPSILON;
-    tVector3<T> const refused[] = {{0, 0, 2},
-                                   {0, 0, T(0.5)},
-                                   {0, 0, 0},
-                                   {0, 0, 1 + 26 * e},
-                                   {1, 1, 0},
-                                   {1, this->NOT_A_NUMBER, 0},
-                                   {this->INFINITE, 0, 0}};
+    T const e = EPSILON<T>;
+    tVector3<T> const refused[] = {{0, 0, 2}, {0, 0, T(0.5)},       {0, 0, 0},     {0, 0, 1 + 26 * e},
+                                   {1, 1, 0}, {1, QUIET_NAN<T>, 0}, {INF<T>, 0, 0}};
     for (tVector3<T> const& normal : refused)
     {
         tPlane<T> plane({1, 0, 0}, 7);
@@ -319,7 +308,7 @@ TYPED_TEST(PlaneTest, SetNormalRefusesAnyOtherLengthAndChangesNothing)
 TYPED_TEST(PlaneTest, SetOffsetStoresWhateverItIsGiven)
 {
     tPlane<TypeParam> plane({0, 1, 0}, 7);
-    for (TypeParam const offset : {TypeParam{-3}, -TypeParam{0}, this->INFINITE, this->NOT_A_NUMBER})
+    for (TypeParam const offset : {TypeParam{-3}, -TypeParam{0}, INF<TypeParam>, QUIET_NAN<TypeParam>})
     {
         plane.SetOffset(offset);
         this->Expect(plane, {0, 1, 0}, offset);
@@ -350,9 +339,9 @@ TYPED_TEST(PlaneTest, DistanceSumsYAndXThenZThenTheOffset)
 TYPED_TEST(PlaneTest, DistanceFollowsIeeeArithmetic)
 {
     tPlane<TypeParam> const plane({0, 1, 0}, -2);
-    ExpectSameBits(plane.GetDistance({0, this->INFINITE, 0}), this->INFINITE);
-    ExpectSameBits(plane.GetDistance({0, this->NOT_A_NUMBER, 0}), this->NOT_A_NUMBER);
-    ExpectSameBits(plane.GetDistance({this->INFINITE, 0, 0}), this->NOT_A_NUMBER); // 0 * infinity
+    ExpectSameBits(plane.GetDistance({0, INF<TypeParam>, 0}), INF<TypeParam>);
+    ExpectSameBits(plane.GetDistance({0, QUIET_NAN<TypeParam>, 0}), QUIET_NAN<TypeParam>);
+    ExpectSameBits(plane.GetDistance({INF<TypeParam>, 0, 0}), QUIET_NAN<TypeParam>); // 0 * infinity
     ExpectSameBits(tPlane<TypeParam>().GetDistance({1, 2, 3}), TypeParam{0});
 }
 
@@ -361,8 +350,8 @@ TYPED_TEST(PlaneTest, AbsoluteDistanceHasNoSign)
     tPlane<TypeParam> const plane({0, 1, 0}, -2);
     ExpectSameBits(plane.GetAbsoluteDistance({0, 5, 0}), TypeParam{3});
     ExpectSameBits(plane.GetAbsoluteDistance({0, -1, 0}), TypeParam{3});
-    ExpectSameBits(plane.GetAbsoluteDistance({0, -this->INFINITE, 0}), this->INFINITE);
-    ExpectSameBits(plane.GetAbsoluteDistance({0, this->NOT_A_NUMBER, 0}), this->NOT_A_NUMBER);
+    ExpectSameBits(plane.GetAbsoluteDistance({0, -INF<TypeParam>, 0}), INF<TypeParam>);
+    ExpectSameBits(plane.GetAbsoluteDistance({0, QUIET_NAN<TypeParam>, 0}), QUIET_NAN<TypeParam>);
     auto const zero = this->Raw({0, 0, 0}, -TypeParam{0});
     ExpectSameBits(zero.GetDistance({-1, -1, -1}), -TypeParam{0});
     ExpectSameBits(zero.GetAbsoluteDistance({-1, -1, -1}), TypeParam{0});
@@ -423,12 +412,12 @@ TYPED_TEST(PlaneTest, IntersectionAcceptsADenominatorOfExactlyTheTolerance)
 TYPED_TEST(PlaneTest, IntersectionLetsNaNPass)
 {
     using T = TypeParam;
-    T const nan = this->NOT_A_NUMBER;
+    T const nan = QUIET_NAN<T>;
     tPlane<T> const plane({0, 0, 1}, -2);
     ExpectSameBits(plane.GetIntersection({1, 2, 3}, {0, 0, nan}), {nan, nan, nan});
     ExpectSameBits(tPlane<T>({0, 0, 0}, 1).GetIntersection({1, 2, 3}, {0, 0, 1}), {nan, nan, nan});
-    ExpectSameBits(plane.GetIntersection({nan, 2, 3}, {0, 0, 1}), {nan, nan, nan});        // 0 * NaN in the distance
-    ExpectSameBits(plane.GetIntersection({1, 2, 3}, {0, 0, this->INFINITE}), {1, 2, nan}); // t = -0
+    ExpectSameBits(plane.GetIntersection({nan, 2, 3}, {0, 0, 1}), {nan, nan, nan}); // 0 * NaN in the distance
+    ExpectSameBits(plane.GetIntersection({1, 2, 3}, {0, 0, INF<T>}), {1, 2, nan});  // t = -0
 }
 
 TYPED_TEST(PlaneTest, IntersectionSumsFromXToZ)
@@ -460,8 +449,8 @@ TYPED_TEST(PlaneTest, IntersectionDividesByTheDenominator)
 TYPED_TEST(PlaneTest, EqualityIsTolerantInEachComponent)
 {
     using T = TypeParam;
-    T const near = 1 + 8 * this->EPSILON;
-    T const far = 1 + 60 * this->EPSILON;
+    T const near = 1 + 8 * EPSILON<T>;
+    T const far = 1 + 60 * EPSILON<T>;
     tPlane<T> const plane = this->Raw({1, 1, 1}, 1);
     EXPECT_TRUE(plane == plane);
     EXPECT_TRUE(plane == this->Raw({near, near, near}, near));
@@ -492,7 +481,7 @@ TYPED_TEST(PlaneTest, EqualityToleratesSmallDifferencesOfAnySteps)
 
 TYPED_TEST(PlaneTest, EqualityComparesNaNAsIsEqualDoes)
 {
-    auto const plane = this->Raw({this->NOT_A_NUMBER, 0, 0}, this->NOT_A_NUMBER);
+    auto const plane = this->Raw({QUIET_NAN<TypeParam>, 0, 0}, QUIET_NAN<TypeParam>);
     EXPECT_TRUE(plane == plane);
     EXPECT_FALSE(plane == tPlane<TypeParam>());
     EXPECT_TRUE(plane != tPlane<TypeParam>());
@@ -535,10 +524,10 @@ TYPED_TEST(PlaneTest, DeserialiseReadsTheNormalAlone)
 TYPED_TEST(PlaneTest, DeserialiseChecksAndScalesNothing)
 {
     std::stringstream stream;
-    tVector3<TypeParam>(2, this->NOT_A_NUMBER, -0.0).Serialise(stream);
+    tVector3<TypeParam>(2, QUIET_NAN<TypeParam>, -0.0).Serialise(stream);
     tPlane<TypeParam> plane({1, 0, 0}, 7);
     plane.Deserialise(stream);
-    this->Expect(plane, {2, this->NOT_A_NUMBER, -0.0}, 7);
+    this->Expect(plane, {2, QUIET_NAN<TypeParam>, -0.0}, 7);
 }
 
 TYPED_TEST(PlaneTest, DeserialiseOfAShortStreamKeepsWhatItCouldNotRead)

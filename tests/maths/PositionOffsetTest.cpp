@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 
 namespace
@@ -14,12 +16,7 @@ namespace
 
 using bv::maths::GetPositionOffset;
 using bv::maths::tVector3;
-using bv::test::ExpectSameBits;
-
-template <typename T>
-constexpr T INF = std::numeric_limits<T>::infinity();
-template <typename T>
-constexpr T QUIET_NAN = std::numeric_limits<T>::quiet_NaN();
+using namespace bv::test;
 
 /// The single-precision 1e-5 in either precision.
 template <typename T>
@@ -40,7 +37,6 @@ class PositionOffsetTest : public testing::Test
                                  tVector3<T> (*)(tVector3<T> const&, tVector3<T> const&) noexcept>);
 };
 
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(PositionOffsetTest, Precisions);
 
 TYPED_TEST(PositionOffsetTest, MovesASmallPositionByOneHundredThousandth)
@@ -93,9 +89,9 @@ TYPED_TEST(PositionOffsetTest, TheExponentCountsModulo32)
     ExpectSameBits(StepFor(T{2147483520}), T{2147483648} * UNIT<T>); // just below 2^31
     ExpectSameBits(StepFor(T{2147483648}), UNIT<T>);                 // 2^31, exponent 32
     ExpectSameBits(StepFor(T{-2147483648}), UNIT<T>);
-    ExpectSameBits(StepFor(T{4294967296}), 2 * UNIT<T>);             // 2^32, exponent 33
-    ExpectSameBits(StepFor(std::ldexp(T{1}, 63)), UNIT<T>);          // exponent 64
-    ExpectSameBits(StepFor(std::numeric_limits<T>::max()), UNIT<T>); // exponents 128 and 1024
+    ExpectSameBits(StepFor(T{4294967296}), 2 * UNIT<T>);    // 2^32, exponent 33
+    ExpectSameBits(StepFor(std::ldexp(T{1}, 63)), UNIT<T>); // exponent 64
+    ExpectSameBits(StepFor(LARGEST<T>), UNIT<T>);           // exponents 128 and 1024
 }
 
 TYPED_TEST(PositionOffsetTest, TheExponentIsThatOfFrexp)
@@ -115,8 +111,7 @@ TYPED_TEST(PositionOffsetTest, TheExponentIsThatOfFrexp)
 TYPED_TEST(PositionOffsetTest, SubnormalAndNonFiniteCoordinatesCountAsSmall)
 {
     using T = TypeParam;
-    for (T const coordinate : {std::numeric_limits<T>::denorm_min(), -std::numeric_limits<T>::denorm_min(),
-                               std::numeric_limits<T>::min(), T{-0.0}, INF<T>, -INF<T>, QUIET_NAN<T>})
+    for (T const coordinate : {TINY<T>, -TINY<T>, SMALLEST_NORMAL<T>, T{-0.0}, INF<T>, -INF<T>, QUIET_NAN<T>})
         ExpectSameBits(StepFor(coordinate), UNIT<T>);
 }
 

@@ -11,7 +11,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <limits>
 #include <memory>
 #include <random>
 #include <string>
@@ -22,6 +21,7 @@
 #include <gtest/gtest.h>
 
 #include "support/MatrixBits.h"
+#include "support/Numbers.h"
 #include "support/SameBits.h"
 
 namespace bv::test
@@ -32,22 +32,8 @@ using maths::Matrix4f;
 using maths::Vector3f;
 using maths::VolumeAABBf;
 
-inline constexpr float INFINITE = std::numeric_limits<float>::infinity();
-inline constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
-inline constexpr float LARGEST = std::numeric_limits<float>::max();
-inline constexpr float TINY = std::numeric_limits<float>::denorm_min();
 inline constexpr std::uint32_t HIT = 0xFFFFFFFFU;
 inline constexpr std::uint32_t MISS = 0;
-
-[[nodiscard]] inline bool IsNaN(float value)
-{
-    return (std::bit_cast<std::uint32_t>(value) & 0x7FFFFFFFU) > 0x7F800000U;
-}
-
-[[nodiscard]] inline bool IsSame(float a, float b)
-{
-    return (IsNaN(a) && IsNaN(b)) || std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
-}
 
 /// One ray of a packet, in numbers of its own.
 struct Lane
@@ -300,8 +286,8 @@ protected:
                 float expectedFar = upper[i];
                 std::uint32_t const mask = model::Clip(model::Load(group[i]), box, expectedNear, expectedFar);
                 hits += mask == HIT ? 1 : 0;
-                if (clipped.mask[i] == mask && IsSame(clipped.tNear[i], expectedNear) &&
-                    IsSame(clipped.tFar[i], expectedFar))
+                if (clipped.mask[i] == mask && HasSameBits(clipped.tNear[i], expectedNear) &&
+                    HasSameBits(clipped.tFar[i], expectedFar))
                     continue;
                 ADD_FAILURE() << "lane " << i << ": origin " << group[i].origin << "; direction " << group[i].direction
                               << "; box " << box.GetMin() << " to " << box.GetMax() << "; interval " << lower[i]
@@ -385,7 +371,7 @@ TYPED_TEST(RayPacketTest, ReadsExactlyAsManyRaysAsItHasLanes)
     packet.Initialise(exact.data());
     auto const lanes = LanesOf(packet);
     std::vector<DepthRayf> more(exact);
-    more.emplace_back(Vector3f(NOT_A_NUMBER, 7, 8), Vector3f(9, 10, 11));
+    more.emplace_back(Vector3f(QUIET_NAN<float>, 7, 8), Vector3f(9, 10, 11));
     TypeParam again;
     again.Initialise(more.data());
     for (std::size_t i = 0; i < TypeParam::WIDTH; ++i)
@@ -401,8 +387,8 @@ TYPED_TEST(RayPacketTest, LoadsNeitherDifferentialsNorPayload)
     auto const expected = LanesOf(MakePacket<TypeParam>(rays));
     for (DepthRayf& ray : rays)
     {
-        ray.tMin = ray.tMax = NOT_A_NUMBER;
-        ray.dOriginDu = ray.dOriginDv = ray.dDirectionDu = ray.dDirectionDv = {NOT_A_NUMBER, INFINITE, 5};
+        ray.tMin = ray.tMax = QUIET_NAN<float>;
+        ray.dOriginDu = ray.dOriginDv = ray.dDirectionDu = ray.dDirectionDv = {QUIET_NAN<float>, INF<float>, 5};
         ray.payload = reinterpret_cast<bv::IRayPayloadInternal*>(std::uintptr_t{1});
     }
     auto const actual = LanesOf(MakePacket<TypeParam>(rays));
@@ -412,9 +398,15 @@ TYPED_TEST(RayPacketTest, LoadsNeitherDifferentialsNorPayload)
 
 TYPED_TEST(RayPacketTest, TheInverseOfAZeroIsTheInfinityOfItsSign)
 {
-    std::pair<float, float> const cases[] = {
-        {0.0F, INFINITE},   {-0.0F, -INFINITE},           {INFINITE, 0.0F}, {-INFINITE, -0.0F},    {TINY, INFINITE},
-        {-TINY, -INFINITE}, {NOT_A_NUMBER, NOT_A_NUMBER}, {0.25F, 4.0F},    {LARGEST, 1 / LARGEST}};
+    std::pair<float, float> const cases[] = {{0.0F, INF<float>},
+                                             {-0.0F, -INF<float>},
+                                             {INF<float>, 0.0F},
+                                             {-INF<float>, -0.0F},
+                                             {TINY<float>, INF<float>},
+                                             {-TINY<float>, -INF<float>},
+                                             {QUIET_NAN<float>, QUIET_NAN<float>},
+                                             {0.25F, 4.0F},
+                                             {LARGEST<float>, 1 / LARGEST<float>}};
     for (auto const& [direction, inverse] : cases)
         for (std::size_t axis = 0; axis < 3; ++axis)
         {
@@ -440,7 +432,7 @@ TYPED_TEST(RayPacketTest, TheInverseIsATrueQuotient)
         auto const lanes = LanesOf(MakePacket<TypeParam>(rays));
         for (std::size_t lane = 0; lane < TypeParam::WIDTH; ++lane)
             for (std::size_t axis = 0; axis < 3; ++axis)
-                ASSERT_TRUE(IsSame(lanes[lane].invDirection[axis], 1.0F / rays[lane].direction[axis]))
+                ASSERT_TRUE(HasSameBits(lanes[lane].invDirection[axis], 1.0F / rays[lane].direction[axis]))
                     << rays[lane].direction[axis];
     }
 }
@@ -463,8 +455,8 @@ TYPED_TEST(RayPacketTest, AssignmentCopiesAllNineVectors)
 TYPED_TEST(RayPacketTest, AnIdentityMatrixLeavesEveryBit)
 {
     auto rays = this->DifferentRays();
-    rays[0].direction = {-0.0F, INFINITE, NOT_A_NUMBER};
-    rays[1].origin = {-0.0F, INFINITE, NOT_A_NUMBER};
+    rays[0].direction = {-0.0F, INF<float>, QUIET_NAN<float>};
+    rays[1].origin = {-0.0F, INF<float>, QUIET_NAN<float>};
     TypeParam packet = MakePacket<TypeParam>(rays);
     TypeParam const before = packet;
     EXPECT_EQ(&packet.Transform(Matrix4f()), &packet);
@@ -484,7 +476,7 @@ TYPED_TEST(RayPacketTest, TheStateIdentityCountsAndNotTheElements)
     {
         ExpectSameBits(lane.origin[0], 0.0F);
         ExpectSameBits(lane.direction[0], 0.0F);
-        ExpectSameBits(lane.invDirection[0], INFINITE);
+        ExpectSameBits(lane.invDirection[0], INF<float>);
     }
 }
 
@@ -506,7 +498,7 @@ TYPED_TEST(RayPacketTest, ATransformationMultipliesByThreeRowsInEveryStateButIde
 {
     auto const rays = this->DifferentRays();
     // Row 4 would change everything if it were read.
-    Elements<float> const m = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, NOT_A_NUMBER, INFINITE, 0, 0};
+    Elements<float> const m = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, QUIET_NAN<float>, INF<float>, 0, 0};
     for (std::uint32_t const state : {1U, 2U, 3U, 77U})
     {
         TypeParam packet = MakePacket<TypeParam>(rays);
@@ -537,22 +529,23 @@ TYPED_TEST(RayPacketTest, ATransformationSumsFromXToW)
         ExpectSameBits(lane.origin[1], LARGE);   // 0 + large
         ExpectSameBits(lane.origin[2], -LARGE);  // 0 - large
         ExpectSameBits(lane.direction[0], 0.0F); // (1 + large) - large
-        ExpectSameBits(lane.invDirection[0], INFINITE);
+        ExpectSameBits(lane.invDirection[0], INF<float>);
     }
 }
 
 TYPED_TEST(RayPacketTest, TheFourthColumnTimesZeroIsAddedToDirections)
 {
     TypeParam packet = this->Repeat({1, 2, 3}, {4, -0.0F, -0.0F});
-    packet.Transform(MakeMatrix<float>({1, 0, 0, INFINITE, 0, 1, 0, NOT_A_NUMBER, -0.0F, 1, 1, -5, 0, 0, 0, 1}, 3));
+    packet.Transform(
+        MakeMatrix<float>({1, 0, 0, INF<float>, 0, 1, 0, QUIET_NAN<float>, -0.0F, 1, 1, -5, 0, 0, 0, 1}, 3));
     for (Lane const& lane : LanesOf(packet))
     {
-        ExpectSameBits(lane.direction[0], NOT_A_NUMBER); // 4 + infinity * 0
-        ExpectSameBits(lane.direction[1], NOT_A_NUMBER);
+        ExpectSameBits(lane.direction[0], QUIET_NAN<float>); // 4 + infinity * 0
+        ExpectSameBits(lane.direction[1], QUIET_NAN<float>);
         ExpectSameBits(lane.direction[2], -0.0F); // -0 - 0 - 0 + -5 * 0
-        ExpectSameBits(lane.invDirection[2], -INFINITE);
-        ExpectSameBits(lane.origin[0], INFINITE);
-        ExpectSameBits(lane.origin[1], NOT_A_NUMBER);
+        ExpectSameBits(lane.invDirection[2], -INF<float>);
+        ExpectSameBits(lane.origin[0], INF<float>);
+        ExpectSameBits(lane.origin[1], QUIET_NAN<float>);
         ExpectSameBits(lane.origin[2], 0.0F); // 2 + 3 - 5
     }
 }
@@ -574,7 +567,8 @@ TYPED_TEST(RayPacketTest, RandomTransformationsAgreeWithTheModel)
     constexpr unsigned int SEED = 20240620;
     SCOPED_TRACE("seed " + std::to_string(SEED));
     std::mt19937 random(SEED);
-    float const specials[] = {0.0F, -0.0F, INFINITE, -INFINITE, NOT_A_NUMBER, TINY, -TINY, LARGEST};
+    float const specials[] = {0.0F,        -0.0F,        INF<float>,    -INF<float>, QUIET_NAN<float>,
+                              TINY<float>, -TINY<float>, LARGEST<float>};
     auto const next = [&]
     {
         if (random() % 16 == 0)
@@ -631,10 +625,10 @@ TYPED_TEST(RayPacketTest, ARayAlongTheOutsideOfAFaceHitsWithinTheWideningOnly)
     // Along y, just beside the box in x or z.
     this->ExpectClip({-e / 2, 1, 1}, {0, 1, 0}, box, 0, 100, HIT, 0, 7);
     this->ExpectClip({1, 1, -e / 2}, {0, 1, 0}, box, 0, 100, HIT, 0, 7);
-    this->ExpectClip({-2 * e, 1, 1}, {0, 1, 0}, box, 0, 100, MISS, INFINITE, 7);
-    this->ExpectClip({1, 1, -2 * e}, {0, 1, 0}, box, 0, 100, MISS, INFINITE, 7);
+    this->ExpectClip({-2 * e, 1, 1}, {0, 1, 0}, box, 0, 100, MISS, INF<float>, 7);
+    this->ExpectClip({1, 1, -2 * e}, {0, 1, 0}, box, 0, 100, MISS, INF<float>, 7);
     // Along x, beside the box in y, by as little as there is.
-    this->ExpectClip({1, -TINY, 1}, {1, 0, 0}, box, 0, 100, MISS, INFINITE, 7 + e);
+    this->ExpectClip({1, -TINY<float>, 1}, {1, 0, 0}, box, 0, 100, MISS, INF<float>, 7 + e);
 }
 
 TYPED_TEST(RayPacketTest, AZeroDirectionStrictlyInsideKeepsTheInterval)
@@ -649,20 +643,20 @@ TYPED_TEST(RayPacketTest, AZeroDirectionStrictlyInsideKeepsTheInterval)
 TYPED_TEST(RayPacketTest, AZeroDirectionStrictlyOutsideGivesAnEmptyInterval)
 {
     // Both parameters are the same infinity: it becomes the near end, or minus infinity the far end.
-    this->ExpectClip({2, 0.5F, 0.5F}, {0, 0, 0}, {{0, 0, 0}, {1, 1, 1}}, 0, 100, MISS, 0, -INFINITE);
-    this->ExpectClip({-2, 0.5F, 0.5F}, {0, 0, 0}, {{0, 0, 0}, {1, 1, 1}}, 0, 100, MISS, INFINITE, 100);
-    this->ExpectClip({0.5F, 2, 0.5F}, {0, 0, 0}, {{0, 0, 0}, {1, 1, 1}}, 0, 100, MISS, 0, -INFINITE);
-    this->ExpectClip({0.5F, 0.5F, -2}, {0, -0.0F, -0.0F}, {{0, 0, 0}, {1, 1, 1}}, 0, 100, MISS, 0, -INFINITE);
+    this->ExpectClip({2, 0.5F, 0.5F}, {0, 0, 0}, {{0, 0, 0}, {1, 1, 1}}, 0, 100, MISS, 0, -INF<float>);
+    this->ExpectClip({-2, 0.5F, 0.5F}, {0, 0, 0}, {{0, 0, 0}, {1, 1, 1}}, 0, 100, MISS, INF<float>, 100);
+    this->ExpectClip({0.5F, 2, 0.5F}, {0, 0, 0}, {{0, 0, 0}, {1, 1, 1}}, 0, 100, MISS, 0, -INF<float>);
+    this->ExpectClip({0.5F, 0.5F, -2}, {0, -0.0F, -0.0F}, {{0, 0, 0}, {1, 1, 1}}, 0, 100, MISS, 0, -INF<float>);
 }
 
 TYPED_TEST(RayPacketTest, OnTheLowerYFaceAParallelRayTakesTheUpperFaceForBothEnds)
 {
     VolumeAABBf const box({0, 0, 0}, {1, 1, 1});
     // t1 = 0 * infinity is NaN, t2 = +infinity: lo = hi = t2, which empties every finite interval.
-    this->ExpectClip({0.5F, 0, 0.5F}, {0, 0, 0}, box, 0, 100, MISS, INFINITE, 100);
-    this->ExpectClip({0.5F, 0, 0.5F}, {0, 0, 0}, box, 0, INFINITE, HIT, INFINITE, INFINITE);
+    this->ExpectClip({0.5F, 0, 0.5F}, {0, 0, 0}, box, 0, 100, MISS, INF<float>, 100);
+    this->ExpectClip({0.5F, 0, 0.5F}, {0, 0, 0}, box, 0, INF<float>, HIT, INF<float>, INF<float>);
     // With -0, t2 = -infinity.
-    this->ExpectClip({0.5F, 0, 0.5F}, {0, -0.0F, 0}, box, 0, 100, MISS, 0, -INFINITE);
+    this->ExpectClip({0.5F, 0, 0.5F}, {0, -0.0F, 0}, box, 0, 100, MISS, 0, -INF<float>);
     // On the lower faces of x and z, the widening avoids the NaN.
     this->ExpectClip({0, 0.5F, 0.5F}, {0, 0, 0}, box, 0, 100, HIT, 0, 100);
     this->ExpectClip({0.5F, 0.5F, 0}, {0, 0, 0}, box, 0, 100, HIT, 0, 100);
@@ -673,7 +667,7 @@ TYPED_TEST(RayPacketTest, OnTheUpperYFaceAParallelRayMakesTheIntervalNaN)
     VolumeAABBf const box({0, 0, 0}, {1, 1, 1});
     // t2 is NaN, and so are lo and hi. They replace the running values; z, strictly inside, replaces them again by its
     // own infinities, which are the second operands.
-    this->ExpectClip({0.5F, 1, 0.5F}, {0, 0, 0}, box, 0, 100, HIT, -INFINITE, INFINITE);
+    this->ExpectClip({0.5F, 1, 0.5F}, {0, 0, 0}, box, 0, 100, HIT, -INF<float>, INF<float>);
     this->ExpectClip({0.5F, 1, 0.5F}, {0, 0, 1}, box, 0, 100, HIT, -0.5F - std::bit_cast<float>(0x35A00000U),
                      0.5F + std::bit_cast<float>(0x35A00000U));
     // On the upper faces of x and z, the widening avoids the NaN.
@@ -684,14 +678,14 @@ TYPED_TEST(RayPacketTest, FarOutTheWideningIsLostInTheRounding)
 {
     // 1000 + e is 1000: in z, too, the upper face makes the interval NaN, and nothing follows to replace it.
     VolumeAABBf const box({0, 0, 0}, {1, 1, 1000});
-    this->ExpectClip({0.5F, 0.5F, 1000}, {0, 0, 0}, box, 0, 100, MISS, NOT_A_NUMBER, NOT_A_NUMBER);
+    this->ExpectClip({0.5F, 0.5F, 1000}, {0, 0, 0}, box, 0, 100, MISS, QUIET_NAN<float>, QUIET_NAN<float>);
 }
 
 TYPED_TEST(RayPacketTest, ANaNInTheCallersIntervalIsReplaced)
 {
     VolumeAABBf const box({-1, -1, -1}, {1, 1, 1});
-    this->ExpectClip({0, -5, 0}, {0, 1, 0}, box, NOT_A_NUMBER, 100, HIT, 4, 6);
-    this->ExpectClip({0, -5, 0}, {0, 1, 0}, box, 0, NOT_A_NUMBER, HIT, 4, 6);
+    this->ExpectClip({0, -5, 0}, {0, 1, 0}, box, QUIET_NAN<float>, 100, HIT, 4, 6);
+    this->ExpectClip({0, -5, 0}, {0, 1, 0}, box, 0, QUIET_NAN<float>, HIT, 4, 6);
 }
 
 TYPED_TEST(RayPacketTest, ABoxBehindIsAHitUnlessTheIntervalRulesItOut)
@@ -805,8 +799,9 @@ TYPED_TEST(RayPacketTest, RandomRaysAndBoxesAgreeWithTheModel)
 
 TYPED_TEST(RayPacketTest, EverySpecialValueOnEveryAxisAgreesWithTheModel)
 {
-    float const values[] = {0.0F, -0.0F, INFINITE, -INFINITE, NOT_A_NUMBER, TINY, -TINY, 1.0F, -1.0F, LARGEST, 1000.0F};
-    float const ends[] = {0.0F, -0.0F, INFINITE, -INFINITE, NOT_A_NUMBER, 1.0F};
+    float const values[] = {0.0F,         -0.0F, INF<float>, -INF<float>,    QUIET_NAN<float>, TINY<float>,
+                            -TINY<float>, 1.0F,  -1.0F,      LARGEST<float>, 1000.0F};
+    float const ends[] = {0.0F, -0.0F, INF<float>, -INF<float>, QUIET_NAN<float>, 1.0F};
     int hits = 0;
     for (std::size_t axis = 0; axis < 3; ++axis)
     {
@@ -829,7 +824,7 @@ TYPED_TEST(RayPacketTest, EverySpecialValueOnEveryAxisAgreesWithTheModel)
             for (float const upper : values)
             {
                 // The other two axes are unbounded: they give minus and plus infinity.
-                VolumeAABBf box({-INFINITE, -INFINITE, -INFINITE}, {INFINITE, INFINITE, INFINITE});
+                VolumeAABBf box({-INF<float>, -INF<float>, -INF<float>}, {INF<float>, INF<float>, INF<float>});
                 box.GetMin()[axis] = lower;
                 box.GetMax()[axis] = upper;
                 int const found = this->CompareWithModel(rays, tNear, tFar, box);

@@ -4,7 +4,6 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <new>
 #include <random>
 #include <string>
@@ -15,6 +14,8 @@
 
 #include "bv/maths/tFrustum.h"
 #include "bv/maths/tMatrix4.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 
 namespace
@@ -95,10 +96,7 @@ template <typename T>
 class RayTest : public testing::Test
 {
 protected:
-    static constexpr T INFINITE = std::numeric_limits<T>::infinity();
-    static constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
     static constexpr T E = static_cast<T>(std::is_same_v<T, float> ? 1.1920928955078125e-06 : 2.220446049250313e-15);
-    static constexpr T TINY = std::numeric_limits<T>::denorm_min();
 
     static tRay<T> Ray(tVector3<T> const& origin, tVector3<T> const& direction) { return {origin, direction}; }
     static tVolumeAABB<T> Box(tVector3<T> const& lower, tVector3<T> const& upper) { return {lower, upper}; }
@@ -110,8 +108,7 @@ protected:
     }
 };
 
-using ElementTypes = testing::Types<float, double>;
-TYPED_TEST_SUITE(RayTest, ElementTypes);
+TYPED_TEST_SUITE(RayTest, Precisions);
 
 TYPED_TEST(RayTest, IsSixNumbersWithTheOriginFirst)
 {
@@ -181,7 +178,7 @@ TYPED_TEST(RayTest, ASphereBehindHasTwoNegativeParameters)
 TYPED_TEST(RayTest, AMissedSphereWritesNothing)
 {
     using T = TypeParam;
-    T const nan = this->NOT_A_NUMBER;
+    T const nan = QUIET_NAN<T>;
     std::pair<tRay<T>, tVolumeSphere<T>> const misses[] = {
         {{{2, 0, -5}, {0, 0, 1}}, {{0, 0, 0}, 1}},       // beside it
         {{{0, 0, -5}, {0, 0, 1}}, {{0, 0, 0}, T(-0.5)}}, // a negative squared radius
@@ -189,7 +186,7 @@ TYPED_TEST(RayTest, AMissedSphereWritesNothing)
         {{{0, 0, -5}, {0, nan, 1}}, {{0, 0, 0}, 1}},
         {{{0, 0, -5}, {0, 0, 1}}, {{0, nan, 0}, 1}},
         {{{0, 0, -5}, {0, 0, 1}}, {{0, 0, 0}, nan}},
-        {{{0, 0, this->INFINITE}, {0, 0, 1}}, {{0, 0, 0}, 1}}, // infinity - infinity
+        {{{0, 0, INF<T>}, {0, 0, 1}}, {{0, 0, 0}, 1}}, // infinity - infinity
     };
     for (auto const& [ray, sphere] : misses)
     {
@@ -208,7 +205,7 @@ TYPED_TEST(RayTest, ATouchedSphereGivesOneParameterTwice)
     EXPECT_TRUE(this->Ray({1, 0, -5}, {0, 0, 1}).Clip(tVolumeSphere<TypeParam>({0, 0, 0}, 1), tNear, tFar));
     EXPECT_EQ(tNear, TypeParam{5});
     EXPECT_EQ(tFar, TypeParam{5});
-    TypeParam const steps = std::numeric_limits<TypeParam>::epsilon() / 2;
+    TypeParam const steps = EPSILON<TypeParam> / 2;
     EXPECT_FALSE(this->Ray({1, 0, 0}, {0, 0, 1}).Clip(tVolumeSphere<TypeParam>({0, 0, 0}, 1 - steps), tNear, tFar));
 }
 
@@ -394,16 +391,16 @@ TYPED_TEST(RayTest, ARayAlongASlabIsInsideUpToTheFaces)
 {
     using T = TypeParam;
     tVolumeAABB<T> const box({-1, -1, -1}, {1, 1, 1});
-    T const outside = 1 + std::numeric_limits<T>::epsilon();
-    for (T const direction : {T{0}, -T{0}, this->E, -this->E, this->TINY})
+    T const outside = 1 + EPSILON<T>;
+    for (T const direction : {T{0}, -T{0}, this->E, -this->E, TINY<T>})
     {
         for (T const origin : {T{-1}, T{0}, T{1}})
         {
-            Interval<T> t{-3, this->NOT_A_NUMBER};
+            Interval<T> t{-3, QUIET_NAN<T>};
             EXPECT_TRUE(ClipSide(this->Ray({9, origin, 9}, {1, direction, 1}), box, t, 1));
-            this->ExpectInterval(t, -3, this->NOT_A_NUMBER);
+            this->ExpectInterval(t, -3, QUIET_NAN<T>);
         }
-        for (T const origin : {outside, -outside, this->INFINITE, this->NOT_A_NUMBER})
+        for (T const origin : {outside, -outside, INF<T>, QUIET_NAN<T>})
         {
             Interval<T> t{-3, 7};
             EXPECT_FALSE(ClipSide(this->Ray({0, origin, 0}, {1, direction, 1}), box, t, 1));
@@ -417,7 +414,7 @@ TYPED_TEST(RayTest, ADirectionJustAboveTheToleranceCrossesTheSlab)
     using T = TypeParam;
     T const direction = std::nextafter(this->E, T{1});
     tVolumeAABB<T> const box({-1, -1, -1}, {1, 1, 1});
-    Interval<T> t{0, this->INFINITE};
+    Interval<T> t{0, INF<T>};
     EXPECT_TRUE(ClipSide(this->Ray({2, 0, 0}, {-direction, 0, 0}), box, t, 0));
     this->ExpectInterval(t, (1 - T{2} + this->E) * (1 / -direction), (-1 - T{2} - this->E) * (1 / -direction));
 }
@@ -427,15 +424,15 @@ TYPED_TEST(RayTest, ADirectionOfNaNCountsAsAlongTheSlab)
     using T = TypeParam;
     tVolumeAABB<T> const box({-1, -1, -1}, {1, 1, 1});
     Interval<T> t{0, 1};
-    EXPECT_TRUE(ClipSide(this->Ray({0, 0, 0}, {this->NOT_A_NUMBER, 0, 0}), box, t, 0));
-    EXPECT_FALSE(ClipSide(this->Ray({2, 0, 0}, {this->NOT_A_NUMBER, 0, 0}), box, t, 0));
+    EXPECT_TRUE(ClipSide(this->Ray({0, 0, 0}, {QUIET_NAN<T>, 0, 0}), box, t, 0));
+    EXPECT_FALSE(ClipSide(this->Ray({2, 0, 0}, {QUIET_NAN<T>, 0, 0}), box, t, 0));
     this->ExpectInterval(t, 0, 1);
 }
 
 TYPED_TEST(RayTest, AParameterOfNaNIsNeitherAheadNorNarrowing)
 {
     using T = TypeParam;
-    T const nan = this->NOT_A_NUMBER;
+    T const nan = QUIET_NAN<T>;
     Interval<T> t{0, 100};
     // Both NaN, and NaN with a negative one: a miss.
     EXPECT_FALSE(ClipSide(this->Ray({nan, 0, 0}, {1, 0, 0}), this->Box({1, 0, 0}, {2, 0, 0}), t, 0));
@@ -453,7 +450,7 @@ TYPED_TEST(RayTest, AParameterOfNaNIsNeitherAheadNorNarrowing)
 TYPED_TEST(RayTest, AnIntervalOfNaNStaysAndIsAMiss)
 {
     using T = TypeParam;
-    T const nan = this->NOT_A_NUMBER;
+    T const nan = QUIET_NAN<T>;
     Interval<T> t{nan, 100};
     EXPECT_FALSE(ClipSide(this->Ray({0, 0, 0}, {1, 0, 0}), this->Box({1, 0, 0}, {2, 0, 0}), t, 0));
     this->ExpectInterval(t, nan, 2 + this->E);
@@ -480,28 +477,16 @@ TYPED_TEST(RayTest, ASlabMultipliesByTheReciprocal)
     ASSERT_EQ(lower, n);
     Interval<T> t{0, 100};
     EXPECT_TRUE(ClipSide(this->Ray({0, 0, 0}, {n, 0, 0}), this->Box({n, 0, 0}, {2 * n, 0, 0}), t, 0));
-    ExpectSameBits(t.tNear, 1 - std::numeric_limits<T>::epsilon() / 2);
+    ExpectSameBits(t.tNear, 1 - EPSILON<T> / 2);
 }
 
 TYPED_TEST(RayTest, EverySpecialValueOfEveryOperandNarrowsAsInSteps)
 {
     using T = TypeParam;
-    T const values[] = {0,
-                        -T{0},
-                        1,
-                        -1,
-                        2,
-                        this->E,
-                        -this->E,
-                        std::nextafter(this->E, T{1}),
-                        this->TINY,
-                        -this->TINY,
-                        std::numeric_limits<T>::max(),
-                        -std::numeric_limits<T>::max(),
-                        this->INFINITE,
-                        -this->INFINITE,
-                        this->NOT_A_NUMBER};
-    T const ends[] = {0, -T{0}, 1, -3, this->INFINITE, -this->INFINITE, this->NOT_A_NUMBER};
+    T const values[] = {
+        0,       -T{0},    1,          -1,          2,      this->E, -this->E,    std::nextafter(this->E, T{1}),
+        TINY<T>, -TINY<T>, LARGEST<T>, -LARGEST<T>, INF<T>, -INF<T>, QUIET_NAN<T>};
+    T const ends[] = {0, -T{0}, 1, -3, INF<T>, -INF<T>, QUIET_NAN<T>};
     int mismatches = 0;
     int hits = 0;
     auto const same = [](T a, T b) { return Bits(a) == Bits(b) || (a != a && b != b); };
@@ -668,7 +653,7 @@ tFrustum<T> const CAMERA{tMatrix4<T>(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, -2, -3, 0, 0,
 TYPED_TEST(RayTest, TheMiddleOfTheScreenIsHalfAndHalf)
 {
     using T = TypeParam;
-    T const tolerance = 4 * std::numeric_limits<T>::epsilon();
+    T const tolerance = 4 * EPSILON<T>;
     tVector2<T> const position = this->Ray({0, 0, 0}, {0, 0, -1}).IntersectScreen(CAMERA<T>);
     EXPECT_NEAR(position.x, T(0.5), tolerance);
     EXPECT_NEAR(position.y, T(0.5), tolerance);
@@ -677,7 +662,7 @@ TYPED_TEST(RayTest, TheMiddleOfTheScreenIsHalfAndHalf)
 TYPED_TEST(RayTest, TheScreenRunsFromTheBottomLeftToTheTopRight)
 {
     using T = TypeParam;
-    T const tolerance = 8 * std::numeric_limits<T>::epsilon();
+    T const tolerance = 8 * EPSILON<T>;
     std::pair<tVector3<T>, tVector2<T>> const directions[] = {
         {{1, -1, -1}, {1, 0}},      {{-1, 1, -1}, {0, 1}},
         {{1, 1, -1}, {1, 1}},       {{-0.5, 0.25, -1}, {0.25, 0.625}},
@@ -699,7 +684,7 @@ TYPED_TEST(RayTest, TheBottomLeftEdgeItselfIsExactlyZero)
     ExpectSameBits(this->Ray({0, 0, 0}, edge).IntersectScreen(CAMERA<T>), {0, 0});
     ExpectSameBits(this->Ray({0, 0, 0}, -edge).IntersectScreen(CAMERA<T>), {0, 0});
     ExpectSameBits(this->Ray({0, 0, 0}, edge * T{4}).IntersectScreen(CAMERA<T>), {0, 0});
-    T const tolerance = 4 * std::numeric_limits<T>::epsilon();
+    T const tolerance = 4 * EPSILON<T>;
     tVector2<T> const corner = this->Ray({0, 0, 0}, {-1, -1, -1}).IntersectScreen(CAMERA<T>);
     EXPECT_NEAR(corner.x, T{0}, tolerance);
     EXPECT_NEAR(corner.y, T{0}, tolerance);
@@ -709,7 +694,7 @@ TYPED_TEST(RayTest, TheScreenDoesNotDependOnTheOrigin)
 {
     using T = TypeParam;
     tVector3<T> const direction(-0.5, 0.25, -1);
-    T const nan = this->NOT_A_NUMBER;
+    T const nan = QUIET_NAN<T>;
     ExpectSameBits(this->Ray({1, 2, nan}, direction).IntersectScreen(CAMERA<T>),
                    this->Ray({0, 0, 0}, direction).IntersectScreen(CAMERA<T>));
 }
@@ -717,7 +702,7 @@ TYPED_TEST(RayTest, TheScreenDoesNotDependOnTheOrigin)
 TYPED_TEST(RayTest, TheScreenTurnsTheOtherWayUpThanTheNearPlane)
 {
     using T = TypeParam;
-    T const tolerance = 8 * std::numeric_limits<T>::epsilon();
+    T const tolerance = 8 * EPSILON<T>;
     tRay<T> const ray({0, 0, 0}, {-0.5, 0.25, -1});
     tVector2<T> const onScreen = ray.IntersectScreen(CAMERA<T>);
     tVector2<T> const onNearPlane = CAMERA<T>.IntersectNear(ray);
@@ -754,15 +739,15 @@ TYPED_TEST(RayTest, TheScreenDividesOnTheWay)
         T const v = dot(over(b, length(b)), over(c, length(c))) * (length(c) / length(b));
         ExpectSameBits(this->Ray({0, 0, 0}, d).IntersectScreen(skewed), {u, v});
         // What it amounts to:
-        EXPECT_NEAR(u, dot(a, c) / dot(a, a), (std::abs(u) + length(c)) * 32 * std::numeric_limits<T>::epsilon());
-        EXPECT_NEAR(v, dot(b, c) / dot(b, b), (std::abs(v) + length(c)) * 32 * std::numeric_limits<T>::epsilon());
+        EXPECT_NEAR(u, dot(a, c) / dot(a, a), (std::abs(u) + length(c)) * 32 * EPSILON<T>);
+        EXPECT_NEAR(v, dot(b, c) / dot(b, b), (std::abs(v) + length(c)) * 32 * EPSILON<T>);
     }
 }
 
 TYPED_TEST(RayTest, ADirectionAlongTheNearPlaneGivesNoNumbers)
 {
     using T = TypeParam;
-    T const nan = this->NOT_A_NUMBER;
+    T const nan = QUIET_NAN<T>;
     // (1, 1, 0) / 0 has two infinities, the third component is NaN.
     ExpectSameBits(this->Ray({0, 0, 0}, {1, 1, 0}).IntersectScreen(CAMERA<T>), {nan, nan});
     ExpectSameBits(this->Ray({0, 0, 0}, {0, 0, 0}).IntersectScreen(CAMERA<T>), {nan, nan});

@@ -5,12 +5,12 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <random>
 #include <type_traits>
 
 #include <gtest/gtest.h>
 
+#include "support/Numbers.h"
 #include "support/SameBits.h"
 
 namespace
@@ -18,12 +18,9 @@ namespace
 
 using bv::maths::_mm_rcp_nr;
 using bv::maths::_mm_rsqrt_nr;
-using bv::test::ExpectSameBits;
+using namespace bv::test;
 
 using Lanes = std::array<float, 4>;
-
-constexpr float INF = std::numeric_limits<float>::infinity();
-constexpr float QUIET_NAN = std::numeric_limits<float>::quiet_NaN();
 
 __m128 Packed(Lanes const& lanes)
 {
@@ -93,7 +90,7 @@ TEST(ReciprocalTest, ReciprocalIsGoodToSixParts)
 TEST(ReciprocalTest, ReciprocalRootIsGoodToEightParts)
 {
     double worst = 0;
-    ForManyFloats(0x1p-126f, std::numeric_limits<float>::max(),
+    ForManyFloats(0x1p-126f, LARGEST<float>,
                   [&](Lanes const& lanes)
                   {
                       Lanes const results = ReciprocalRoot(lanes);
@@ -109,7 +106,7 @@ TEST(ReciprocalTest, ReciprocalRootIsGoodToEightParts)
 TEST(ReciprocalTest, OneStepRefinesTheEstimateInTheStatedOrder)
 {
     // The same formulas lane by lane in plain floats, from the same estimates; every float, subnormals included.
-    ForManyFloats(0.0f, INF,
+    ForManyFloats(0.0f, INF<float>,
                   [](Lanes const& lanes)
                   {
                       Lanes const estimates = Unpacked(_mm_rcp_ps(Packed(lanes)));
@@ -140,7 +137,7 @@ TEST(ReciprocalTest, LanesDoNotTouchEachOther)
     for (std::size_t lane = 0; lane < 4; ++lane)
         for (std::size_t place = 0; place < 4; ++place)
         {
-            Lanes others{QUIET_NAN, 0.0f, INF, -1.0f};
+            Lanes others{QUIET_NAN<float>, 0.0f, INF<float>, -1.0f};
             others[place] = values[lane];
             ExpectSameBits(Reciprocal(others)[place], results[lane]);
             ExpectSameBits(ReciprocalRoot(others)[place], rootResults[lane]);
@@ -150,14 +147,14 @@ TEST(ReciprocalTest, LanesDoNotTouchEachOther)
 TEST(ReciprocalTest, ReciprocalOfZeroInfinityAndNaNIsNaN)
 {
     // The estimate of zero is infinity and that of infinity is zero; the step multiplies the two.
-    for (float const value : {0.0f, -0.0f, INF, -INF, QUIET_NAN})
+    for (float const value : {0.0f, -0.0f, INF<float>, -INF<float>, QUIET_NAN<float>})
         for (float const result : Reciprocal({value, value, value, value}))
             EXPECT_TRUE(std::isnan(result)) << value;
 }
 
 TEST(ReciprocalTest, ReciprocalRootOfZeroInfinityNaNAndNegativeValuesIsNaN)
 {
-    for (float const value : {0.0f, -0.0f, INF, -INF, QUIET_NAN, -1.0f, -4.0f})
+    for (float const value : {0.0f, -0.0f, INF<float>, -INF<float>, QUIET_NAN<float>, -1.0f, -4.0f})
         for (float const result : ReciprocalRoot({value, value, value, value}))
             EXPECT_TRUE(std::isnan(result)) << value;
 }

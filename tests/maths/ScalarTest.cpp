@@ -2,11 +2,12 @@
 
 #include <bit>
 #include <cmath>
-#include <limits>
 #include <type_traits>
 
 #include <gtest/gtest.h>
 
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 #include "values/ScalarValues.h"
 
@@ -23,12 +24,7 @@ using bv::maths::Log2;
 using bv::maths::QuinticSmoothStep;
 using bv::maths::SawTooth;
 using bv::maths::SmoothStep;
-using bv::test::ExpectSameBits;
-
-template <typename T>
-constexpr T INF = std::numeric_limits<T>::infinity();
-template <typename T>
-constexpr T QUIET_NAN = std::numeric_limits<T>::quiet_NaN();
+using namespace bv::test;
 
 static_assert(std::is_same_v<decltype(&CubicSmoothStep<float>), float (*)(float, float, float) noexcept>);
 static_assert(std::is_same_v<decltype(&QuinticSmoothStep<double>), double (*)(double, double, double) noexcept>);
@@ -61,7 +57,6 @@ public:
     }
 };
 
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(ScalarTest, Precisions);
 
 TYPED_TEST(ScalarTest, SmoothStepsAreZeroUpToTheLowerEdgeAndOneFromTheUpperEdgeOn)
@@ -200,7 +195,7 @@ TYPED_TEST(ScalarTest, SawToothOfANegativeMultipleIsThePeriod)
     ExpectSameBits(SawTooth<T>(-3, 3), T{3});
     ExpectSameBits(SawTooth<T>(-6, 3), T{3});
     ExpectSameBits(SawTooth<T>(-T{0.5}, T{0.5}), T{0.5});
-    ExpectSameBits(SawTooth<T>(-std::numeric_limits<T>::denorm_min(), 3), T{3}); // the sum rounds up to it
+    ExpectSameBits(SawTooth<T>(-TINY<T>, 3), T{3}); // the sum rounds up to it
 }
 
 TYPED_TEST(ScalarTest, SawToothLetsSpecialValuesThroughTheArithmetic)
@@ -241,7 +236,7 @@ TEST(Log2Test, OfPowersOfTwoIsExact)
 
 TEST(Log2Test, OfNothingPositiveIsMinusInfinity)
 {
-    for (float const x : {0.0f, -0.0f, -1.0f, -std::numeric_limits<float>::denorm_min(), -INF<float>, QUIET_NAN<float>})
+    for (float const x : {0.0f, -0.0f, -1.0f, -TINY<float>, -INF<float>, QUIET_NAN<float>})
         for (float const precision : {1.0f, 0.25f, 4.0f})
             ExpectSameBits(Log2(x, precision), -INF<float>);
 }

@@ -4,7 +4,6 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <sstream>
 #include <type_traits>
 
@@ -12,6 +11,7 @@
 
 #include "ComponentChecks.h"
 #include "bv/maths/Forward.h"
+#include "support/Numbers.h"
 #include "values/TupleHashValues.h"
 
 namespace elsewhere
@@ -31,12 +31,7 @@ namespace
 {
 
 using namespace bv::maths;
-using bv::test::Component;
-using bv::test::COUNT;
-using bv::test::Make;
-using bv::test::MakeSample;
-using bv::test::Memory;
-using bv::test::Text;
+using namespace bv::test;
 
 template <typename V>
 class TupleTest : public testing::Test
@@ -272,7 +267,7 @@ TEST(TupleConversionTest, RoundsToNearest)
     EXPECT_EQ(Tuple2f(Tuple2d(0.1, 1 + 0x1p-24)).x, 0.1f);
     EXPECT_EQ(Tuple2f(Tuple2d(0.1, 1 + 0x1p-24)).y, 1.0f);             // a tie goes to even
     EXPECT_EQ(Tuple3f(Tuple3d(1 + 0x1.8p-23, 2, -3)).x, 1 + 0x1p-22f); // and so does this one
-    EXPECT_EQ(Tuple3f(Tuple3d(1e300, 2, -3)).x, std::numeric_limits<float>::infinity());
+    EXPECT_EQ(Tuple3f(Tuple3d(1e300, 2, -3)).x, INF<float>);
     EXPECT_EQ(Tuple3f(Tuple3d(1, 2, -3)).y, 2.0f);
     EXPECT_EQ(Tuple3f(Tuple3d(1, 2, -3)).z, -3.0f);
 }

@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <cstddef>
-#include <limits>
 #include <sstream>
 #include <type_traits>
 
@@ -12,6 +11,8 @@
 #include "bv/maths/Forward.h"
 #include "bv/maths/tTuple2.h"
 #include "bv/maths/tVector3.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 
 namespace elsewhere
@@ -31,21 +32,13 @@ namespace
 {
 
 using namespace bv::maths;
-using bv::test::ExpectSameBits;
-using bv::test::MakeSample;
-using bv::test::Text;
-
-template <typename T>
-constexpr T INF = std::numeric_limits<T>::infinity();
-template <typename T>
-constexpr T QUIET_NAN = std::numeric_limits<T>::quiet_NaN();
+using namespace bv::test;
 
 template <typename T>
 class Vector2Test : public testing::Test
 {
 };
 
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(Vector2Test, Precisions);
 
 /// The stream operations exist for integers, too.
@@ -54,8 +47,7 @@ class Vector2StreamTest : public testing::Test
 {
 };
 
-using StreamTypes = testing::Types<int, unsigned int, float, double>;
-TYPED_TEST_SUITE(Vector2StreamTest, StreamTypes);
+TYPED_TEST_SUITE(Vector2StreamTest, Components);
 
 // Precisions convert where it is asked for, and nothing else converts.
 static_assert(std::is_constructible_v<Vector2f, Vector2d> && std::is_constructible_v<Vector2d, Vector2f>);
@@ -285,7 +277,7 @@ TYPED_TEST(Vector2Test, DotSumsFromXToY)
     using T = TypeParam;
     EXPECT_EQ((tVector2<T>(1, 2).Dot({10, 20})), T{50}); // 10 + 40
     EXPECT_EQ((tVector2<T>(3, -2).Dot({2, 3})), T{0});
-    T const epsilon = std::numeric_limits<T>::epsilon();
+    T const epsilon = EPSILON<T>;
     // Both products are rounded before they are added: (1 + e)^2 loses its e^2.
     EXPECT_EQ((tVector2<T>(1 + epsilon, 1 + 2 * epsilon).Dot({1 + epsilon, -1})), T{0});
 }
@@ -304,8 +296,8 @@ TYPED_TEST(Vector2Test, LengthIsTheRootOfTheSquaredLength)
 TYPED_TEST(Vector2Test, LengthOverflowsAndUnderflowsWithItsSquare)
 {
     using T = TypeParam;
-    EXPECT_EQ((tVector2<T>(std::numeric_limits<T>::max(), 0).Length()), INF<T>);
-    EXPECT_EQ((tVector2<T>(std::numeric_limits<T>::min(), 0).Length()), T{0});
+    EXPECT_EQ((tVector2<T>(LARGEST<T>, 0).Length()), INF<T>);
+    EXPECT_EQ((tVector2<T>(SMALLEST_NORMAL<T>, 0).Length()), T{0});
 }
 
 TYPED_TEST(Vector2Test, NormalisesByTheReciprocalOfTheLength)
@@ -329,14 +321,14 @@ TYPED_TEST(Vector2Test, NormalisingZeroOrInfinityFollowsTheArithmetic)
     using T = TypeParam;
     ExpectSameBits(tVector2<T>(0, 0).Normalised(), {QUIET_NAN<T>, QUIET_NAN<T>});
     ExpectSameBits(tVector2<T>(INF<T>, -1).Normalised(), {QUIET_NAN<T>, -T{0}});
-    T const smallest = std::numeric_limits<T>::min(); // its square vanishes
+    T const smallest = SMALLEST_NORMAL<T>; // its square vanishes
     ExpectSameBits(tVector2<T>(smallest, -smallest).Normalised(), {INF<T>, -INF<T>});
 }
 
 TYPED_TEST(Vector2Test, IsInfiniteWhereEveryComponentIsPlusInfinity)
 {
     using T = TypeParam;
-    T const values[] = {INF<T>, -INF<T>, QUIET_NAN<T>, T{1}, std::numeric_limits<T>::max()};
+    T const values[] = {INF<T>, -INF<T>, QUIET_NAN<T>, T{1}, LARGEST<T>};
     for (T const x : values)
         for (T const y : values)
             EXPECT_EQ((tVector2<T>(x, y).IsInfinite()), x == INF<T> && y == INF<T>) << x << ", " << y;

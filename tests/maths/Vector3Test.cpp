@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <cstddef>
-#include <limits>
 #include <sstream>
 #include <type_traits>
 
@@ -12,6 +11,8 @@
 #include "bv/maths/Forward.h"
 #include "bv/maths/tTuple3.h"
 #include "bv/maths/tVector2.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 
 namespace elsewhere
@@ -31,21 +32,13 @@ namespace
 {
 
 using namespace bv::maths;
-using bv::test::ExpectSameBits;
-using bv::test::MakeSample;
-using bv::test::Text;
-
-template <typename T>
-constexpr T INF = std::numeric_limits<T>::infinity();
-template <typename T>
-constexpr T QUIET_NAN = std::numeric_limits<T>::quiet_NaN();
+using namespace bv::test;
 
 template <typename T>
 class Vector3Test : public testing::Test
 {
 };
 
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(Vector3Test, Precisions);
 
 /// The stream operations exist for integers, too.
@@ -54,8 +47,7 @@ class Vector3StreamTest : public testing::Test
 {
 };
 
-using StreamTypes = testing::Types<int, unsigned int, float, double>;
-TYPED_TEST_SUITE(Vector3StreamTest, StreamTypes);
+TYPED_TEST_SUITE(Vector3StreamTest, Components);
 
 // Precisions convert where it is asked for, and nothing else converts.
 static_assert(std::is_constructible_v<Vector3f, Vector3d> && std::is_constructible_v<Vector3d, Vector3f>);
@@ -283,7 +275,7 @@ TYPED_TEST(Vector3Test, DotSumsFromXToZ)
     EXPECT_EQ((tVector3<T>(1, 2, 3).Dot({10, 20, 30})), T{140}); // 10 + 40 + 90
     EXPECT_EQ((tVector3<T>(3, -2, 1).Dot({2, 3, 0})), T{0});
     // A quarter and a half of an epsilon vanish beside 1 one after the other; together they would not.
-    T const epsilon = std::numeric_limits<T>::epsilon();
+    T const epsilon = EPSILON<T>;
     EXPECT_EQ((tVector3<T>(1, epsilon / 4, epsilon / 2).Dot({1, 1, 1})), T{1});
     EXPECT_EQ((tVector3<T>(epsilon / 4, epsilon / 2, 1).Dot({1, 1, 1})), 1 + epsilon);
     // Every product is rounded before it is added: (1 + e)^2 loses its e^2.
@@ -308,7 +300,7 @@ TYPED_TEST(Vector3Test, CrossIsRightHanded)
 TYPED_TEST(Vector3Test, CrossRoundsEachProductOnItsOwn)
 {
     using T = TypeParam;
-    T const e = std::numeric_limits<T>::epsilon();
+    T const e = EPSILON<T>;
     // (1 + e)(1 + e) - 1 * (1 + 2e): the square loses its e^2, in every component in turn.
     ExpectSameBits(tVector3<T>(0, 1 + e, 1).Cross({0, 1 + 2 * e, 1 + e}), {0, 0, 0});
     ExpectSameBits(tVector3<T>(1, 0, 1 + e).Cross({1 + e, 0, 1 + 2 * e}), {0, 0, 0});
@@ -334,15 +326,15 @@ TYPED_TEST(Vector3Test, SquaredLengthSumsFromXToZ)
     T const s = std::is_same_v<T, float> ? T(0x1p-12) : T(0x1p-27);
     EXPECT_EQ((tVector3<T>(1, s, s).LengthSquared()), T{1});
     T const t = T{1.25} * s; // 1.5625 of it
-    T const epsilon = std::numeric_limits<T>::epsilon();
+    T const epsilon = EPSILON<T>;
     EXPECT_EQ((tVector3<T>(t, t, 1).LengthSquared()), 1 + (std::is_same_v<T, float> ? 2 : 1) * epsilon);
 }
 
 TYPED_TEST(Vector3Test, LengthOverflowsAndUnderflowsWithItsSquare)
 {
     using T = TypeParam;
-    EXPECT_EQ((tVector3<T>(std::numeric_limits<T>::max(), 0, 0).Length()), INF<T>);
-    EXPECT_EQ((tVector3<T>(0, 0, std::numeric_limits<T>::min()).Length()), T{0});
+    EXPECT_EQ((tVector3<T>(LARGEST<T>, 0, 0).Length()), INF<T>);
+    EXPECT_EQ((tVector3<T>(0, 0, SMALLEST_NORMAL<T>).Length()), T{0});
 }
 
 TYPED_TEST(Vector3Test, NormalisesByTheReciprocalOfTheLength)
@@ -366,14 +358,14 @@ TYPED_TEST(Vector3Test, NormalisingZeroOrInfinityFollowsTheArithmetic)
     using T = TypeParam;
     ExpectSameBits(tVector3<T>(0, 0, 0).Normalised(), {QUIET_NAN<T>, QUIET_NAN<T>, QUIET_NAN<T>});
     ExpectSameBits(tVector3<T>(INF<T>, -1, 1).Normalised(), {QUIET_NAN<T>, -T{0}, 0});
-    T const smallest = std::numeric_limits<T>::min(); // its square vanishes
+    T const smallest = SMALLEST_NORMAL<T>; // its square vanishes
     ExpectSameBits(tVector3<T>(smallest, -smallest, 0).Normalised(), {INF<T>, -INF<T>, QUIET_NAN<T>});
 }
 
 TYPED_TEST(Vector3Test, IsInfiniteWhereEveryComponentIsPlusInfinity)
 {
     using T = TypeParam;
-    T const values[] = {INF<T>, -INF<T>, QUIET_NAN<T>, T{1}, std::numeric_limits<T>::max()};
+    T const values[] = {INF<T>, -INF<T>, QUIET_NAN<T>, T{1}, LARGEST<T>};
     for (T const x : values)
         for (T const y : values)
             for (T const z : values)

@@ -11,6 +11,8 @@
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tVector3.h"
 #include "support/MatrixBits.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
 
@@ -23,20 +25,12 @@ using namespace bv::test;
 namespace
 {
 
-constexpr std::uint32_t DIAGONAL = 1;
-constexpr std::uint32_t ORTHONORMAL = 2;
-constexpr std::uint32_t GENERAL = 3;
-constexpr std::uint32_t UNKNOWN = 7;
 constexpr unsigned int SEED = 16180;
-
-template <typename T>
-constexpr T PI = static_cast<T>(3.14159265358979323846);
 
 template <typename T>
 class Vector3TransformTest : public testing::Test
 {
 };
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(Vector3TransformTest, Precisions);
 
 template <typename T>
@@ -271,7 +265,7 @@ TYPED_TEST(Vector3TransformTest, APointOnThePlaneOfTheEyeCannotBeProjected)
 
 TYPED_TEST(Vector3TransformTest, AWThatIsNotANumberGivesComponentsThatAreNot)
 {
-    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     tVector3<TypeParam> const none(nan, nan, nan);
     for (std::uint32_t const state : {DIAGONAL, ORTHONORMAL, GENERAL, UNKNOWN})
         ExpectPoint({1, 2, 3}, MakeMatrix(Diagonal<TypeParam>(1, 1, 1, nan), state), none);
@@ -279,7 +273,7 @@ TYPED_TEST(Vector3TransformTest, AWThatIsNotANumberGivesComponentsThatAreNot)
 
 TYPED_TEST(Vector3TransformTest, AnInfiniteWGivesZero)
 {
-    TypeParam const infinity = std::numeric_limits<TypeParam>::infinity();
+    TypeParam const infinity = INF<TypeParam>;
     for (std::uint32_t const state : {DIAGONAL, ORTHONORMAL, GENERAL})
         ExpectPoint<TypeParam>({1, 2, 3}, MakeMatrix(Diagonal<TypeParam>(1, 1, 1, infinity), state), {0, 0, 0});
 }
@@ -299,7 +293,7 @@ TYPED_TEST(Vector3TransformTest, DirectionsIgnoreTheFourthRowAndColumn)
 {
     SCOPED_TRACE("seed " + std::to_string(SEED));
     Values<TypeParam> values;
-    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     for (int run = 0; run < 1000; ++run)
     {
         Elements<TypeParam> m = values.NextElements();
@@ -315,7 +309,7 @@ TYPED_TEST(Vector3TransformTest, DirectionsIgnoreTheFourthRowAndColumn)
 
 TYPED_TEST(Vector3TransformTest, ADiagonalIgnoresItsLastElementForDirections)
 {
-    for (TypeParam const m44 : {TypeParam{0}, TypeParam{5}, std::numeric_limits<TypeParam>::quiet_NaN()})
+    for (TypeParam const m44 : {TypeParam{0}, TypeParam{5}, QUIET_NAN<TypeParam>})
         ExpectDirection<TypeParam>({1, 2, 3}, MakeMatrix(Diagonal<TypeParam>(2, 3, 4, m44), DIAGONAL), {2, 6, 12});
 }
 
@@ -344,7 +338,7 @@ TYPED_TEST(Vector3TransformTest, OnlyARotationRenormalises)
 
 TYPED_TEST(Vector3TransformTest, OnlyAVectorOfUnitLengthIsRenormalised)
 {
-    TypeParam const epsilon = std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const epsilon = EPSILON<TypeParam>;
     tMatrix4<TypeParam> const twice = MakeMatrix(Diagonal<TypeParam>(2, 2, 2, 1), ORTHONORMAL);
     ExpectDirection<TypeParam>({2, 0, 0}, twice, {4, 0, 0});
     ExpectDirection<TypeParam>({0, 0, 0}, twice, {0, 0, 0});
@@ -367,7 +361,7 @@ TYPED_TEST(Vector3TransformTest, RotatingAUnitVectorAThousandTimesKeepsItsLength
     for (int i = 0; i < 1000; ++i)
     {
         unit.TransformAsVector(turn);
-        EXPECT_NEAR(unit.Length(), 1, 4 * std::numeric_limits<TypeParam>::epsilon());
+        EXPECT_NEAR(unit.Length(), 1, 4 * EPSILON<TypeParam>);
         twice.TransformAsVector(turn);
         plain = {(turn[0] * plain.x + turn[1] * plain.y) + turn[2] * plain.z,
                  (turn[4] * plain.x + turn[5] * plain.y) + turn[6] * plain.z,
@@ -375,13 +369,13 @@ TYPED_TEST(Vector3TransformTest, RotatingAUnitVectorAThousandTimesKeepsItsLength
         ExpectSameBits(twice, plain); // nothing corrects its length
     }
     // A thousand turns by 45 degrees are 125 full turns; each step may lose a rounding of the angle.
-    EXPECT_NEAR(unit.x, 1, 1000 * std::numeric_limits<TypeParam>::epsilon());
-    EXPECT_NEAR(unit.y, 0, 1000 * std::numeric_limits<TypeParam>::epsilon());
+    EXPECT_NEAR(unit.x, 1, 1000 * EPSILON<TypeParam>);
+    EXPECT_NEAR(unit.y, 0, 1000 * EPSILON<TypeParam>);
 }
 
 TYPED_TEST(Vector3TransformTest, AUnitVectorThatARotationMakesVanishIsNotANumber)
 {
-    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     tMatrix4<TypeParam> const nothing = MakeMatrix(Elements<TypeParam>{}, ORTHONORMAL);
     ExpectDirection<TypeParam>({1, 0, 0}, nothing, {nan, nan, nan}); // 0 times 1/0
     ExpectDirection<TypeParam>({2, 0, 0}, nothing, {0, 0, 0});

@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <cstring>
 #include <iomanip>
-#include <limits>
 #include <memory>
 #include <random>
 #include <sstream>
@@ -21,31 +20,18 @@
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tVolumeAABB.h"
 #include "support/Allocations.h"
+#include "support/Numbers.h"
+#include "support/Precisions.h"
 #include "support/SameBits.h"
 
 using bv::maths::tMatrix4;
 using bv::maths::tVector3;
 using bv::maths::tVolumeAABB;
 using bv::maths::tVolumeSphere;
-using bv::test::Bits;
-using bv::test::ExpectSameBits;
+using namespace bv::test;
 
 namespace
 {
-
-template <typename T>
-constexpr T INF = std::numeric_limits<T>::infinity();
-template <typename T>
-constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
-template <typename T>
-using Other = std::conditional_t<std::is_same_v<T, float>, double, float>;
-
-/// A number whose square is lost when it is added to 1, while twice its square is not: the square lies between a
-/// quarter and a half of the step from 1 to the next number.
-template <typename T>
-constexpr T LOST = sizeof(T) == sizeof(float) ? T(0.875 * 0x1p-12) : T(1.25 * 0x1p-27);
-template <typename T>
-constexpr T NEXT_AFTER_ONE = 1 + std::numeric_limits<T>::epsilon();
 
 /// The four numbers of a sphere, to the bit.
 template <typename T>
@@ -59,7 +45,6 @@ template <typename T>
 class VolumeSphereTest : public testing::Test
 {
 };
-using Precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(VolumeSphereTest, Precisions);
 
 // What holds when the program is compiled.
@@ -197,8 +182,8 @@ TYPED_TEST(VolumeSphereTest, ASphereFromAPointHasRadiusZero)
 {
     using Vector = tVector3<TypeParam>;
     ExpectSphere(tVolumeSphere<TypeParam>(Vector(1, 2, 3)), 0, {1, 2, 3});
-    tVolumeSphere<TypeParam> const implicit = Vector(TypeParam{-0.0}, NOT_A_NUMBER<TypeParam>, 3);
-    ExpectSphere(implicit, 0, {TypeParam{-0.0}, NOT_A_NUMBER<TypeParam>, 3});
+    tVolumeSphere<TypeParam> const implicit = Vector(TypeParam{-0.0}, QUIET_NAN<TypeParam>, 3);
+    ExpectSphere(implicit, 0, {TypeParam{-0.0}, QUIET_NAN<TypeParam>, 3});
 }
 
 TYPED_TEST(VolumeSphereTest, ASphereFromACentreAndAValueKeepsTheValueUnsquared)
@@ -212,7 +197,7 @@ TYPED_TEST(VolumeSphereTest, ASphereFromACentreAndAValueKeepsTheValueUnsquared)
     EXPECT_EQ(sphere.GetRadius(), TypeParam{9});
     ExpectSphere(Sphere({1, 2, 3}, TypeParam{-4}), -4, {1, 2, 3});
     ExpectSphere(Sphere({1, 2, 3}, TypeParam{-0.0}), TypeParam{-0.0}, {1, 2, 3});
-    ExpectSphere(Sphere({1, 2, 3}, NOT_A_NUMBER<TypeParam>), NOT_A_NUMBER<TypeParam>, {1, 2, 3});
+    ExpectSphere(Sphere({1, 2, 3}, QUIET_NAN<TypeParam>), QUIET_NAN<TypeParam>, {1, 2, 3});
     ExpectSphere(Sphere({1, 2, 3}, 4), 4, {1, 2, 3}); // an integer is a value, too
 }
 
@@ -304,11 +289,11 @@ TYPED_TEST(VolumeSphereTest, TheCentreIsReadByReferenceAndSetWhole)
 {
     tVolumeSphere<TypeParam> sphere({1, 2, 3}, TypeParam{9});
     tVector3<TypeParam> const& centre = sphere.GetCentre();
-    sphere.SetCentre({5, NOT_A_NUMBER<TypeParam>, 7});
-    ExpectSphere(sphere, 9, {5, NOT_A_NUMBER<TypeParam>, 7});
+    sphere.SetCentre({5, QUIET_NAN<TypeParam>, 7});
+    ExpectSphere(sphere, 9, {5, QUIET_NAN<TypeParam>, 7});
     EXPECT_EQ(centre.x, TypeParam{5});
     sphere.SetCentre(sphere.GetCentre());
-    ExpectSphere(sphere, 9, {5, NOT_A_NUMBER<TypeParam>, 7});
+    ExpectSphere(sphere, 9, {5, QUIET_NAN<TypeParam>, 7});
 }
 
 TYPED_TEST(VolumeSphereTest, SettingTheRadiusSquaresIt)
@@ -317,9 +302,9 @@ TYPED_TEST(VolumeSphereTest, SettingTheRadiusSquaresIt)
     sphere.SetRadius(-3);
     ExpectSphere(sphere, 9, {1, 2, 3});
     EXPECT_EQ(sphere.GetRadius(), TypeParam{3});
-    sphere.SetRadius(std::numeric_limits<TypeParam>::max());
+    sphere.SetRadius(LARGEST<TypeParam>);
     ExpectSphere(sphere, INF<TypeParam>, {1, 2, 3});
-    sphere.SetRadius(std::numeric_limits<TypeParam>::min());
+    sphere.SetRadius(SMALLEST_NORMAL<TypeParam>);
     ExpectSphere(sphere, 0, {1, 2, 3});
 }
 
@@ -345,7 +330,7 @@ TYPED_TEST(VolumeSphereTest, TheVolumeIsTheSquaredRadiusToThePowerOfOneAndAHalfT
 {
     using Sphere = tVolumeSphere<TypeParam>;
     // The C library's pow stands in between: some units of the last place are allowed to it.
-    TypeParam const tolerance = 8 * std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const tolerance = 8 * EPSILON<TypeParam>;
     for (TypeParam radius = TypeParam(0.125); radius < 1000; radius *= TypeParam(1.75))
     {
         TypeParam const expected = radius * radius * radius * TypeParam(4.188790321350098);
@@ -357,7 +342,7 @@ TYPED_TEST(VolumeSphereTest, TheVolumeIsTheSquaredRadiusToThePowerOfOneAndAHalfT
     EXPECT_TRUE(std::isnan(Sphere({1, 2, 3}, TypeParam{-1}).GetVolume()));
     // A power that is no odd integer takes -infinity to +infinity; the squared radius times its root would be NaN.
     EXPECT_EQ(Sphere({0, 0, 0}, -INF<TypeParam>).GetVolume(), INF<TypeParam>);
-    EXPECT_TRUE(std::isnan(Sphere({1, 2, 3}, NOT_A_NUMBER<TypeParam>).GetVolume()));
+    EXPECT_TRUE(std::isnan(Sphere({1, 2, 3}, QUIET_NAN<TypeParam>).GetVolume()));
 }
 
 // Containment.
@@ -397,7 +382,7 @@ TYPED_TEST(VolumeSphereTest, ContainmentIsSummedFromXToZ)
 
 TYPED_TEST(VolumeSphereTest, ASphereOfNoOrNegativeSquaredRadiusContainsNothing)
 {
-    for (TypeParam const squaredRadius : {TypeParam{0}, TypeParam{-1}, -INF<TypeParam>, NOT_A_NUMBER<TypeParam>})
+    for (TypeParam const squaredRadius : {TypeParam{0}, TypeParam{-1}, -INF<TypeParam>, QUIET_NAN<TypeParam>})
     {
         tVolumeSphere<TypeParam> const sphere({1, 2, 3}, squaredRadius);
         EXPECT_FALSE(sphere.Contains({1, 2, 3})) << squaredRadius;
@@ -407,7 +392,7 @@ TYPED_TEST(VolumeSphereTest, ASphereOfNoOrNegativeSquaredRadiusContainsNothing)
 
 TYPED_TEST(VolumeSphereTest, APointWithANaNIsNowhereInside)
 {
-    TypeParam const nan = NOT_A_NUMBER<TypeParam>;
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     for (TypeParam const squaredRadius : {TypeParam{1}, INF<TypeParam>})
     {
         tVolumeSphere<TypeParam> const sphere({0, 0, 0}, squaredRadius);
@@ -456,7 +441,7 @@ TYPED_TEST(VolumeSphereTest, UnitSpheresTwoApartTouchAndALittleNearerOverlap)
 TYPED_TEST(VolumeSphereTest, ASphereOfNoOrNegativeSquaredRadiusOverlapsNoOther)
 {
     using Sphere = tVolumeSphere<TypeParam>;
-    for (TypeParam const squaredRadius : {TypeParam{0}, TypeParam{-1}, TypeParam{-4}, NOT_A_NUMBER<TypeParam>})
+    for (TypeParam const squaredRadius : {TypeParam{0}, TypeParam{-1}, TypeParam{-4}, QUIET_NAN<TypeParam>})
     {
         Sphere const sphere({1, 2, 3}, squaredRadius);
         EXPECT_FALSE(sphere.Overlaps(sphere)) << squaredRadius;
@@ -465,7 +450,7 @@ TYPED_TEST(VolumeSphereTest, ASphereOfNoOrNegativeSquaredRadiusOverlapsNoOther)
     }
     EXPECT_FALSE(Sphere({1, 2, 3}, TypeParam{-1}).Overlaps(Sphere({1, 2, 3}, TypeParam{9})));
     EXPECT_FALSE(Sphere({1, 2, 3}, TypeParam{9}).Overlaps(Sphere({1, 2, 3}, TypeParam{-1})));
-    EXPECT_FALSE(Sphere({0, 0, 0}, INF<TypeParam>).Overlaps(Sphere({0, 0, NOT_A_NUMBER<TypeParam>}, TypeParam{1})));
+    EXPECT_FALSE(Sphere({0, 0, 0}, INF<TypeParam>).Overlaps(Sphere({0, 0, QUIET_NAN<TypeParam>}, TypeParam{1})));
 }
 
 TEST(VolumeSphereOverlapTest, NegativeSquaredRadiiWhoseProductOverflowsOrUnderflowsGiveWhatTheFormulaGives)
@@ -569,7 +554,7 @@ TYPED_TEST(VolumeSphereTest, EqualityToleratesSmallDifferencesInEveryNumber)
     Sphere const sphere({1, 2, 4}, three);
     EXPECT_TRUE(sphere == sphere);
     EXPECT_FALSE(sphere != sphere);
-    TypeParam const epsilon = std::numeric_limits<TypeParam>::epsilon();
+    TypeParam const epsilon = EPSILON<TypeParam>;
     auto const changed = [&](TypeParam change)
     {
         return std::to_array({Sphere({1, 2, 4}, three + change), Sphere({1 + change, 2, 4}, three),
@@ -589,7 +574,7 @@ TYPED_TEST(VolumeSphereTest, EqualityToleratesSmallDifferencesInEveryNumber)
 
 TYPED_TEST(VolumeSphereTest, InequalityIsTheNegationOfEqualityEvenWithANaN)
 {
-    tVolumeSphere<TypeParam> const sphere({1, 2, 3}, NOT_A_NUMBER<TypeParam>);
+    tVolumeSphere<TypeParam> const sphere({1, 2, 3}, QUIET_NAN<TypeParam>);
     EXPECT_TRUE(sphere == sphere); // one bit pattern
     EXPECT_FALSE(sphere != sphere);
     EXPECT_FALSE(sphere == tVolumeSphere<TypeParam>({1, 2, 3}, TypeParam{1}));
@@ -600,7 +585,7 @@ TYPED_TEST(VolumeSphereTest, InequalityIsTheNegationOfEqualityEvenWithANaN)
 
 TYPED_TEST(VolumeSphereTest, NoMatrixChangesASphere)
 {
-    TypeParam const nan = NOT_A_NUMBER<TypeParam>;
+    TypeParam const nan = QUIET_NAN<TypeParam>;
     TypeParam const projective[16] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 17};
     TypeParam const broken[16] = {nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan, nan};
     for (tMatrix4<TypeParam> const& matrix :
@@ -639,7 +624,7 @@ std::string const& ExampleBytes()
 template <typename T>
 tVolumeSphere<T> ExampleSphere()
 {
-    tVolumeSphere<T> sphere({1, -std::numeric_limits<T>::denorm_min(), -2});
+    tVolumeSphere<T> sphere({1, -TINY<T>, -2});
     sphere.SetRadius(3); // the stream holds 9
     return sphere;
 }
@@ -659,7 +644,7 @@ TYPED_TEST(VolumeSphereTest, ReadingTakesTheSameNumbersInTheSameOrder)
     std::istringstream stream(ExampleBytes<TypeParam>() + "rest");
     tVolumeSphere<TypeParam> sphere({7, 7, 7});
     EXPECT_EQ(&sphere.Deserialise(stream), &stream);
-    ExpectSphere(sphere, 9, {1, -std::numeric_limits<TypeParam>::denorm_min(), -2});
+    ExpectSphere(sphere, 9, {1, -TINY<TypeParam>, -2});
     std::string rest;
     stream >> rest;
     EXPECT_EQ(rest, "rest");
@@ -673,7 +658,7 @@ TYPED_TEST(VolumeSphereTest, WritingAndReadingKeepsTheSquaredRadiusToTheBit)
         std::stringstream stream;
         using Integer = decltype(Bits(TypeParam{}));
         // Any bits, NaN included. A stream computes nothing, so that even the bits of a NaN are the same.
-        auto const bits = round == 0 ? Bits(NOT_A_NUMBER<TypeParam>) + 1 : static_cast<Integer>(random());
+        auto const bits = round == 0 ? Bits(QUIET_NAN<TypeParam>) + 1 : static_cast<Integer>(random());
         tVolumeSphere<TypeParam>({1, 2, 3}, std::bit_cast<TypeParam>(bits)).Serialise(stream);
         tVolumeSphere<TypeParam> sphere({7, 7, 7});
         sphere.Deserialise(stream);
@@ -685,10 +670,10 @@ TYPED_TEST(VolumeSphereTest, WritingAndReadingKeepsTheSquaredRadiusToTheBit)
 TYPED_TEST(VolumeSphereTest, ReadingChecksNothing)
 {
     std::stringstream stream;
-    tVolumeSphere<TypeParam>({NOT_A_NUMBER<TypeParam>, INF<TypeParam>, 0}, TypeParam{-4}).Serialise(stream);
+    tVolumeSphere<TypeParam>({QUIET_NAN<TypeParam>, INF<TypeParam>, 0}, TypeParam{-4}).Serialise(stream);
     tVolumeSphere<TypeParam> sphere({7, 7, 7});
     sphere.Deserialise(stream);
-    ExpectSphere(sphere, -4, {NOT_A_NUMBER<TypeParam>, INF<TypeParam>, 0});
+    ExpectSphere(sphere, -4, {QUIET_NAN<TypeParam>, INF<TypeParam>, 0});
 }
 
 TYPED_TEST(VolumeSphereTest, AStreamThatEndsEarlyLeavesTheRemainingNumbers)

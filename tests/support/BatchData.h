@@ -3,22 +3,16 @@
 /// @file
 /// Arrays to work on.
 
-#include <limits>
+#include <cstddef>
 #include <random>
 #include <vector>
 
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tVector3.h"
+#include "support/Numbers.h"
 
 namespace bv::test
 {
-
-/// A number from low to high.
-template <typename T>
-[[nodiscard]] T RandomNumber(std::mt19937& generator, T low, T high)
-{
-    return low + (high - low) * (static_cast<T>(generator()) * T(0x1p-32));
-}
 
 template <typename T>
 [[nodiscard]] std::vector<maths::tVector3<T>> RandomPoints(std::mt19937& generator, std::size_t count, T low, T high)
@@ -47,21 +41,10 @@ template <typename T>
 template <typename T>
 [[nodiscard]] std::vector<maths::tVector3<T>> SpecialPoints()
 {
-    using Limits = std::numeric_limits<T>;
-    T const values[] = {0,
-                        T(-0.0),
-                        1,
-                        -1,
-                        Limits::infinity(),
-                        -Limits::infinity(),
-                        Limits::quiet_NaN(),
-                        Limits::denorm_min(),
-                        Limits::max(),
-                        Limits::lowest()};
     std::vector<maths::tVector3<T>> points;
-    for (T const x : values)
-        for (T const y : values)
-            for (T const z : values)
+    for (T const x : SPECIAL_VALUES<T>)
+        for (T const y : SPECIAL_VALUES<T>)
+            for (T const z : SPECIAL_VALUES<T>)
                 points.emplace_back(x, y, z);
     return points;
 }

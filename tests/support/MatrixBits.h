@@ -1,17 +1,16 @@
 #pragma once
 
 /// @file
-/// Matrices seen from outside: their elements to the bit, and their state, which only the binary form shows.
+/// Matrices seen from outside: their elements to the bit, and their state.
 
 #include <array>
 #include <cstdint>
-#include <cstring>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "bv/maths/tMatrix4.h"
+#include "support/MatrixState.h"
 #include "support/SameBits.h"
 
 namespace bv::test
@@ -40,29 +39,11 @@ template <typename T>
     return elements;
 }
 
-/// The state as a number, so that values beyond the enumeration can be told apart, too.
-template <typename T>
-[[nodiscard]] std::uint32_t StateOf(maths::tMatrix4<T> const& matrix)
-{
-    std::ostringstream stream;
-    matrix.Serialise(stream);
-    std::string const bytes = stream.str();
-    std::uint32_t state = 0;
-    std::memcpy(&state, bytes.data() + 16 * sizeof(T), sizeof(state));
-    return state;
-}
-
 /// A matrix of any elements in any state, fitting or not.
 template <typename T>
 [[nodiscard]] maths::tMatrix4<T> MakeMatrix(Elements<T> const& elements, std::uint32_t state)
 {
-    std::string bytes(16 * sizeof(T) + sizeof(state), '\0');
-    std::memcpy(bytes.data(), elements.data(), 16 * sizeof(T));
-    std::memcpy(bytes.data() + 16 * sizeof(T), &state, sizeof(state));
-    std::istringstream stream(bytes);
-    maths::tMatrix4<T> matrix;
-    matrix.Deserialise(stream);
-    return matrix;
+    return WithState(maths::tMatrix4<T>(elements.data()), state);
 }
 
 template <typename T>

@@ -3,38 +3,38 @@
 /// @file
 /// Comparison to the bit. The `==` of the maths types is tolerant, and that of scalars is blind to the sign of zero.
 
-#include <bit>
-#include <cstdint>
-#include <type_traits>
+#include <concepts>
+#include <ios>
 
 #include <gtest/gtest.h>
+
+#include "support/Numbers.h"
 
 namespace bv::test
 {
 
-template <typename T>
-[[nodiscard]] auto Bits(T value)
-{
-    using Integer = std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>;
-    return std::bit_cast<Integer>(value);
-}
-
 /// Same bits; any two NaNs pass for the same, since the bits of a NaN are never promised.
 template <typename T>
-requires std::is_floating_point_v<T>
-void ExpectSameBits(T actual, T expected)
+[[nodiscard]] bool HasSameBits(T a, T b)
 {
-    if (actual != actual && expected != expected)
-        return;
-    EXPECT_EQ(Bits(actual), Bits(expected)) << "actual " << actual << ", expected " << expected;
+    return (IsNaN(a) && IsNaN(b)) || Bits(a) == Bits(b);
 }
 
-/// The same for two vectors of one type, component by component.
+template <std::floating_point T>
+void ExpectSameBits(T actual, T expected)
+{
+    EXPECT_TRUE(HasSameBits(actual, expected))
+        << "actual " << actual << ", expected " << expected << std::hexfloat << ": " << actual << ", " << expected;
+}
+
 template <typename V>
-requires requires(V const& v)
+concept VectorLike = requires(V const& v)
 {
     v.LengthSquared();
-}
+};
+
+/// The same for two vectors of one type, component by component.
+template <VectorLike V>
 void ExpectSameBits(V const& actual, V const& expected)
 {
     ExpectSameBits(actual.x, expected.x);

@@ -42,23 +42,28 @@ class Matrix4ArithmeticTest : public testing::Test
 };
 TYPED_TEST_SUITE(Matrix4ArithmeticTest, Precisions);
 
-template <typename M>
-constexpr bool HAS_STATED_TYPES =
-    std::is_same_v<decltype(std::declval<M const&>() * std::declval<M const&>()), M>&&
-        std::is_same_v<decltype(std::declval<M const&>() + std::declval<M const&>()), M>&&
-            std::is_same_v<decltype(std::declval<M const&>() - std::declval<M const&>()), M>&&
-                std::is_same_v<decltype(std::declval<M&>() *= std::declval<M const&>()), M&>&&
-                    std::is_same_v<decltype(std::declval<M&>() += std::declval<M const&>()), M&>&&
-                        std::is_same_v<decltype(std::declval<M&>() -= std::declval<M const&>()), M&>&&
-                            std::is_same_v<decltype(std::declval<M&>().Transpose()), M&>&&
-                                std::is_same_v<decltype(std::declval<M const&>().Transposed()), M>&&
-                                    std::is_same_v<decltype(std::declval<M&>().Invert()), M&>&&
-                                        std::is_same_v<decltype(std::declval<M const&>().Inverted()), M> &&
-    !noexcept(std::declval<M&>().Invert()) &&
-    !noexcept(std::declval<M const&>().Inverted())&& noexcept(std::declval<M&>() *= std::declval<M const&>());
-static_assert(HAS_STATED_TYPES<tMatrix4<float>> && HAS_STATED_TYPES<tMatrix4<double>>);
-static_assert(std::is_same_v<decltype(std::declval<tMatrix4<float> const&>().Determinant()), float> &&
-              std::is_same_v<decltype(std::declval<tMatrix4<double> const&>().Determinant()), double>);
+template <typename T>
+constexpr bool KeepsItsSignatures(tMatrix4<T>& matrix, tMatrix4<T> const& constant)
+{
+    using M = tMatrix4<T>;
+    static_assert(std::is_same_v<decltype(constant * constant), M>);
+    static_assert(std::is_same_v<decltype(constant + constant), M>);
+    static_assert(std::is_same_v<decltype(constant - constant), M>);
+    static_assert(std::is_same_v<decltype(matrix *= constant), M&>);
+    static_assert(std::is_same_v<decltype(matrix += constant), M&>);
+    static_assert(std::is_same_v<decltype(matrix -= constant), M&>);
+    static_assert(std::is_same_v<decltype(matrix.Transpose()), M&>);
+    static_assert(std::is_same_v<decltype(constant.Transposed()), M>);
+    static_assert(std::is_same_v<decltype(matrix.Invert()), M&>);
+    static_assert(std::is_same_v<decltype(constant.Inverted()), M>);
+    static_assert(std::is_same_v<decltype(constant.Determinant()), T>);
+    static_assert(noexcept(matrix *= constant));
+    static_assert(!noexcept(matrix.Invert()));
+    static_assert(!noexcept(constant.Inverted()));
+    return true;
+}
+[[maybe_unused]] constexpr auto SINGLE_SIGNATURES = KeepsItsSignatures<float>;
+[[maybe_unused]] constexpr auto DOUBLE_SIGNATURES = KeepsItsSignatures<double>;
 
 // The rules once more, as plain scalar code that goes through the cases one after the other.
 

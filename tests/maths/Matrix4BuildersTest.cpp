@@ -42,26 +42,27 @@ class Matrix4BuildersTest : public testing::Test
 TYPED_TEST_SUITE(Matrix4BuildersTest, Precisions);
 
 template <typename T>
-constexpr bool HAS_STATED_SIGNATURES = std::is_same_v<decltype(&tMatrix4<T>::RotateX),
-                                                      tMatrix4<T> (*)(T const&) noexcept>&&
-    std::is_same_v<decltype(&tMatrix4<T>::RotateY), tMatrix4<T> (*)(T const&) noexcept>&& std::is_same_v<
-        decltype(&tMatrix4<T>::RotateZ),
-        tMatrix4<T> (*)(T const&) noexcept>&& std::is_same_v<decltype(&tMatrix4<T>::RotateAxis),
-                                                             tMatrix4<T> (*)(tVector3<T> const&, tVector3<T> const&,
-                                                                             T const&) noexcept>&&
-        std::is_same_v<decltype(static_cast<tMatrix4<T> (*)(T const&) noexcept>(&tMatrix4<T>::Scale)),
-                       tMatrix4<T> (*)(T const&) noexcept>&&
-            std::is_same_v<decltype(static_cast<tMatrix4<T> (*)(tVector3<T> const&) noexcept>(&tMatrix4<T>::Scale)),
-                           tMatrix4<T> (*)(tVector3<T> const&) noexcept>&& std::
-                is_same_v<decltype(static_cast<tMatrix4<T> (*)(tVector3<T> const&) noexcept>(&tMatrix4<T>::Translate)),
-                          tMatrix4<T> (*)(tVector3<T> const&) noexcept>&&
-                    std::is_same_v<decltype(static_cast<tMatrix4<T> (*)(T, T, T) noexcept>(&tMatrix4<T>::Translate)),
-                                   tMatrix4<T> (*)(T, T, T) noexcept>&&
-                        std::is_same_v<decltype(&tMatrix4<T>::OrthogonalProjection),
-                                       tMatrix4<T> (*)(T const&, T const&, T const&, T const&, T const&, T const&)>&&
-                            std::is_same_v<decltype(&tMatrix4<T>::PerspectiveProjection),
-                                           tMatrix4<T> (*)(T const&, T const&, T const&, T const&, T const&, T const&)>;
-static_assert(HAS_STATED_SIGNATURES<float> && HAS_STATED_SIGNATURES<double>);
+constexpr bool KeepsItsSignatures()
+{
+    using M = tMatrix4<T>;
+    using ByNumber = M (*)(T const&) noexcept;
+    using ByVector = M (*)(tVector3<T> const&) noexcept;
+    using ByAxis = M (*)(tVector3<T> const&, tVector3<T> const&, T const&) noexcept;
+    using ByThree = M (*)(T, T, T) noexcept;
+    using ByView = M (*)(T const&, T const&, T const&, T const&, T const&, T const&);
+    static_assert(std::is_same_v<decltype(&M::RotateX), ByNumber>);
+    static_assert(std::is_same_v<decltype(&M::RotateY), ByNumber>);
+    static_assert(std::is_same_v<decltype(&M::RotateZ), ByNumber>);
+    static_assert(std::is_same_v<decltype(&M::RotateAxis), ByAxis>);
+    static_assert(std::is_same_v<decltype(&M::OrthogonalProjection), ByView>);
+    static_assert(std::is_same_v<decltype(&M::PerspectiveProjection), ByView>);
+    static_assert(std::is_same_v<decltype(static_cast<ByNumber>(&M::Scale)), ByNumber>);
+    static_assert(std::is_same_v<decltype(static_cast<ByVector>(&M::Scale)), ByVector>);
+    static_assert(std::is_same_v<decltype(static_cast<ByVector>(&M::Translate)), ByVector>);
+    static_assert(std::is_same_v<decltype(static_cast<ByThree>(&M::Translate)), ByThree>);
+    return true;
+}
+static_assert(KeepsItsSignatures<float>() && KeepsItsSignatures<double>());
 
 // Rotations about the axes
 

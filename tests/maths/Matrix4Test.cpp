@@ -109,78 +109,94 @@ constexpr bool HAS_PLAIN_LAYOUT =
 static_assert(HAS_PLAIN_LAYOUT<float> && HAS_PLAIN_LAYOUT<double>);
 
 template <typename T>
-constexpr bool CONVERTS_LIKE_A_MATRIX =
-    std::is_convertible_v<tMatrix4<Other<T>> const&, tMatrix4<T>>&& std::is_convertible_v<T const*, tMatrix4<T>>&&
-        std::is_convertible_v<Other<T> const*, tMatrix4<T>>&& std::is_convertible_v<tMatrix4<T>, std::string> &&
-    !std::is_convertible_v<int const*, tMatrix4<T>> && !std::is_convertible_v<T, tMatrix4<T>> &&
-    !std::is_constructible_v<tMatrix4<T>, std::nullptr_t> && !std::is_assignable_v<tMatrix4<T>&, std::nullptr_t> &&
-    !std::is_constructible_v<tMatrix4<T>, T const*, typename tMatrix4<T>::State> &&
-    !std::is_constructible_v<tMatrix4<T>, typename tMatrix4<T>::State>;
-static_assert(CONVERTS_LIKE_A_MATRIX<float> && CONVERTS_LIKE_A_MATRIX<double>);
+constexpr bool ConvertsLikeAMatrix()
+{
+    using M = tMatrix4<T>;
+    static_assert(std::is_convertible_v<tMatrix4<Other<T>> const&, M> && std::is_convertible_v<M, std::string>);
+    static_assert(std::is_convertible_v<T const*, M> && std::is_convertible_v<Other<T> const*, M>);
+    static_assert(!std::is_convertible_v<int const*, M> && !std::is_convertible_v<T, M>);
+    static_assert(!std::is_constructible_v<M, std::nullptr_t> && !std::is_assignable_v<M&, std::nullptr_t>);
+    static_assert(!std::is_constructible_v<M, T const*, typename M::State>);
+    static_assert(!std::is_constructible_v<M, typename M::State>);
+    return true;
+}
+static_assert(ConvertsLikeAMatrix<float>() && ConvertsLikeAMatrix<double>());
 
+// What is private: none of these compiles.
 template <typename M>
-concept ShowsItsInside = requires(M const& m)
+concept NamesItsRows = requires
 {
     M::ROW_1;
-}
-|| requires(M const& m)
+};
+template <typename M>
+concept ShowsItsRows = requires(M const& m)
 {
     m.GetRow(0);
-}
-|| requires(M const& m)
+};
+template <typename M>
+concept ShowsItsIndices = requires(M const& m)
 {
     m.GetIndex(tTuple2<unsigned int>());
-}
-|| requires(M& m)
+};
+template <typename M>
+concept SetsItsState = requires(M& m)
 {
     m.SetState();
-}
-|| requires(M& m)
+};
+template <typename M>
+concept SetsItsMemory = requires(M& m)
 {
     m.InitMemory();
 };
-static_assert(!ShowsItsInside<tMatrix4<float>> && !ShowsItsInside<tMatrix4<double>>);
+template <typename M>
+constexpr bool HIDES_ITS_INSIDE =
+    !(NamesItsRows<M> || ShowsItsRows<M> || ShowsItsIndices<M> || SetsItsState<M> || SetsItsMemory<M>);
+static_assert(HIDES_ITS_INSIDE<tMatrix4<float>> && HIDES_ITS_INSIDE<tMatrix4<double>>);
 
 template <typename T>
-constexpr bool HAS_QUIET_QUERIES =
-    noexcept(std::declval<tMatrix4<T> const&>().IsIdentity()) && noexcept(
-        std::declval<tMatrix4<T> const&>()
-            [0]) && noexcept(std::declval<tMatrix4<T> const&>() ==
-                             std::declval<tMatrix4<T> const&>()) && noexcept(std::declval<tMatrix4<T> const&>()
-                                                                                 .Determinant()) &&
-    std::is_nothrow_default_constructible_v<tMatrix4<T>>&& std::is_nothrow_copy_constructible_v<
-        tMatrix4<T>>&& std::is_nothrow_copy_assignable_v<tMatrix4<T>>;
-static_assert(HAS_QUIET_QUERIES<float> && HAS_QUIET_QUERIES<double>);
-
-template <typename T>
-constexpr bool HAS_STATED_TYPES = std::is_same_v<decltype(std::declval<tMatrix4<T> const&>()[0]), T const&>&&
-    std::is_same_v<decltype(std::declval<tMatrix4<T> const&>()[tTuple2<unsigned int>()]),
-                   T const&>&& std::is_same_v<decltype(std::declval<tMatrix4<T>&>()(0)), T&>&&
-        std::is_same_v<decltype(std::declval<tMatrix4<T>&>()(tTuple2<unsigned int>())),
-                       T&>&& std::is_same_v<decltype(std::declval<tMatrix4<T> const&>().GetElement(0)), T const&>&&
-            std::is_same_v<decltype(std::declval<tMatrix4<T>&>().GetElement(0)), T&>&& std::is_same_v<
-                decltype(std::declval<tMatrix4<T> const&>().GetElement(tTuple2<unsigned int>())), T const&>&&
-                std::is_same_v<decltype(std::declval<tMatrix4<T>&>().GetElement(tTuple2<unsigned int>())), T&>&&
-                    std::is_same_v<decltype(std::declval<tMatrix4<T>&>().Get()), T const*>&& std::is_same_v<
-                        decltype(std::declval<tMatrix4<T> const&>() == std::declval<tMatrix4<T> const&>()), bool>&&
-                        std::is_same_v<
-                            decltype(std::declval<tMatrix4<T> const&>() != std::declval<tMatrix4<T> const&>()), bool>&&
-                            std::is_same_v<decltype(std::declval<tMatrix4<T> const&>().IsDiagonal()), bool>&&
-                                std::is_same_v<decltype(std::declval<tMatrix4<T>&>() = static_cast<T const*>(nullptr)),
-                                               tMatrix4<T>&>;
-static_assert(HAS_STATED_TYPES<float> && HAS_STATED_TYPES<double>);
+constexpr bool KeepsItsSignatures(tMatrix4<T>& matrix, tMatrix4<T> const& constant, tTuple2<unsigned int> const& place)
+{
+    using M = tMatrix4<T>;
+    static_assert(std::is_same_v<decltype(constant[0]), T const&>);
+    static_assert(std::is_same_v<decltype(constant[place]), T const&>);
+    static_assert(std::is_same_v<decltype(matrix(0)), T&>);
+    static_assert(std::is_same_v<decltype(matrix(place)), T&>);
+    static_assert(std::is_same_v<decltype(constant.GetElement(0)), T const&>);
+    static_assert(std::is_same_v<decltype(constant.GetElement(place)), T const&>);
+    static_assert(std::is_same_v<decltype(matrix.GetElement(0)), T&>);
+    static_assert(std::is_same_v<decltype(matrix.GetElement(place)), T&>);
+    static_assert(std::is_same_v<decltype(matrix.Get()), T const*>);
+    static_assert(std::is_same_v<decltype(constant == constant), bool>);
+    static_assert(std::is_same_v<decltype(constant != constant), bool>);
+    static_assert(std::is_same_v<decltype(constant.IsDiagonal()), bool>);
+    static_assert(std::is_same_v<decltype(matrix = static_cast<T const*>(nullptr)), M&>);
+    static_assert(noexcept(constant.IsIdentity()));
+    static_assert(noexcept(constant[0]));
+    static_assert(noexcept(constant == constant));
+    static_assert(noexcept(constant.Determinant()));
+    static_assert(std::is_nothrow_default_constructible_v<M> && std::is_nothrow_copy_constructible_v<M>);
+    static_assert(std::is_nothrow_copy_assignable_v<M>);
+    return true;
+}
+[[maybe_unused]] constexpr auto SINGLE_SIGNATURES = KeepsItsSignatures<float>;
+[[maybe_unused]] constexpr auto DOUBLE_SIGNATURES = KeepsItsSignatures<double>;
 
 template <typename M>
-constexpr bool HAS_STATED_CONSTANTS =
-    M::IDX_11 == 0 && M::IDX_12 == 1 && M::IDX_13 == 2 && M::IDX_14 == 3 && M::IDX_21 == 4 && M::IDX_22 == 5 &&
-    M::IDX_23 == 6 && M::IDX_24 == 7 && M::IDX_31 == 8 && M::IDX_32 == 9 && M::IDX_33 == 10 && M::IDX_34 == 11 &&
-    M::IDX_41 == 12 && M::IDX_42 == 13 && M::IDX_43 == 14 && M::IDX_44 == 15 && M::SIZE == 16 && M::ROWSIZE == 4 &&
-    M::IDENTITY == 0 && M::DIAGONAL == 1 && M::ORTHONORMAL == 2 && M::GENERAL == 3 && sizeof(typename M::State) == 4 &&
-    sizeof(M::IDX_11) == 8 &&
-    std::is_unsigned_v<std::remove_cv_t<decltype(M::IDX_44)>>&& std::is_same_v<
-        decltype(M::SIZE), unsigned char const>&& std::is_same_v<decltype(M::ROWSIZE), unsigned char const>&& std::
-        is_same_v<decltype(M::BYTESIZE), unsigned char const>;
-static_assert(HAS_STATED_CONSTANTS<tMatrix4<float>> && HAS_STATED_CONSTANTS<tMatrix4<double>>);
+constexpr bool HasStatedConstants()
+{
+    static_assert(M::IDX_11 == 0 && M::IDX_12 == 1 && M::IDX_13 == 2 && M::IDX_14 == 3);
+    static_assert(M::IDX_21 == 4 && M::IDX_22 == 5 && M::IDX_23 == 6 && M::IDX_24 == 7);
+    static_assert(M::IDX_31 == 8 && M::IDX_32 == 9 && M::IDX_33 == 10 && M::IDX_34 == 11);
+    static_assert(M::IDX_41 == 12 && M::IDX_42 == 13 && M::IDX_43 == 14 && M::IDX_44 == 15);
+    static_assert(sizeof(M::IDX_11) == 8 && std::is_unsigned_v<std::remove_cv_t<decltype(M::IDX_44)>>);
+    static_assert(M::SIZE == 16 && std::is_same_v<decltype(M::SIZE), unsigned char const>);
+    static_assert(M::ROWSIZE == 4 && std::is_same_v<decltype(M::ROWSIZE), unsigned char const>);
+    static_assert(std::is_same_v<decltype(M::BYTESIZE), unsigned char const>);
+    static_assert(M::IDENTITY == 0 && M::DIAGONAL == 1 && M::ORTHONORMAL == 2 && M::GENERAL == 3);
+    static_assert(sizeof(typename M::State) == 4);
+    return true;
+}
+static_assert(HasStatedConstants<tMatrix4<float>>() && HasStatedConstants<tMatrix4<double>>());
 static_assert(tMatrix4<float>::BYTESIZE == 64 && tMatrix4<double>::BYTESIZE == 128);
 
 TYPED_TEST(Matrix4Test, ConstantsHaveAddresses)

@@ -2,8 +2,8 @@
 
 #include <array>
 #include <bit>
-#include <concepts>
 #include <cstdint>
+#include <functional>
 #include <numeric>
 #include <random>
 #include <type_traits>
@@ -79,48 +79,23 @@ static_assert(!std::is_nothrow_constructible_v<Percentage, unsigned int, unsigne
 static_assert(std::is_nothrow_copy_assignable_v<Percentage> && std::is_nothrow_move_assignable_v<Percentage>);
 static_assert(noexcept(static_cast<float>(std::declval<Percentage const&>())));
 
-template <typename L, typename R>
-concept Multiplies = requires(L l, R r)
-{
-    {
-        l* r
-        } -> std::same_as<Percentage>;
-};
-template <typename L, typename R>
-concept Adds = requires(L l, R r)
-{
-    {
-        l + r
-        } -> std::same_as<Percentage>;
-};
-template <typename L, typename R>
-concept Divides = requires(L l, R r)
-{
-    {
-        l / r
-        } -> std::same_as<Percentage>;
-};
+/// The operation has this type with a fraction on the left and such a value on the right, whether the fraction is a
+/// constant, a variable or a temporary.
+template <typename Type, typename Operation, typename R>
+constexpr bool GIVES = (std::is_same_v<std::invoke_result_t<Operation, Percentage&, R>, Type> &&
+                        std::is_same_v<std::invoke_result_t<Operation, Percentage const&, R>, Type> &&
+                        std::is_same_v<std::invoke_result_t<Operation, Percentage, R>, Type>);
 
-/// Fractions stay fractions with this on their right, whether the left one is constant, variable or temporary.
+/// Fractions stay fractions with this on their right.
 template <typename R>
-constexpr bool STAYS_EXACT = Multiplies<Percentage&, R>&& Multiplies<Percentage const&, R>&& Multiplies<Percentage, R>&&
-    Adds<Percentage&, R>&& Adds<Percentage const&, R>&& Adds<Percentage, R>&& Divides<Percentage&, R>&&
-        Divides<Percentage const&, R>&& Divides<Percentage, R>;
+constexpr bool STAYS_EXACT = (GIVES<Percentage, std::multiplies<>, R> && GIVES<Percentage, std::plus<>, R> &&
+                              GIVES<Percentage, std::divides<>, R>);
 
 /// None of the three operators compiles with this on the right, not even as `float` arithmetic.
 template <typename L, typename R>
-constexpr bool DOES_NOT_COMPILE = !requires(L l, R r)
-{
-    l* r;
-}
-&&!requires(L l, R r)
-{
-    l + r;
-}
-&&!requires(L l, R r)
-{
-    l / r;
-};
+constexpr bool DOES_NOT_COMPILE = (!std::is_invocable_v<std::multiplies<>, L, R> &&
+                                   !std::is_invocable_v<std::plus<>, L, R> &&
+                                   !std::is_invocable_v<std::divides<>, L, R>);
 
 static_assert(STAYS_EXACT<Percentage&> && STAYS_EXACT<Percentage const&> && STAYS_EXACT<Percentage>);
 static_assert(STAYS_EXACT<unsigned int> && STAYS_EXACT<int> && STAYS_EXACT<unsigned int const&>);
@@ -129,22 +104,28 @@ static_assert(DOES_NOT_COMPILE<Percentage&, U64> && DOES_NOT_COMPILE<Percentage 
 static_assert(DOES_NOT_COMPILE<Percentage&, long long> && DOES_NOT_COMPILE<Percentage const&, long long>);
 // In place, where there is no other type to go to, a floating-point number does not compile.
 template <typename P, typename R>
-constexpr bool CHANGES_IN_PLACE = requires(P p, R r)
+concept MultipliesInPlace = requires(P p, R r)
 {
     p *= r;
-}
-|| requires(P p, R r)
+};
+template <typename P, typename R>
+concept AddsInPlace = requires(P p, R r)
 {
     p += r;
-}
-|| requires(P p, R r)
+};
+template <typename P, typename R>
+concept DividesInPlace = requires(P p, R r)
 {
     p /= r;
 };
+template <typename P, typename R>
+constexpr bool CHANGES_IN_PLACE = (MultipliesInPlace<P, R> && AddsInPlace<P, R> && DividesInPlace<P, R>);
+template <typename P, typename R>
+constexpr bool DOES_NOT_CHANGE_IN_PLACE = (!MultipliesInPlace<P, R> && !AddsInPlace<P, R> && !DividesInPlace<P, R>);
 static_assert(CHANGES_IN_PLACE<Percentage&, int> && CHANGES_IN_PLACE<Percentage&, Percentage>);
-static_assert(!CHANGES_IN_PLACE<Percentage&, float> && !CHANGES_IN_PLACE<Percentage&, double>);
+static_assert(DOES_NOT_CHANGE_IN_PLACE<Percentage&, float> && DOES_NOT_CHANGE_IN_PLACE<Percentage&, double>);
 static_assert(CHANGES_IN_PLACE<Percentage&, U64> && CHANGES_IN_PLACE<Percentage&, long long>);
-static_assert(!CHANGES_IN_PLACE<Percentage const&, int>);
+static_assert(DOES_NOT_CHANGE_IN_PLACE<Percentage const&, int>);
 
 // A floating-point number, and any number on the left, works on the ratio.
 static_assert(std::is_same_v<decltype(100 * Percentage()), float>);
@@ -157,19 +138,18 @@ static_assert(std::is_same_v<decltype(std::declval<Percentage&>() /= Percentage(
 static_assert(std::is_same_v<decltype(std::declval<Percentage&>() /= 2u), Percentage&>);
 
 // The binary operators have a form that is not const and one that is.
-static_assert(requires(Percentage(Percentage::*f)(Percentage const&), Percentage (Percentage::*g)(unsigned int)) {
-    f = &Percentage::operator*;
-    f = &Percentage::operator+;
-    f = &Percentage::operator/;
-    g = &Percentage::operator/;
-});
-static_assert(requires(Percentage(Percentage::*f)(Percentage const&) const,
-                       Percentage (Percentage::*g)(unsigned int) const) {
-    f = &Percentage::operator*;
-    f = &Percentage::operator+;
-    f = &Percentage::operator/;
-    g = &Percentage::operator/;
-});
+using ByFraction = Percentage (Percentage::*)(Percentage const&);
+using ByInteger = Percentage (Percentage::*)(unsigned int);
+using ConstByFraction = Percentage (Percentage::*)(Percentage const&) const;
+using ConstByInteger = Percentage (Percentage::*)(unsigned int) const;
+static_assert(std::is_same_v<decltype(static_cast<ByFraction>(&Percentage::operator*)), ByFraction>);
+static_assert(std::is_same_v<decltype(static_cast<ByFraction>(&Percentage::operator+)), ByFraction>);
+static_assert(std::is_same_v<decltype(static_cast<ByFraction>(&Percentage::operator/)), ByFraction>);
+static_assert(std::is_same_v<decltype(static_cast<ByInteger>(&Percentage::operator/)), ByInteger>);
+static_assert(std::is_same_v<decltype(static_cast<ConstByFraction>(&Percentage::operator*)), ConstByFraction>);
+static_assert(std::is_same_v<decltype(static_cast<ConstByFraction>(&Percentage::operator+)), ConstByFraction>);
+static_assert(std::is_same_v<decltype(static_cast<ConstByFraction>(&Percentage::operator/)), ConstByFraction>);
+static_assert(std::is_same_v<decltype(static_cast<ConstByInteger>(&Percentage::operator/)), ConstByInteger>);
 
 // Known to the compiler.
 static_assert((Percentage(1, 2) + Percentage(1, 3)).GetNumerator() == 5);

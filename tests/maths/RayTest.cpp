@@ -130,8 +130,10 @@ TYPED_TEST(RayTest, PromisesItsTypesToTheCompiler)
     tRay<T> const ray;
     tVolumeAABB<T> const box;
     tVolumeSphere<T> const sphere({0, 0, 0}, 1);
-    static_assert(std::is_same_v<decltype(ray.Clip(box, t, t)), bool>&& noexcept(ray.Clip(box, t, t)));
-    static_assert(std::is_same_v<decltype(ray.Clip(sphere, t, t)), bool>&& noexcept(ray.Clip(sphere, t, t)));
+    static_assert(std::is_same_v<decltype(ray.Clip(box, t, t)), bool>);
+    static_assert(noexcept(ray.Clip(box, t, t)));
+    static_assert(std::is_same_v<decltype(ray.Clip(sphere, t, t)), bool>);
+    static_assert(noexcept(ray.Clip(sphere, t, t)));
     static_assert(std::is_same_v<decltype(ray.IntersectScreen(tFrustum<T>())), tVector2<T>>);
     static_assert(noexcept(ray.IntersectScreen(tFrustum<T>())));
     EXPECT_EQ(t, T{0});

@@ -337,7 +337,8 @@ TEST(TupleHashTest, HasTheWidthOfItsName)
 {
     static_assert(std::is_same_v<decltype(Tuple2i().GetHash32()), unsigned int>);
     static_assert(std::is_same_v<decltype(Tuple3d().GetHash8()), unsigned char>);
-    static_assert(noexcept(Tuple2i().GetHash32())&& noexcept(Tuple3d().GetHash8()));
+    static_assert(noexcept(Tuple2i().GetHash32()));
+    static_assert(noexcept(Tuple3d().GetHash8()));
     EXPECT_EQ(Tuple2i().GetHash32(), 0u); // zeros mix to zero
     EXPECT_EQ(Tuple3d().GetHash32(), 0u);
 }

@@ -61,15 +61,21 @@ static_assert(!std::is_constructible_v<Vector2f, float> && !std::is_convertible_
 static_assert(offsetof(Vector2f, x) == 0 && offsetof(Vector2f, y) == 4);
 static_assert(offsetof(Vector2d, x) == 0 && offsetof(Vector2d, y) == 8);
 // What the arithmetic returns.
-static_assert(std::is_same_v<decltype(-Vector2f()), Vector2f>&& noexcept(-Vector2f()));
-static_assert(std::is_same_v<decltype(2.0f * Vector2f()), Vector2f>&& noexcept(2.0f * Vector2f()));
-static_assert(std::is_same_v<decltype(Vector2d() / 2.0), Vector2d>&& noexcept(Vector2d() / 2.0));
-static_assert(std::is_same_v<decltype(Vector2d().Dot(Vector2d())), double>&& noexcept(Vector2d().Dot(Vector2d())));
-static_assert(std::is_same_v<decltype(Vector2f().Length()), float>&& noexcept(Vector2f().Length()));
+static_assert(std::is_same_v<decltype(-Vector2f()), Vector2f>);
+static_assert(noexcept(-Vector2f()));
+static_assert(std::is_same_v<decltype(2.0f * Vector2f()), Vector2f>);
+static_assert(noexcept(2.0f * Vector2f()));
+static_assert(std::is_same_v<decltype(Vector2d() / 2.0), Vector2d>);
+static_assert(noexcept(Vector2d() / 2.0));
+static_assert(std::is_same_v<decltype(Vector2d().Dot(Vector2d())), double>);
+static_assert(noexcept(Vector2d().Dot(Vector2d())));
+static_assert(std::is_same_v<decltype(Vector2f().Length()), float>);
+static_assert(noexcept(Vector2f().Length()));
 static_assert(std::is_same_v<decltype(std::declval<Vector2f&>().Normalise()), Vector2f&>);
 static_assert(std::is_same_v<decltype(std::declval<Vector2f&>() += Vector2f()), Vector2f&>);
 static_assert(std::is_same_v<decltype(std::declval<Vector2f&>() /= 2.0f), Vector2f&>);
-static_assert(std::is_same_v<decltype(Vector2d().IsInfinite()), bool>&& noexcept(Vector2d().IsInfinite()));
+static_assert(std::is_same_v<decltype(Vector2d().IsInfinite()), bool>);
+static_assert(noexcept(Vector2d().IsInfinite()));
 // Known to the compiler.
 static_assert((Vector2f(1, 2) + 2.0f * Vector2f(3, 4))[1] == 10.0f && Vector2d(1, 2).Dot({3, 4}) == 11.0);
 

@@ -60,17 +60,24 @@ static_assert(!std::is_base_of_v<tTuple3<float>, Vector3f>);
 static_assert(!std::is_constructible_v<Vector3f, float> && !std::is_convertible_v<int, Vector3d>);
 static_assert(offsetof(Vector3f, x) == 0 && offsetof(Vector3f, y) == 4 && offsetof(Vector3f, z) == 8);
 static_assert(offsetof(Vector3d, x) == 0 && offsetof(Vector3d, y) == 8 && offsetof(Vector3d, z) == 16);
-static_assert(std::is_same_v<decltype(Vector3f().Cross(Vector3f())), Vector3f>&& noexcept(Vector3f().Cross({})));
+static_assert(std::is_same_v<decltype(Vector3f().Cross(Vector3f())), Vector3f>);
+static_assert(noexcept(Vector3f().Cross({})));
 // What the arithmetic returns.
-static_assert(std::is_same_v<decltype(-Vector3f()), Vector3f>&& noexcept(-Vector3f()));
-static_assert(std::is_same_v<decltype(2.0f * Vector3f()), Vector3f>&& noexcept(2.0f * Vector3f()));
-static_assert(std::is_same_v<decltype(Vector3d() / 2.0), Vector3d>&& noexcept(Vector3d() / 2.0));
-static_assert(std::is_same_v<decltype(Vector3d().Dot(Vector3d())), double>&& noexcept(Vector3d().Dot(Vector3d())));
-static_assert(std::is_same_v<decltype(Vector3f().Length()), float>&& noexcept(Vector3f().Length()));
+static_assert(std::is_same_v<decltype(-Vector3f()), Vector3f>);
+static_assert(noexcept(-Vector3f()));
+static_assert(std::is_same_v<decltype(2.0f * Vector3f()), Vector3f>);
+static_assert(noexcept(2.0f * Vector3f()));
+static_assert(std::is_same_v<decltype(Vector3d() / 2.0), Vector3d>);
+static_assert(noexcept(Vector3d() / 2.0));
+static_assert(std::is_same_v<decltype(Vector3d().Dot(Vector3d())), double>);
+static_assert(noexcept(Vector3d().Dot(Vector3d())));
+static_assert(std::is_same_v<decltype(Vector3f().Length()), float>);
+static_assert(noexcept(Vector3f().Length()));
 static_assert(std::is_same_v<decltype(std::declval<Vector3f&>().Normalise()), Vector3f&>);
 static_assert(std::is_same_v<decltype(std::declval<Vector3f&>() += Vector3f()), Vector3f&>);
 static_assert(std::is_same_v<decltype(std::declval<Vector3f&>() /= 2.0f), Vector3f&>);
-static_assert(std::is_same_v<decltype(Vector3d().IsInfinite()), bool>&& noexcept(Vector3d().IsInfinite()));
+static_assert(std::is_same_v<decltype(Vector3d().IsInfinite()), bool>);
+static_assert(noexcept(Vector3d().IsInfinite()));
 // Known to the compiler.
 static_assert((Vector3f(1, 2, 3) + 2.0f * Vector3f(3, 4, 5))[2] == 13.0f &&
               Vector3d(1, 0, 0).Cross({0, 1, 0}).z == 1.0);

@@ -34,18 +34,19 @@ class Vector3TransformTest : public testing::Test
 TYPED_TEST_SUITE(Vector3TransformTest, Precisions);
 
 template <typename T>
-constexpr bool HAS_STATED_TYPES =
-    std::is_same_v<decltype(std::declval<tVector3<T>&>().Transform(std::declval<tMatrix4<T> const&>())), tVector3<T>&>&&
-        std::is_same_v<decltype(std::declval<tVector3<T> const&>().Transformed(std::declval<tMatrix4<T> const&>())),
-                       tVector3<T>>&&
-            std::is_same_v<decltype(std::declval<tVector3<T>&>().TransformAsVector(std::declval<tMatrix4<T> const&>())),
-                           tVector3<T>&>&&
-                std::is_same_v<decltype(std::declval<tVector3<T> const&>().TransformedAsVector(
-                                   std::declval<tMatrix4<T> const&>())),
-                               tVector3<T>> &&
-    !noexcept(std::declval<tVector3<T>&>().Transform(std::declval<tMatrix4<T> const&>()))&& noexcept(
-        std::declval<tVector3<T>&>().TransformAsVector(std::declval<tMatrix4<T> const&>()));
-static_assert(HAS_STATED_TYPES<float> && HAS_STATED_TYPES<double>);
+constexpr bool KeepsItsSignatures(tVector3<T>& vector, tVector3<T> const& constant, tMatrix4<T> const& matrix)
+{
+    using V = tVector3<T>;
+    static_assert(std::is_same_v<decltype(vector.Transform(matrix)), V&>);
+    static_assert(std::is_same_v<decltype(constant.Transformed(matrix)), V>);
+    static_assert(std::is_same_v<decltype(vector.TransformAsVector(matrix)), V&>);
+    static_assert(std::is_same_v<decltype(constant.TransformedAsVector(matrix)), V>);
+    static_assert(!noexcept(vector.Transform(matrix)));
+    static_assert(noexcept(vector.TransformAsVector(matrix)));
+    return true;
+}
+[[maybe_unused]] constexpr auto SINGLE_SIGNATURES = KeepsItsSignatures<float>;
+[[maybe_unused]] constexpr auto DOUBLE_SIGNATURES = KeepsItsSignatures<double>;
 
 /// Both forms of the point transform, which differ in what they report only.
 template <typename T>

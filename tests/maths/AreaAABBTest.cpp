@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstring>
 #include <iomanip>
-#include <random>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -19,6 +18,7 @@
 #include "support/Allocations.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
 
@@ -918,13 +918,13 @@ TYPED_TEST(AreaAABBTest, AFactorScalesABoxAboutItsCentre)
 
 TYPED_TEST(AreaAABBTest, AFactorIsAppliedAsWrittenToTheBit)
 {
-    std::mt19937 random(20240); // seed
-    std::uniform_real_distribution<TypeParam> number(-100, 100);
+    Random random(20240);
+    auto const number = [&random] { return random.Number<TypeParam>(-100, 100); };
     for (int round = 0; round < 1000; ++round)
     {
-        TypeParam const min[2] = {number(random), number(random)};
-        TypeParam const max[2] = {number(random), number(random)};
-        TypeParam const factor = number(random);
+        TypeParam const min[2] = {number(), number()};
+        TypeParam const max[2] = {number(), number()};
+        TypeParam const factor = number();
         TypeParam expectedMin[2];
         TypeParam expectedMax[2];
         for (int axis = 0; axis < 2; ++axis)

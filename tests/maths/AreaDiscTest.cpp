@@ -7,7 +7,6 @@
 #include <cstring>
 #include <iomanip>
 #include <memory>
-#include <random>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -19,6 +18,7 @@
 #include "support/Allocations.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 
 using bv::maths::tAreaAABB;
@@ -202,14 +202,14 @@ TYPED_TEST(AreaDiscTest, ADiscThroughOnePointTwiceIsThatPoint)
 
 TYPED_TEST(AreaDiscTest, TheDiscThroughTwoPointsIsComputedAsWrittenToTheBit)
 {
-    std::mt19937 random(20241); // seed
-    std::uniform_real_distribution<TypeParam> number(-100, 100);
+    Random random(20241);
+    auto const number = [&random] { return random.Number<TypeParam>(-100, 100); };
     for (int round = 0; round < 1000; ++round)
     {
-        TypeParam const px = number(random);
-        TypeParam const py = number(random);
-        TypeParam const qx = number(random);
-        TypeParam const qy = number(random);
+        TypeParam const px = number();
+        TypeParam const py = number();
+        TypeParam const qx = number();
+        TypeParam const qy = number();
         TypeParam const squareX = (px - qx) * (px - qx);
         TypeParam const squareY = (py - qy) * (py - qy);
         TypeParam const sum = squareX + squareY;
@@ -589,13 +589,12 @@ TYPED_TEST(AreaDiscTest, ReadingTakesTheSameNumbersInTheSameOrder)
 
 TYPED_TEST(AreaDiscTest, WritingAndReadingKeepsTheSquaredRadiusToTheBit)
 {
-    std::mt19937_64 random(20242); // seed
+    Random random(20242);
     for (int round = 0; round < 1000; ++round)
     {
         std::stringstream stream;
-        using Integer = decltype(Bits(TypeParam{}));
         // Any bits, NaN included. A stream computes nothing, so that even the bits of a NaN are the same.
-        auto const bits = round == 0 ? Bits(QUIET_NAN<TypeParam>) + 1 : static_cast<Integer>(random());
+        auto const bits = round == 0 ? Bits(QUIET_NAN<TypeParam>) + 1 : Bits(random.Any<TypeParam>());
         tAreaDisc<TypeParam>({1, 2}, std::bit_cast<TypeParam>(bits)).Serialise(stream);
         tAreaDisc<TypeParam> disc({7, 7});
         disc.Deserialise(stream);

@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <cstring>
 #include <new>
-#include <random>
-#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -15,6 +13,7 @@
 
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 
 namespace
@@ -256,10 +255,8 @@ TYPED_TEST(DepthRayTest, AMissedSphereWritesNothing)
 TYPED_TEST(DepthRayTest, ParametersAreThoseOfClipAndDerivativesFollowTheirFormulas)
 {
     using T = TypeParam;
-    constexpr unsigned int SEED = 20240618;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    auto const next = [&random] { return static_cast<T>(random()) / T(2147483648.0) - 1; };
+    Random random(20240618);
+    auto const next = [&random] { return random.Number<T>(-1, 1); };
     auto const vector = [&next]
     {
         return tVector3<T>{next(), next(), next()}; // in braces, and so in this order

@@ -4,7 +4,6 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <random>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -23,6 +22,7 @@
 #include "support/MatrixBits.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
 
@@ -165,14 +165,12 @@ TYPED_TEST(FrustumTest, APerspectiveProjectionGivesSlantedSidesThatFaceInward)
 TYPED_TEST(FrustumTest, PlanesAreRow3PlusOrMinusAnotherRowScaledToUnitNormals)
 {
     using T = TypeParam;
-    constexpr unsigned int SEED = 20240612;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
+    Random random(20240612);
     for (int i = 0; i < 200; ++i)
     {
         std::array<T, 16> m{};
         for (T& element : m)
-            element = static_cast<T>(random()) / 1000 - 2000000;
+            element = random.Number<T>(-2000000, 2000000);
         tFrustum<T> const frustum{tMatrix4<T>(m.data())};
         auto const expected = [&m](std::size_t row, bool plus)
         {
@@ -370,10 +368,8 @@ TYPED_TEST(FrustumTest, ANegativeZeroInANormalPicksTheUpperBound)
 TYPED_TEST(FrustumTest, AgreesWithTheEightCornersOfRandomBoxes)
 {
     using T = TypeParam;
-    constexpr unsigned int SEED = 20240613;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    auto const whole = [&random](unsigned int range) { return static_cast<T>(random() % (2 * range + 1)) - T(range); };
+    Random random(20240613);
+    auto const whole = [&random](int range) { return static_cast<T>(random.Whole(-range, range)); };
     std::array<int, 3> counts{};
     for (int i = 0; i < 300; ++i)
     {

@@ -1,12 +1,12 @@
 #include "bv/maths/Integer.h"
 
 #include <cstdint>
-#include <random>
 #include <type_traits>
 
 #include <gtest/gtest.h>
 
 #include "bv/InvalidArgumentException.h"
+#include "support/Random.h"
 #include "support/Throws.h"
 
 namespace
@@ -16,6 +16,7 @@ using bv::maths::IntLog2;
 using bv::maths::IntSqrt;
 using bv::maths::RoundToNearestPO2;
 using bv::maths::RoundUpToPO2;
+using bv::test::Random;
 
 static_assert(std::is_same_v<decltype(IntLog2(1u)), unsigned char>);
 static_assert(std::is_same_v<decltype(IntSqrt(1u)), unsigned short>);
@@ -40,9 +41,9 @@ void ForManyValues(Check check)
             check((3u << power >> 1) + offset);
             check((3u << power >> 1) - offset);
         }
-    std::mt19937 random(2718);
+    Random random(2718);
     for (int i = 0; i < 200000; ++i)
-        check(static_cast<std::uint32_t>(random()) >> (i % 32));
+        check(random() >> (i % 32));
 }
 
 TEST(IntLog2Test, RoundsTheLogarithmUp)

@@ -3,7 +3,6 @@
 #include <bit>
 #include <cstdint>
 #include <limits>
-#include <random>
 #include <type_traits>
 #include <vector>
 
@@ -11,6 +10,7 @@
 
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 #include "values/IsEqualValues.h"
 
@@ -264,17 +264,15 @@ TYPED_TEST(IsEqualTest, AgreesWithItsDefinitionBesideConstants)
 TYPED_TEST(IsEqualTest, AgreesWithItsDefinitionOnRandomPatterns)
 {
     using T = TypeParam;
-    constexpr unsigned int SEED = 20;
-    SCOPED_TRACE(SEED);
-    std::mt19937_64 generator(SEED);
+    Random random(20);
     for (int round = 0; round < 1000000; ++round)
     {
-        auto const pattern = static_cast<Pattern<T>>(generator());
-        auto const steps = static_cast<Pattern<T>>(generator() % 256 - 128); // half of them in reach
-        auto const mask = static_cast<Pattern<T>>(generator() % 4 == 0 ? ~std::uint64_t{0} : 0);
+        auto const pattern = Bits(random.Any<T>());
+        auto const steps = static_cast<Pattern<T>>(random.Whole(-128, 127)); // half of them in reach
+        auto const mask = random.Below(4) == 0 ? ~Pattern<T>{0} : Pattern<T>{0};
         T const a = FromBits<T>(pattern);
         T const near = FromBits<T>((pattern ^ mask) + steps); // of the same sign or the other
-        T const any = FromBits<T>(static_cast<Pattern<T>>(generator()));
+        T const any = random.Any<T>();
         ASSERT_EQ(IsEqual(a, near), IsEqualByDefinition(a, near)) << std::hex << Bits(a) << " and " << Bits(near);
         ASSERT_EQ(IsEqual(a, any), IsEqualByDefinition(a, any)) << std::hex << Bits(a) << " and " << Bits(any);
     }

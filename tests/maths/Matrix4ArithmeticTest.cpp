@@ -2,7 +2,6 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <random>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -16,6 +15,7 @@
 #include "support/MatrixBits.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/Throws.h"
 
 using bv::maths::IsEqual;
@@ -370,8 +370,7 @@ void ExpectValuesOrNaN(tMatrix4<T> const& actual, Elements<T> const& elements, s
 template <typename T>
 std::vector<Plain<T>> Samples()
 {
-    std::mt19937 random(20240229);
-    std::uniform_real_distribution<double> values(-2, 2);
+    Random random(20240229);
     std::vector<Plain<T>> samples;
     for (std::uint32_t const state : STATES)
     {
@@ -379,7 +378,7 @@ std::vector<Plain<T>> Samples()
         {
             Plain<T> stale{{}, state};
             for (T& element : stale.elements)
-                element = static_cast<T>(values(random));
+                element = random.Number<T>(-2, 2);
             samples.push_back(stale);
         }
         samples.push_back({IDENTITY_ELEMENTS<T>, state});
@@ -466,18 +465,15 @@ TYPED_TEST(Matrix4ArithmeticTest, TransposesDeterminantsAndInversesFollowTheRule
 
 TYPED_TEST(Matrix4ArithmeticTest, RandomGeneralMatricesHaveTheBitsOfScalarArithmetic)
 {
-    constexpr unsigned int SEED = 31415;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    std::uniform_real_distribution<double> values(-3, 3);
+    Random random(31415);
     for (int run = 0; run < 2000; ++run)
     {
         Plain<TypeParam> a{{}, GENERAL};
         Plain<TypeParam> b{{}, GENERAL};
         for (std::size_t i = 0; i < 16; ++i)
         {
-            a.elements[i] = static_cast<TypeParam>(values(random));
-            b.elements[i] = static_cast<TypeParam>(values(random));
+            a.elements[i] = random.Number<TypeParam>(-3, 3);
+            b.elements[i] = random.Number<TypeParam>(-3, 3);
         }
         ExpectPlain(Make(a) * Make(b), PlainProduct(a, b));
         ExpectSameBits(Make(a).Determinant(), PlainDeterminant(a));

@@ -1,5 +1,4 @@
 #include <cmath>
-#include <random>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -11,6 +10,7 @@
 #include "support/MatrixBits.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
 
@@ -159,11 +159,8 @@ TYPED_TEST(Matrix4BuildersTest, RotationAboutALineOfNaNGivesNaNElements)
 
 TYPED_TEST(Matrix4BuildersTest, RotationAboutALineIsTheFormulaOfRodrigues)
 {
-    constexpr unsigned int SEED = 27182;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    std::uniform_real_distribution<double> values(-3, 3);
-    auto const next = [&] { return static_cast<TypeParam>(values(random)); };
+    Random random(27182);
+    auto const next = [&random] { return random.Number<TypeParam>(-3, 3); };
     for (int run = 0; run < 500; ++run)
     {
         TypeParam const px = next();
@@ -335,11 +332,8 @@ TYPED_TEST(Matrix4BuildersTest, TheOrthogonalProjectionMapsABoxToTheUnitCube)
 
 TYPED_TEST(Matrix4BuildersTest, TheOrthogonalProjectionMultipliesByThreeReciprocals)
 {
-    constexpr unsigned int SEED = 14142;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    std::uniform_real_distribution<double> values(-3, 3);
-    auto const next = [&] { return static_cast<TypeParam>(values(random)); };
+    Random random(14142);
+    auto const next = [&random] { return random.Number<TypeParam>(-3, 3); };
     for (int run = 0; run < 500; ++run)
     {
         TypeParam const l = next();
@@ -361,11 +355,8 @@ TYPED_TEST(Matrix4BuildersTest, TheOrthogonalProjectionMultipliesByThreeReciproc
 
 TYPED_TEST(Matrix4BuildersTest, ThePerspectiveProjectionDividesByTheExtents)
 {
-    constexpr unsigned int SEED = 17320;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    std::uniform_real_distribution<double> values(-3, 3);
-    auto const next = [&] { return static_cast<TypeParam>(values(random)); };
+    Random random(17320);
+    auto const next = [&random] { return random.Number<TypeParam>(-3, 3); };
     for (int run = 0; run < 500; ++run)
     {
         TypeParam const l = next();

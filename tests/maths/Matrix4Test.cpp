@@ -7,7 +7,6 @@
 #include <locale>
 #include <memory>
 #include <new>
-#include <random>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -18,6 +17,7 @@
 #include "support/MatrixBits.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 #include "support/Streams.h"
 
@@ -725,23 +725,18 @@ std::uint32_t ExpectedState(Elements<T> const& m)
 
 TYPED_TEST(Matrix4Test, AnyMatrixNearARotationIsClassifiedByTheRules)
 {
-    constexpr unsigned int SEED = 20240317;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    std::uniform_real_distribution<double> angles(-4, 4);
-    std::uniform_real_distribution<double> noise(-3, 3);
-    std::uniform_int_distribution<std::size_t> indices(0, 15);
+    Random random(20240317);
     int counts[4] = {};
     for (int run = 0; run < 4000; ++run)
     {
-        auto const angle = static_cast<TypeParam>(run % 10 == 0 ? 0 : angles(random));
+        auto const angle = run % 10 == 0 ? TypeParam{0} : random.Number<TypeParam>(-4, 4);
         TypeParam const c = std::cos(angle);
         TypeParam const s = std::sin(angle);
         Elements<TypeParam> values = {c, -s, 0, 0, s, c, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
         // A change of the order of the tolerance in one place, and in every fifth run a change of the diagonal, too.
-        values[indices(random)] += static_cast<TypeParam>(noise(random)) * TOLERANCE<TypeParam>;
+        values[random.Below(16)] += random.Number<TypeParam>(-3, 3) * TOLERANCE<TypeParam>;
         if (run % 5 == 0)
-            values[5 * (indices(random) % 4)] *= static_cast<TypeParam>(1 + run % 3);
+            values[5 * random.Below(4)] *= static_cast<TypeParam>(1 + run % 3);
         std::uint32_t const expected = ExpectedState(values);
         ++counts[expected];
         EXPECT_EQ(StateOf(Classified(values)), expected) << "run " << run;

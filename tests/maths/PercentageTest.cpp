@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <functional>
 #include <numeric>
-#include <random>
 #include <type_traits>
 #include <utility>
 
@@ -13,6 +12,7 @@
 
 #include "bv/maths/DivideByZeroException.h"
 #include "support/Numbers.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
 
@@ -23,6 +23,7 @@ using bv::maths::DivideByZeroException;
 using bv::maths::Percentage;
 using bv::test::ExpectSameBits;
 using bv::test::INF;
+using bv::test::Random;
 
 using U64 = unsigned long long;
 
@@ -512,8 +513,8 @@ TEST(PercentageTest, AgreesWithFractionsThatAreReducedOnce)
         ASSERT_EQ(actual.GetNumerator(), numerator / a);
         ASSERT_EQ(actual.GetDenominator(), denominator / a);
     };
-    std::mt19937 random(161803);
-    auto const draw = [&](int i) { return 1 + (static_cast<unsigned int>(random()) >> (i % 31)) % 0xFFFFFFFF; };
+    Random random(161803);
+    auto const draw = [&](int i) { return 1 + (random() >> (i % 31)) % 0xFFFFFFFF; };
     for (int i = 0; i < 100000; ++i)
     {
         unsigned int const n = draw(i);

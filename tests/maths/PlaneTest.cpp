@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstring>
 #include <iomanip>
-#include <random>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -17,6 +16,7 @@
 #include "bv/maths/DivideByZeroException.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 #include "support/Streams.h"
 #include "support/Throws.h"
@@ -158,10 +158,8 @@ TYPED_TEST(PlaneTest, MultipliesTheNormalByTheReciprocalLengthAndDividesTheOffse
 
 TYPED_TEST(PlaneTest, SumsTheSquaredLengthFromXToZ)
 {
-    constexpr unsigned int SEED = 20240611;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    auto const next = [&random] { return static_cast<TypeParam>(random()) / 1000 - 2000000; };
+    Random random(20240611);
+    auto const next = [&random] { return random.Number<TypeParam>(-2000000, 2000000); };
     for (int i = 0; i < 1000; ++i)
     {
         TypeParam const x = next();

@@ -12,8 +12,6 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <random>
-#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -22,6 +20,7 @@
 
 #include "support/MatrixBits.h"
 #include "support/Numbers.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 
 namespace bv::test
@@ -420,10 +419,8 @@ TYPED_TEST(RayPacketTest, TheInverseOfAZeroIsTheInfinityOfItsSign)
 
 TYPED_TEST(RayPacketTest, TheInverseIsATrueQuotient)
 {
-    constexpr unsigned int SEED = 20240619;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    auto const next = [&random] { return std::bit_cast<float>(static_cast<std::uint32_t>(random())); };
+    Random random(20240619);
+    auto const next = [&random] { return random.Any<float>(); };
     for (int i = 0; i < 5000; ++i)
     {
         Rays<TypeParam> rays;
@@ -564,16 +561,14 @@ TYPED_TEST(RayPacketTest, DirectionsAreNotRenormalised)
 
 TYPED_TEST(RayPacketTest, RandomTransformationsAgreeWithTheModel)
 {
-    constexpr unsigned int SEED = 20240620;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
+    Random random(20240620);
     float const specials[] = {0.0F,        -0.0F,        INF<float>,    -INF<float>, QUIET_NAN<float>,
                               TINY<float>, -TINY<float>, LARGEST<float>};
     auto const next = [&]
     {
-        if (random() % 16 == 0)
-            return specials[random() % 8];
-        return static_cast<float>(random()) / 1e6F - 2000.0F;
+        if (random.Below(16) == 0)
+            return specials[random.Below(8)];
+        return random.Number<float>(-2000, 2000);
     };
     for (int i = 0; i < 2000; ++i)
     {
@@ -742,20 +737,18 @@ TYPED_TEST(RayPacketTest, ClipLeavesThePacketAndTheBoxAlone)
 
 TYPED_TEST(RayPacketTest, RandomRaysAndBoxesAgreeWithTheModel)
 {
-    constexpr unsigned int SEED = 20240621;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    auto const uniform = [&random] { return static_cast<float>(random()) / 214748364.8F - 10.0F; };
+    Random random(20240621);
+    auto const uniform = [&random] { return random.Number<float>(-10, 10); };
     auto const direction = [&]
     {
-        switch (random() % 16)
+        switch (random.Below(16))
         {
         case 0:
             return 0.0F;
         case 1:
             return -0.0F;
         case 2:
-            return std::bit_cast<float>(static_cast<std::uint32_t>(random()));
+            return random.Any<float>();
         default:
             return uniform();
         }
@@ -769,14 +762,14 @@ TYPED_TEST(RayPacketTest, RandomRaysAndBoxesAgreeWithTheModel)
         box.Expand(b);
         auto const start = [&](std::size_t axis)
         {
-            switch (random() % 16)
+            switch (random.Below(16))
             {
             case 0:
                 return box.GetMin()[axis];
             case 1:
                 return box.GetMax()[axis];
             case 2:
-                return std::bit_cast<float>(static_cast<std::uint32_t>(random()));
+                return random.Any<float>();
             default:
                 return uniform();
             }

@@ -5,8 +5,6 @@
 #include <cmath>
 #include <cstring>
 #include <new>
-#include <random>
-#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -16,6 +14,7 @@
 #include "bv/maths/tMatrix4.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 
 namespace
@@ -267,10 +266,8 @@ TYPED_TEST(RayTest, TheSquaredRadiusIsAddedBeforeTheSquaredDistanceIsTakenAway)
 TYPED_TEST(RayTest, SphereClippingSumsFromXToZ)
 {
     using T = TypeParam;
-    constexpr unsigned int SEED = 20240614;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    auto const next = [&random] { return static_cast<T>(random()) / T(2147483648.0) - 1; };
+    Random random(20240614);
+    auto const next = [&random] { return random.Number<T>(-1, 1); };
     int hits = 0;
     for (int i = 0; i < 2000; ++i)
     {
@@ -516,10 +513,8 @@ TYPED_TEST(RayTest, EverySpecialValueOfEveryOperandNarrowsAsInSteps)
 TYPED_TEST(RayTest, RandomSlabsNarrowAsInSteps)
 {
     using T = TypeParam;
-    constexpr unsigned int SEED = 20240615;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    auto const next = [&random] { return static_cast<T>(random()) / T(1073741824.0) - 2; };
+    Random random(20240615);
+    auto const next = [&random] { return random.Number<T>(-2, 2); };
     int hits = 0;
     for (int i = 0; i < 20000; ++i)
     {
@@ -612,10 +607,8 @@ TYPED_TEST(RayTest, TheFacesOfTheEmptyBoxAreOrderedLikeThoseOfAnyOther)
 TYPED_TEST(RayTest, BoxClippingNarrowsByXThenYThenZ)
 {
     using T = TypeParam;
-    constexpr unsigned int SEED = 20240616;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    auto const next = [&random] { return static_cast<T>(static_cast<int>(random() % 33) - 16) / 8; };
+    Random random(20240616);
+    auto const next = [&random] { return static_cast<T>(random.Whole(-16, 16)) / 8; };
     int hits = 0;
     for (int i = 0; i < 20000; ++i)
     {
@@ -715,10 +708,8 @@ TYPED_TEST(RayTest, TheScreenTurnsTheOtherWayUpThanTheNearPlane)
 TYPED_TEST(RayTest, TheScreenDividesOnTheWay)
 {
     using T = TypeParam;
-    constexpr unsigned int SEED = 20240617;
-    SCOPED_TRACE("seed " + std::to_string(SEED));
-    std::mt19937 random(SEED);
-    auto const next = [&random] { return static_cast<T>(random()) / T(2147483648.0) - 1; };
+    Random random(20240617);
+    auto const next = [&random] { return random.Number<T>(-1, 1); };
     tFrustum<T> const skewed{tMatrix4<T>(3, 1, -2, 1, 2, 5, 1, -1, 1, -1, -2, -3, T(0.5), T(0.25), -1, 2)};
     tVector3<T> const n = skewed.GetNearPlane().GetNormal();
     auto const dot = [](tVector3<T> const& a, tVector3<T> const& b) { return a.x * b.x + a.y * b.y + a.z * b.z; };

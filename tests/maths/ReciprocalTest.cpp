@@ -5,12 +5,12 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <random>
 #include <type_traits>
 
 #include <gtest/gtest.h>
 
 #include "support/Numbers.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 
 namespace
@@ -52,12 +52,12 @@ void ForManyFloats(float lowest, float highest, Check check)
 {
     auto const first = std::bit_cast<std::uint32_t>(lowest);
     auto const last = std::bit_cast<std::uint32_t>(highest);
-    std::mt19937 random(4711);
+    Random random(4711);
     for (int i = 0; i < 100000; ++i)
     {
         Lanes lanes;
         for (float& lane : lanes)
-            lane = std::bit_cast<float>(first + static_cast<std::uint32_t>(random()) % (last - first + 1));
+            lane = std::bit_cast<float>(first + random() % (last - first + 1));
         check(lanes);
     }
     check(Lanes{lowest, highest, lowest, highest});

@@ -1,6 +1,5 @@
 #include <cmath>
 #include <limits>
-#include <random>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -13,6 +12,7 @@
 #include "support/MatrixBits.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
 
@@ -24,8 +24,6 @@ using namespace bv::test;
 
 namespace
 {
-
-constexpr unsigned int SEED = 16180;
 
 template <typename T>
 class Vector3TransformTest : public testing::Test
@@ -100,18 +98,11 @@ void ExpectNoPointOfGeneral(tVector3<T> const& point, tMatrix4<T> const& matrix)
 template <typename T>
 class Values
 {
-    std::mt19937 random{SEED};
-    std::uniform_real_distribution<double> range{-3, 3};
+    Random random{16180};
 
 public:
-    T Next() { return static_cast<T>(range(random)); }
-    tVector3<T> NextVector()
-    {
-        T const x = Next();
-        T const y = Next();
-        T const z = Next();
-        return {x, y, z};
-    }
+    T Next() { return random.Number<T>(-3, 3); }
+    tVector3<T> NextVector() { return random.Vector<tVector3<T>>(-3, 3); }
     Elements<T> NextElements()
     {
         Elements<T> elements{};
@@ -165,7 +156,6 @@ TYPED_TEST(Vector3TransformTest, ADiagonalDividesPointsByItsLastElement)
 
 TYPED_TEST(Vector3TransformTest, ADiagonalScalesByTheReciprocalInThisOrder)
 {
-    SCOPED_TRACE("seed " + std::to_string(SEED));
     Values<TypeParam> values;
     for (int run = 0; run < 1000; ++run)
     {
@@ -188,7 +178,6 @@ TYPED_TEST(Vector3TransformTest, TheReciprocalMultipliesTheElementBeforeTheCompo
 
 TYPED_TEST(Vector3TransformTest, OtherMatricesGiveTheRowsTimesTheReciprocalOfW)
 {
-    SCOPED_TRACE("seed " + std::to_string(SEED));
     Values<TypeParam> values;
     for (int run = 0; run < 1000; ++run)
     {
@@ -292,7 +281,6 @@ TYPED_TEST(Vector3TransformTest, TheReciprocalOfWIsMultipliedInNotDividedBy)
 
 TYPED_TEST(Vector3TransformTest, DirectionsIgnoreTheFourthRowAndColumn)
 {
-    SCOPED_TRACE("seed " + std::to_string(SEED));
     Values<TypeParam> values;
     TypeParam const nan = QUIET_NAN<TypeParam>;
     for (int run = 0; run < 1000; ++run)

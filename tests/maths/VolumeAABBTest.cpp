@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstring>
 #include <iomanip>
-#include <random>
 #include <sstream>
 #include <string>
 #include <tuple>
@@ -20,6 +19,7 @@
 #include "support/Allocations.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
 
@@ -972,19 +972,19 @@ TYPED_TEST(VolumeAABBTest, AFactorScalesABoxAboutItsCentre)
 
 TYPED_TEST(VolumeAABBTest, AFactorIsAppliedAsWrittenToTheBit)
 {
-    std::mt19937 random(20243); // seed
-    std::uniform_real_distribution<TypeParam> number(-100, 100);
+    Random random(20243);
+    auto const number = [&random] { return random.Number<TypeParam>(-100, 100); };
     for (int round = 0; round < 1000; ++round)
     {
         tVector3<TypeParam> min;
         tVector3<TypeParam> max;
         tVector3<TypeParam> expectedMin;
         tVector3<TypeParam> expectedMax;
-        TypeParam const factor = number(random);
+        TypeParam const factor = number();
         for (std::size_t axis = 0; axis < 3; ++axis)
         {
-            min[axis] = number(random);
-            max[axis] = number(random);
+            min[axis] = number();
+            max[axis] = number();
             TypeParam const centre = (max[axis] + min[axis]) * TypeParam(0.5);
             TypeParam const above = (max[axis] - centre) * factor;
             TypeParam const below = (min[axis] - centre) * factor;
@@ -1062,10 +1062,10 @@ TYPED_TEST(VolumeAABBTest, ANegativeScaleSwapsTheCornersOfItsAxis)
 
 TYPED_TEST(VolumeAABBTest, TheResultIsTheTightBoundOfTheEightTransformedCorners)
 {
-    std::mt19937 random(20244); // seed; whole numbers, so that every sum is exact
+    Random random(20244); // whole numbers, so that every sum is exact
     for (int round = 0; round < 500; ++round)
     {
-        auto const number = [&] { return static_cast<int>(random() % 41) - 20; };
+        auto const number = [&] { return random.Whole(-20, 20); };
         std::array<int, 12> rows{};
         for (int& element : rows)
             element = number();
@@ -1117,19 +1117,19 @@ TYPED_TEST(VolumeAABBTest, TheSumsBeginWithTheTranslationAndRunFromXToZ)
 
 TYPED_TEST(VolumeAABBTest, TheBoundsAreAccumulatedAsWrittenToTheBit)
 {
-    std::mt19937 random(20245); // seed
-    std::uniform_real_distribution<TypeParam> number(-10, 10);
+    Random random(20245);
+    auto const number = [&random] { return random.Number<TypeParam>(-10, 10); };
     for (int round = 0; round < 1000; ++round)
     {
         std::array<TypeParam, 12> rows{};
         for (TypeParam& element : rows)
-            element = number(random);
+            element = number();
         TypeParam min[3];
         TypeParam max[3];
         for (int axis = 0; axis < 3; ++axis)
         {
-            min[axis] = number(random); // inverted boxes, too
-            max[axis] = number(random);
+            min[axis] = number(); // inverted boxes, too
+            max[axis] = number();
         }
         TypeParam newMin[3] = {rows[3], rows[7], rows[11]};
         TypeParam newMax[3] = {rows[3], rows[7], rows[11]};

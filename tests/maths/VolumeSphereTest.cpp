@@ -9,7 +9,6 @@
 #include <cstring>
 #include <iomanip>
 #include <memory>
-#include <random>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -22,6 +21,7 @@
 #include "support/Allocations.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
+#include "support/Random.h"
 #include "support/SameBits.h"
 
 using bv::maths::tMatrix4;
@@ -213,16 +213,16 @@ TYPED_TEST(VolumeSphereTest, ASphereThroughTwoPointsHasTheirDistanceAsDiameter)
 
 TYPED_TEST(VolumeSphereTest, TheSphereThroughTwoPointsIsComputedAsWrittenToTheBit)
 {
-    std::mt19937 random(20246); // seed
-    std::uniform_real_distribution<TypeParam> number(-100, 100);
+    Random random(20246);
+    auto const number = [&random] { return random.Number<TypeParam>(-100, 100); };
     for (int round = 0; round < 1000; ++round)
     {
-        TypeParam const px = number(random);
-        TypeParam const py = number(random);
-        TypeParam const pz = number(random);
-        TypeParam const qx = number(random);
-        TypeParam const qy = number(random);
-        TypeParam const qz = number(random);
+        TypeParam const px = number();
+        TypeParam const py = number();
+        TypeParam const pz = number();
+        TypeParam const qx = number();
+        TypeParam const qy = number();
+        TypeParam const qz = number();
         TypeParam sum = (qx - px) * (qx - px);
         sum += (qy - py) * (qy - py);
         sum += (qz - pz) * (qz - pz);
@@ -652,13 +652,12 @@ TYPED_TEST(VolumeSphereTest, ReadingTakesTheSameNumbersInTheSameOrder)
 
 TYPED_TEST(VolumeSphereTest, WritingAndReadingKeepsTheSquaredRadiusToTheBit)
 {
-    std::mt19937_64 random(20247); // seed
+    Random random(20247);
     for (int round = 0; round < 1000; ++round)
     {
         std::stringstream stream;
-        using Integer = decltype(Bits(TypeParam{}));
         // Any bits, NaN included. A stream computes nothing, so that even the bits of a NaN are the same.
-        auto const bits = round == 0 ? Bits(QUIET_NAN<TypeParam>) + 1 : static_cast<Integer>(random());
+        auto const bits = round == 0 ? Bits(QUIET_NAN<TypeParam>) + 1 : Bits(random.Any<TypeParam>());
         tVolumeSphere<TypeParam>({1, 2, 3}, std::bit_cast<TypeParam>(bits)).Serialise(stream);
         tVolumeSphere<TypeParam> sphere({7, 7, 7});
         sphere.Deserialise(stream);

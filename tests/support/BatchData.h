@@ -10,6 +10,7 @@
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tVector3.h"
 #include "support/Numbers.h"
+#include "support/Random.h"
 
 namespace bv::test
 {

@@ -8,7 +8,6 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
-#include <random>
 #include <type_traits>
 
 namespace bv::test
@@ -88,21 +87,6 @@ template <typename T>
 {
     T volatile hidden = value;
     return hidden;
-}
-
-/// A number from low to high, the same on every machine.
-template <typename T>
-[[nodiscard]] T RandomNumber(std::mt19937& generator, T low, T high)
-{
-    return low + (high - low) * (static_cast<T>(generator()) * T(0x1p-32));
-}
-
-/// A number of any pattern.
-template <typename T>
-[[nodiscard]] T RandomPattern(std::mt19937& generator)
-{
-    std::uint64_t const upper = generator();
-    return FromBits<T>(static_cast<Pattern<T>>(upper << 32 | generator()));
 }
 
 } // namespace bv::test

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "bv/maths/tTuple2.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
 #include "support/Random.h"
@@ -19,6 +20,7 @@ namespace
 
 using bv::maths::IsEqual;
 using bv::maths::TOLERANCE;
+using bv::maths::tTuple2;
 using namespace bv::test;
 
 /// Both ways round, since equality is symmetric.
@@ -210,6 +212,15 @@ bool IsEqualByDefinition(T a, T b)
     return (a - b) * (a - b) < TOLERANCE<T> * TOLERANCE<T>;
 }
 
+// What stands in place of the squares: from the tolerance on, squares are not below its own, and before it they are.
+template <typename T>
+constexpr bool SquaresTurnAtTheTolerance()
+{
+    T const below = Steps(TOLERANCE<T>, -1);
+    return below * below < TOLERANCE<T> * TOLERANCE<T> && !(TOLERANCE<T> * TOLERANCE<T> < TOLERANCE<T> * TOLERANCE<T>);
+}
+static_assert(SquaresTurnAtTheTolerance<float>() && SquaresTurnAtTheTolerance<double>());
+
 /// Values around every pattern where an answer changes.
 template <typename T>
 std::vector<T> ValuesAroundChanges()
@@ -236,6 +247,21 @@ TYPED_TEST(IsEqualTest, AgreesWithItsDefinitionAroundEveryPatternWhereSomethingC
     {
         for (T const b : values)
             ASSERT_EQ(IsEqual(a, b), IsEqualByDefinition(a, b)) << std::hex << Bits(a) << " and " << Bits(b);
+    }
+}
+
+TYPED_TEST(IsEqualTest, ComponentsAgreeWithTheDefinitionAroundEveryPatternWhereSomethingChanges)
+{
+    using T = TypeParam;
+    std::vector<T> const values = ValuesAroundChanges<T>();
+    for (T const a : values)
+    {
+        for (T const b : values)
+        {
+            bool const isEqual = IsEqualByDefinition(a, b);
+            ASSERT_EQ((tTuple2<T>(a, 1) == tTuple2<T>(b, 1)), isEqual) << std::hex << Bits(a) << " and " << Bits(b);
+            ASSERT_EQ((tTuple2<T>(1, a) == tTuple2<T>(1, b)), isEqual) << std::hex << Bits(a) << " and " << Bits(b);
+        }
     }
 }
 

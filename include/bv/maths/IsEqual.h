@@ -27,39 +27,77 @@ namespace detail
 template <typename Bits, typename T>
 [[nodiscard, gnu::always_inline]] constexpr bool IsWithinSteps(T a, T b) noexcept
 {
+    using Signed = std::make_signed_t<Bits>;
     constexpr int SIGN_BIT = std::numeric_limits<Bits>::digits - 1;
+    constexpr Bits SIGN = Bits{1} << SIGN_BIT;
     constexpr Bits STEPS = 50;
     Bits const bitsA = std::bit_cast<Bits>(a);
     Bits const bitsB = std::bit_cast<Bits>(b);
     // Beside a constant that is neither near 0 nor near the end of the patterns, nothing of the other sign is near.
-    if (__builtin_constant_p(bitsB) && bitsB > STEPS && bitsB < (Bits{1} << SIGN_BIT) - STEPS)
+    if (__builtin_constant_p(bitsB) && bitsB > STEPS && bitsB < SIGN - STEPS)
         return bitsA - bitsB + STEPS <= 2 * STEPS;
-    // A negative pattern p maps to SIGN - p, SIGN its highest bit. Up to its sign, the difference of the mapped
-    // patterns is a - b for equal signs and a + b - SIGN, or a - ~b + (SIGN - 1), for opposite ones; without a branch,
-    // because the signs of data are hard to predict.
-    Bits const opposite = static_cast<Bits>(static_cast<std::make_signed_t<Bits>>(bitsA ^ bitsB) >> SIGN_BIT);
+    // A negative pattern p maps to SIGN - p. Up to its sign, the difference of the mapped patterns is a - b for equal
+    // signs and a + b - SIGN, or a - ~b + (SIGN - 1), for opposite ones; without a branch, because the signs of data
+    // are hard to predict.
+    Bits const opposite = static_cast<Bits>(static_cast<Signed>(bitsA ^ bitsB) >> SIGN_BIT);
     Bits const difference = bitsA - (bitsB ^ opposite) + (opposite >> 1);
-    return difference + STEPS <= 2 * STEPS; // -50 <= difference <= 50, in one comparison
+    // -50 <= difference <= 50, in one comparison: of signed integers where a vector of them can be compared, which no
+    // vector of unsigned ones can.
+#if !defined __AVX2__
+    if constexpr (sizeof(Bits) > sizeof(std::uint32_t))
+        return difference + STEPS <= 2 * STEPS;
+#endif
+    return static_cast<Signed>(difference + (STEPS + SIGN)) <= static_cast<Signed>(2 * STEPS + SIGN);
 }
 
-/// Whether the squared difference is strictly below the squared tolerance.
+[[nodiscard, gnu::always_inline]] constexpr float Absolute(float value) noexcept
+{
+    return __builtin_fabsf(value);
+}
+[[nodiscard, gnu::always_inline]] constexpr double Absolute(double value) noexcept
+{
+    return __builtin_fabs(value);
+}
+
+/// Whether the squared difference is strictly below the squared tolerance, which is whether the difference is below the
+/// tolerance: the square of the tolerance is exact, and that of the number before it is rounded to less.
 template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr bool IsWithinTolerance(T a, T b) noexcept
 {
-    constexpr T SQUARED = TOLERANCE<T> * TOLERANCE<T>;
-    return (a - b) * (a - b) < SQUARED;
+    return Absolute(a - b) < TOLERANCE<T>;
 }
 
-/// Either test. Both are made, without a branch between them, but for the compiler's own computation, where the
-/// difference of two infinities is an error.
+/// The same for a compiler that computes a constant, where no difference may overflow or be that of two infinities.
+/// From 1 on, values within the tolerance are within 20 steps, too.
+template <typename T>
+[[nodiscard, gnu::always_inline]] constexpr bool IsWithinToleranceNearZero(T a, T b) noexcept
+{
+    return Absolute(a) < T{1} && Absolute(b) < T{1} && IsWithinTolerance(a, b);
+}
+
+/// Either test. Two equal infinities, which are within 50 steps, are not subtracted: that would raise FE_INVALID.
 template <typename Bits, typename T>
 [[nodiscard, gnu::always_inline]] constexpr bool IsWithinEither(T a, T b) noexcept
 {
     if (std::is_constant_evaluated())
-        return IsWithinSteps<Bits>(a, b) || IsWithinTolerance(a, b);
-    if (__builtin_constant_p(std::bit_cast<Bits>(b)) && std::bit_cast<Bits>(b) == 0)
-        return IsWithinTolerance(a, b); // which all that is 50 values from 0 is
-    return static_cast<bool>(static_cast<int>(IsWithinSteps<Bits>(a, b)) | static_cast<int>(IsWithinTolerance(a, b)));
+        return IsWithinSteps<Bits>(a, b) || IsWithinToleranceNearZero(a, b);
+    bool const isWithinSteps = IsWithinSteps<Bits>(a, b);
+    // Beside a finite constant, nothing can go wrong. All that is 50 values from 0 is within the tolerance.
+    if (__builtin_constant_p(std::bit_cast<Bits>(b)) && Absolute(b) <= std::numeric_limits<T>::max())
+        return static_cast<bool>(static_cast<int>(b != T{0} && isWithinSteps) |
+                                 static_cast<int>(IsWithinTolerance(a, b)));
+#if defined __clang__
+    // Clang computes ahead of a branch whatever raises. So both tests are made, the second one with an operand that is
+    // harmless where the two are the same.
+    T const subtracted = a != b ? a : T{0};
+    return static_cast<bool>(static_cast<int>(isWithinSteps) | static_cast<int>(IsWithinTolerance(subtracted, b)));
+#elif defined __AVX2__
+    // GCC does not, and for that reason makes no vectors of a loop over a branch.
+    T const subtracted = std::bit_cast<T>(std::bit_cast<Bits>(a) & (static_cast<Bits>(isWithinSteps) - 1));
+    return static_cast<bool>(static_cast<int>(isWithinSteps) | static_cast<int>(IsWithinTolerance(subtracted, b)));
+#else
+    return isWithinSteps || IsWithinTolerance(a, b);
+#endif
 }
 
 } // namespace detail
@@ -71,6 +109,9 @@ template <typename Bits, typename T>
 /// the 50 largest finite values of its sign and, on its other side, the 50 nearest NaN patterns. The relation is
 /// symmetric but not transitive. Opposite values exactly half the range of bit patterns apart, such as 2 and -2, are
 /// far apart like any others.
+///
+/// Numbers and infinities raise no floating-point exception but FE_INEXACT, and FE_OVERFLOW where the difference itself
+/// does not fit, as between the largest numbers of either sign.
 [[nodiscard, gnu::always_inline]] BV_INLINE constexpr bool IsEqual(float const& a, float const& b) noexcept
 {
     return detail::IsWithinEither<std::uint32_t>(a, b);
@@ -85,6 +126,21 @@ template <typename Bits, typename T>
 namespace detail
 {
 
+/// The same as IsEqual() for one of several components, between which there is a branch in any case: most are the same,
+/// or differ at once.
+template <typename T>
+[[nodiscard, gnu::always_inline]] constexpr bool IsSameReal(T a, T b) noexcept
+{
+    using Bits = std::conditional_t<sizeof(T) == sizeof(std::uint32_t), std::uint32_t, std::uint64_t>;
+#if defined __clang__
+    return std::bit_cast<Bits>(a) == std::bit_cast<Bits>(b) || IsWithinEither<Bits>(a, b);
+#else
+    if (std::is_constant_evaluated())
+        return IsWithinEither<Bits>(a, b);
+    return IsWithinSteps<Bits>(a, b) || IsWithinTolerance(a, b);
+#endif
+}
+
 /// Equality of one component of a tuple or vector: tolerant for floating-point types, exact for integers.
 template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr bool IsSameComponent(T a, T b) noexcept
@@ -92,7 +148,7 @@ template <typename T>
     if constexpr (std::numeric_limits<T>::is_integer)
         return a == b;
     else
-        return IsEqual(a, b);
+        return IsSameReal(a, b);
 }
 
 } // namespace detail

@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/maths/detail/Compiler.h"
 
 namespace bv::maths
 {
@@ -20,6 +21,13 @@ inline constexpr T TOLERANCE = T{10} * std::numeric_limits<T>::epsilon();
 
 namespace detail
 {
+
+// Of internal linkage, as it differs between the files of a program (ODR).
+#if defined __AVX2__
+constexpr bool HAS_AVX2 = true;
+#else
+constexpr bool HAS_AVX2 = false;
+#endif
 
 /// Whether two values lie at most 50 representable values apart, counted on bit patterns that are mapped so that
 /// they ascend with the value; +0 and -0 share one number. The difference wraps, as the mapped integers do: a
@@ -41,13 +49,12 @@ template <typename Bits, typename T>
     // are hard to predict.
     Bits const opposite = static_cast<Bits>(static_cast<Signed>(bitsA ^ bitsB) >> SIGN_BIT);
     Bits const difference = bitsA - (bitsB ^ opposite) + (opposite >> 1);
-    // -50 <= difference <= 50, in one comparison: of signed integers where a vector of them can be compared, which no
-    // vector of unsigned ones can.
-#if !defined __AVX2__
-    if constexpr (sizeof(Bits) > sizeof(std::uint32_t))
+    // -50 <= difference <= 50, in one comparison: of signed integers where there are vectors of them that compare, as
+    // there are none of unsigned ones.
+    if constexpr (sizeof(Bits) == sizeof(std::uint32_t) || HAS_AVX2)
+        return static_cast<Signed>(difference + (STEPS + SIGN)) <= static_cast<Signed>(2 * STEPS + SIGN);
+    else
         return difference + STEPS <= 2 * STEPS;
-#endif
-    return static_cast<Signed>(difference + (STEPS + SIGN)) <= static_cast<Signed>(2 * STEPS + SIGN);
 }
 
 [[nodiscard, gnu::always_inline]] constexpr float Absolute(float value) noexcept
@@ -86,18 +93,21 @@ template <typename Bits, typename T>
     if (__builtin_constant_p(std::bit_cast<Bits>(b)) && Absolute(b) <= std::numeric_limits<T>::max())
         return static_cast<bool>(static_cast<int>(b != T{0} && isWithinSteps) |
                                  static_cast<int>(IsWithinTolerance(a, b)));
-#if defined __clang__
-    // Clang computes ahead of a branch whatever raises. So both tests are made, the second one with an operand that is
-    // harmless where the two are the same.
-    T const subtracted = a != b ? a : T{0};
-    return static_cast<bool>(static_cast<int>(isWithinSteps) | static_cast<int>(IsWithinTolerance(subtracted, b)));
-#elif defined __AVX2__
-    // GCC does not, and for that reason makes no vectors of a loop over a branch.
-    T const subtracted = std::bit_cast<T>(std::bit_cast<Bits>(a) & (static_cast<Bits>(isWithinSteps) - 1));
-    return static_cast<bool>(static_cast<int>(isWithinSteps) | static_cast<int>(IsWithinTolerance(subtracted, b)));
-#else
-    return isWithinSteps || IsWithinTolerance(a, b);
-#endif
+    if constexpr (IS_CLANG)
+    {
+        // Clang computes what raises ahead of a branch. So both tests are made, the second one with an operand that is
+        // harmless where the two are the same.
+        T const subtracted = a != b ? a : T{0};
+        return static_cast<bool>(static_cast<int>(isWithinSteps) | static_cast<int>(IsWithinTolerance(subtracted, b)));
+    }
+    else if constexpr (HAS_AVX2)
+    {
+        // GCC does not, and for that reason makes no vectors of a loop over a branch.
+        T const subtracted = std::bit_cast<T>(std::bit_cast<Bits>(a) & (static_cast<Bits>(isWithinSteps) - 1));
+        return static_cast<bool>(static_cast<int>(isWithinSteps) | static_cast<int>(IsWithinTolerance(subtracted, b)));
+    }
+    else
+        return isWithinSteps || IsWithinTolerance(a, b);
 }
 
 } // namespace detail
@@ -132,13 +142,12 @@ template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr bool IsSameReal(T a, T b) noexcept
 {
     using Bits = std::conditional_t<sizeof(T) == sizeof(std::uint32_t), std::uint32_t, std::uint64_t>;
-#if defined __clang__
-    return std::bit_cast<Bits>(a) == std::bit_cast<Bits>(b) || IsWithinEither<Bits>(a, b);
-#else
     if (std::is_constant_evaluated())
         return IsWithinEither<Bits>(a, b);
-    return IsWithinSteps<Bits>(a, b) || IsWithinTolerance(a, b);
-#endif
+    if constexpr (IS_CLANG)
+        return std::bit_cast<Bits>(a) == std::bit_cast<Bits>(b) || IsWithinEither<Bits>(a, b);
+    else
+        return IsWithinSteps<Bits>(a, b) || IsWithinTolerance(a, b);
 }
 
 /// Equality of one component of a tuple or vector: tolerant for floating-point types, exact for integers.

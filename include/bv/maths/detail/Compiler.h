@@ -35,7 +35,7 @@ constexpr bool SHUFFLES_AS_INTEGERS = !IS_CLANG && !HAS_AVX;
 /// Clang weaves the growth of several boxes of `float` into vectors that it has to put together first, unless it is one
 /// instruction an end.
 template <typename T>
-constexpr bool KEEPS_BOXES_SCALAR = HAS_SSE2&& IS_CLANG && sizeof(T) == sizeof(float);
+constexpr bool KEEPS_BOXES_SCALAR = (HAS_SSE2 && IS_CLANG) && sizeof(T) == sizeof(float);
 
 /// Two components of `double` fill a register as they lie in memory; two of `float` take longer to put together than
 /// they save.

@@ -70,10 +70,10 @@ class NoiseAtPoint
 
         V const fades = Fade(fractions);
         V const others = fractions - 1.0F;
-        V const xs = Shuffle<0, 0, 4, 4>(fractions, others);
-        V const ys = Shuffle<1, 5, 1, 5>(fractions, others);
+        V const xs = Choose<0, 0, 4, 4>(fractions, others);
+        V const ys = Choose<1, 5, 1, 5>(fractions, others);
         V const products = Dot(gradients, xs, ys); // bottom left, top left, bottom right, top right
-        V const sides = Lerp(Shuffle<0, 0, 0, 0>(fades, fades), products, Shuffle<2, 3, 2, 3>(products, products));
+        V const sides = Lerp(Choose<0, 0, 0, 0>(fades), products, Choose<2, 3, 2, 3>(products));
         return ToUnitInterval(Lerp(fades[1], sides[0], sides[1]));
     }
 
@@ -90,15 +90,13 @@ class NoiseAtPoint
 
         V const fades = Fade(fractions);
         V const others = fractions - 1.0F;
-        V const xs = Shuffle<0, 4, 0, 4>(fractions, others);
-        V const ys = Shuffle<1, 1, 5, 5>(fractions, others);
-        V const near = Dot(gradients, xs, ys, Shuffle<2, 2, 2, 2>(fractions, fractions));
-        V const far = Dot(gradients << 4, xs, ys, Shuffle<2, 2, 2, 2>(others, others));
+        V const xs = Choose<0, 4, 0, 4>(fractions, others);
+        V const ys = Choose<1, 1, 5, 5>(fractions, others);
+        V const near = Dot(gradients, xs, ys, Choose<2, 2, 2, 2>(fractions));
+        V const far = Dot(gradients << 4, xs, ys, Choose<2, 2, 2, 2>(others));
         // From the corners to edges along x, to faces along y, to the point along z.
-        V const edges =
-            Lerp(Shuffle<0, 0, 0, 0>(fades, fades), Shuffle<0, 2, 4, 6>(near, far), Shuffle<1, 3, 5, 7>(near, far));
-        V const faces = Lerp(Shuffle<1, 1, 1, 1>(fades, fades), Shuffle<0, 2, 0, 2>(edges, edges),
-                             Shuffle<1, 3, 1, 3>(edges, edges));
+        V const edges = Lerp(Choose<0, 0, 0, 0>(fades), Choose<0, 2, 4, 6>(near, far), Choose<1, 3, 5, 7>(near, far));
+        V const faces = Lerp(Choose<1, 1, 1, 1>(fades), Choose<0, 2, 0, 2>(edges), Choose<1, 3, 1, 3>(edges));
         return ToUnitInterval(Lerp(fades[2], faces[0], faces[1]));
     }
 

@@ -4,7 +4,7 @@ import re
 import subprocess
 import sys
 
-# The vectors of these loops have 32 or 64 bytes, which is a part of their names.
+# The registers of these loops have 32 or 64 bytes, which is a part of their names.
 BATCH_LOOPS = re.compile(
     r"(Geometry<(float|double), |Generator<|NoiseAtPoint<)(32|64)ul>|NoiseBlock<[^()]*, (32|64)ul, |"
     r"ByteHashes<\d+ul, (32|64)ul>|Avx2Kernels|Avx512Kernels")

@@ -142,6 +142,22 @@ TYPED_TEST(BatchKernelsTest, ABoxGrowsAsByOnePointAfterTheOther)
         }
 }
 
+TYPED_TEST(BatchKernelsTest, AnEndOfABoxThatIsZeroKeepsItsSign)
+{
+    using T = TypeParam;
+    for (auto const& [name, geometry] : Sets<GeometryKernels<T>>())
+        for (T const zero : {T(0), T(-0.0)})
+        {
+            SCOPED_TRACE(name);
+            std::vector<tVector3<T>> const points(100, tVector3<T>(-zero, -zero, -zero));
+            T lower[] = {zero, zero, T(-1)};
+            T upper[] = {zero, T(1), zero};
+            ExpectNearlyAll(geometry.grow(lower, upper, points.data(), 100), 100);
+            ExpectSameBits(tVector3<T>(lower), tVector3<T>(zero, zero, T(-1)));
+            ExpectSameBits(tVector3<T>(upper), tVector3<T>(zero, T(1), zero));
+        }
+}
+
 TYPED_TEST(BatchKernelsTest, BoxesAreClassifiedAsBySingleForm)
 {
     using T = TypeParam;
@@ -383,6 +399,11 @@ TEST(KernelSetsTest, TheBaselineIsTheLastSetAndRunsEverywhere)
     ASSERT_FALSE(KernelSets().empty());
     EXPECT_STREQ(KernelSets().back().name, "baseline");
     EXPECT_TRUE(KernelSets().back().isSupported());
+}
+
+TEST(KernelSetsTest, TheFirstSetThatTheProcessorSupportsIsChosen)
+{
+    EXPECT_EQ(ChosenKernels().draw, Sets<GeneratorKernels>().front().second.draw);
 }
 
 } // namespace

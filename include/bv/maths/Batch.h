@@ -4,9 +4,9 @@
 /// Operations on arrays: element by element, they give the bits of the single forms, at the width of the processor's
 /// vectors.
 ///
-/// The processor is asked once, by the first call: the same library runs on every x86-64 processor and uses AVX2, and
-/// AVX-512 where that pays, on those that have it. Which of them it is makes no difference to a result, but for the
-/// sign and the payload of NaN.
+/// The processor is asked once, by the first call: the same library runs on every x86-64 processor and uses AVX2 or
+/// AVX-512 on those that have it. Which of them it is makes no difference to a result, but for the sign and the payload
+/// of NaN.
 ///
 /// The same for all of these functions:
 /// - A span of results is as long as that of the arguments; any other length is an InvalidArgumentException, and

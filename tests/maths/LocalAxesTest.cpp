@@ -1,6 +1,7 @@
 #include "bv/maths/LocalAxes.h"
 
 #include <cmath>
+#include <limits>
 #include <type_traits>
 
 #include <gtest/gtest.h>
@@ -188,7 +189,7 @@ TEST(LocalAxesTest, OfANormalWithNanFollowTheComparisons)
 TEST(LocalAxesTest, OfANormalWithNanInAnyPlaceAreNan)
 {
     // The component that is dropped is never the one that is NaN: no comparison finds it to be the smallest.
-    constexpr float VALUES[] = {QUIET_NAN, 0.0F, 1.0F, -2.0F, 3.0F, -INF};
+    constexpr float VALUES[] = {QUIET_NAN<float>, 0.0F, 1.0F, -2.0F, 3.0F, -std::numeric_limits<float>::infinity()};
     for (float const x : VALUES)
         for (float const y : VALUES)
             for (float const z : VALUES)

@@ -103,7 +103,8 @@ TYPED_TEST(MatrixPlacementTest, ZeroedMemoryBecomesAMatrixAtEveryOffset)
         Place<T> itself(offset);
         auto* const own = std::launder(static_cast<tMatrix4<T>*>(itself.Get()));
         *own = *own;
-        ExpectElements(*own, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+        T const zeros[16] = {};
+        ExpectElements(*own, zeros);
     }
 }
 

@@ -3,6 +3,8 @@
 /// @file
 /// A set of loops for registers of a width, which the file that includes this is compiled for.
 
+#include <type_traits>
+
 #include "Maths/Kernels/Generator.h"
 #include "Maths/Kernels/Geometry.h"
 #include "Maths/Kernels/Kernels.h"

@@ -6,6 +6,8 @@
 /// Shuffles work within parts of a register: the whole of 64 bytes, where an instruction takes lanes from anywhere, and
 /// else each 16 bytes. A part holds points in a row.
 
+#include <type_traits>
+
 #include "Maths/Kernels/Lanes/Lanes.h"
 
 namespace bv::maths

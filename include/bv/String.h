@@ -116,7 +116,7 @@ private:
 /// Whether a UTF-8 or UTF-16 text, taken in by the rules of the constructor, has the same bytes. Gives `!=`, too.
 template <typename Char>
 requires std::constructible_from<String, Char const*>
-[[nodiscard]] bool operator==(Char const* left, String const& right)
+[[nodiscard, gnu::always_inline]] inline bool operator==(Char const* left, String const& right)
 {
     return String(left) == right;
 }
@@ -124,7 +124,7 @@ requires std::constructible_from<String, Char const*>
 /// A UTF-8 or UTF-16 text, taken in by the rules of the constructor, followed by a string.
 template <typename Char>
 requires std::constructible_from<String, Char const*>
-[[nodiscard]] String operator+(Char const* left, String const& right)
+[[nodiscard, gnu::always_inline]] inline String operator+(Char const* left, String const& right)
 {
     return String(left) + right;
 }

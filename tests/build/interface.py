@@ -124,7 +124,7 @@ def parsed(symbol):
     text = text.removesuffix(" const")
     path, operator, rest = text.partition("operator")
     if operator:
-        name = re.match(r"\(\)|\[\]|<<|[-+*/!<>=]=?|<| std::.*basic_string[^(]*| [\w ]+", rest)[0]
+        name = re.match(r"\(\)|\[\]|<<|<=>|[-+*/!<>=]=?|<| std::.*basic_string[^(]*| [\w ]+", rest)[0]
         parameters = rest[len(name):].partition("(")[2]
         name = "operator string" if "basic_string" in name else "operator" + name
         path = split(path + "x", " ")[-1]  # without the result, which the symbol of a template begins with
@@ -158,6 +158,8 @@ def exempt(declaration):
         return "inline whole, since a symbol with code for AVX could be shared with code for other processors"
     if declaration.is_friend and declaration.is_template:
         return "over types of the caller: the arithmetic of Percentage with numbers"
+    if declaration.is_template and not owner and declaration.signature.parameters[-1:] == ("const String&",):
+        return "over the character type of the caller, and inlined by force"
     if declaration.is_friend and name == "operator<<":
         return "calls the operator at global scope, and is inlined by force"
     return ""

@@ -13,6 +13,7 @@ import tempfile
 
 # Functions of the library and what belongs to them, such as static variables; the operators of tuples stand outside of
 # its namespace. Not those of the standard library that merely take its types.
+CONSTANT = re.compile(r"\d[A-Z][A-Z0-9_]+E$")  # the same in every file
 OURS = re.compile(r"_Z(Z|GV|GR|T[A-Z])*N[KVrRO]*2bv|_ZlsI")
 
 
@@ -31,7 +32,7 @@ with tempfile.TemporaryDirectory() as folder:
 symbols = re.findall(r"^[0-9a-fA-F]*\s+(\S)\s(\S+)$", listing, re.MULTILINE)
 if not any("7symbols" in name for _, name in symbols):
     sys.exit("this is not the object file of AVXSymbols.cpp")
-shared = [name for kind, name in symbols if kind in "WVuwv" and OURS.match(name)]
+shared = [name for kind, name in symbols if kind in "WVuwv" and OURS.match(name) and not CONSTANT.search(name)]
 called = [name for kind, name in symbols if kind == "U" and OURS.match(name)]
 print(f"{len(symbols)} symbols, {len(called)} in the library, {len(shared)} of the library that may be shared")
 if shared:

@@ -22,7 +22,7 @@ inline constexpr T TOLERANCE = T{10} * std::numeric_limits<T>::epsilon();
 namespace detail
 {
 
-// Of internal linkage, as it differs between the files of a program (ODR).
+// It differs between the files of a program: what goes by it is forced inline.
 #if defined __AVX2__
 constexpr bool HAS_AVX2 = true;
 #else

@@ -54,7 +54,7 @@ public:
     [[nodiscard]] T GetRadius() const noexcept;
     /// Whether either derivative is null, that is, equal to zero in every component by IsEqual(). One degenerate
     /// direction is enough.
-    [[nodiscard]] constexpr bool IsNull() const noexcept;
+    [[nodiscard, gnu::always_inline]] constexpr bool IsNull() const noexcept;
     /// Whether either derivative is infinite in the sense of tVector2::IsInfinite(): +infinity in every component.
     [[nodiscard]] constexpr bool IsInfinite() const noexcept;
     /// @}

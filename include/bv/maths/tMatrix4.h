@@ -353,6 +353,10 @@ private:
     /// The classification that SetState() stores, without a matrix.
     [[nodiscard]] static State Classify(T const* values) noexcept;
     [[nodiscard, gnu::always_inline]] static State Classify(Rows const& rows) noexcept;
+    [[nodiscard, gnu::always_inline]] static Result Classified(Rows const& rows) noexcept
+    {
+        return {rows, Classify(rows)};
+    }
     /// Whether two states that are neither IDENTITY nor DIAGONAL are both ORTHONORMAL.
     [[nodiscard]] static bool AreRotations(State a, State b) noexcept { return (a | b) == ORTHONORMAL; }
     /// The product with its state, by the rules of `operator*`.
@@ -508,7 +512,7 @@ inline typename tMatrix4<T>::Result tMatrix4<T>::Multiply(tMatrix4 const& left, 
     Rows const rows = isLeft ? detail::ScaledRows(a, right.Load()) : detail::ScaledColumns(left.Load(), b);
     if ((isLeft ? right : left).state == ORTHONORMAL && IsEqual(detail::DeterminantOfDiagonal(isLeft ? a : b), T{1}))
         return {detail::WithoutFourth(rows), ORTHONORMAL};
-    return {rows, Classify(rows)};
+    return Classified(rows);
 }
 
 template <typename T>
@@ -595,16 +599,9 @@ inline tMatrix4<T>& tMatrix4<T>::Transpose() noexcept
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::Transposed() const noexcept
 {
-    auto const result = [this]() -> Result
-    {
-        if (IsDiagonal())
-            return {Load(), state};
-        if (state == ORTHONORMAL)
-            return {detail::TransposedRotation(Load()), ORTHONORMAL};
-        Rows const rows = detail::Transposed(Load());
-        return {rows, Classify(rows)};
-    };
-    return tMatrix4(result());
+    return tMatrix4(IsDiagonal()           ? Result{Load(), state}
+                    : state == ORTHONORMAL ? Result{detail::TransposedRotation(Load()), ORTHONORMAL}
+                                           : Classified(detail::Transposed(Load())));
 }
 
 template <typename T>

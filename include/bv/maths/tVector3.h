@@ -140,7 +140,7 @@ public:
     constexpr tVector3& operator/=(T scalar) noexcept { return *this = *this / scalar; }
     constexpr tVector3& operator/=(tVector3 const& other) noexcept { return *this = *this / other; }
     /// Equality component by component: tolerant (IsEqual()) for floating-point types, exact for integers.
-    [[nodiscard]] constexpr bool operator==(tVector3 const& other) const noexcept;
+    [[nodiscard, gnu::always_inline]] constexpr bool operator==(tVector3 const& other) const noexcept;
     /// @}
 
     /// @name Streams

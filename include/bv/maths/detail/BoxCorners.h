@@ -4,6 +4,10 @@
 /// Boxes and vectors in space as lanes: their components, the corners of a box that lie nearest to a plane and farthest
 /// along its normal, and a box that a matrix moves.
 
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
 #include "bv/maths/detail/Lanes.h"
 
 namespace bv::maths::detail
@@ -108,6 +112,14 @@ struct tBounds
     }
 };
 
+/// One of four columns of the first three rows of a matrix of `double`, the third component twice.
+[[nodiscard, gnu::always_inline]] inline tThree<double> LoadColumn(double const* m, std::size_t column) noexcept
+{
+    using Pair = Register<double, 16>;
+    double const z = m[8 + column];
+    return {Pair{m[column], m[4 + column]}, Pair{z, z}};
+}
+
 /// The bounds of a box that is moved by the first three rows of a matrix, summed from the translation on, x first.
 /// Arvo, "Transforming Axis-Aligned Bounding Boxes", Graphics Gems, 1990.
 template <typename T, typename Vector>
@@ -117,12 +129,10 @@ template <typename T, typename Vector>
     if constexpr (IS_HALVED<Lanes>)
     {
         // A loop, so that compilers find it short enough to inline what calls it.
-        auto const column = [m](std::size_t i) -> Lanes {
-            return {Half<Lanes>{m[i], m[4 + i]}, Half<Lanes>{m[8 + i]}};
-        };
-        tBounds<T> bounds{column(3), column(3)};
+        Lanes const translation = LoadColumn(m, 3);
+        tBounds<T> bounds{translation, translation};
         for (std::size_t axis = 0; axis < 3; ++axis)
-            bounds.Add(column(axis), from[axis], to[axis]);
+            bounds.Add(LoadColumn(m, axis), from[axis], to[axis]);
         return bounds;
     }
     else

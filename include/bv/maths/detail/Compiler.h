@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What one compiler makes less of than another, named once.
+/// What compilers and instruction sets differ in, named once.
 
 namespace bv::maths::detail
 {
@@ -12,7 +12,7 @@ inline constexpr bool IS_CLANG = true;
 inline constexpr bool IS_CLANG = false;
 #endif
 
-// Of internal linkage, as they differ between the files of a program (ODR).
+// They differ between the files of a program: what goes by them is forced inline, or named after the instruction set.
 #if defined __SSE2__
 constexpr bool HAS_SSE2 = true;
 #else

@@ -34,7 +34,7 @@ inline constexpr std::size_t WIDEST = 16; ///< bytes of the widest register
 template <typename T, std::size_t BYTES>
 struct tRegister
 {
-#if defined __GNUC__
+#if defined __GNUC__ || defined __clang__
     typedef T Type __attribute__((vector_size(BYTES)));
 #else
     using Type = tPlainRegister<T, BYTES / sizeof(T)>;
@@ -146,8 +146,10 @@ using Words = Register<std::int32_t, sizeof(V)>;
 template <typename V, std::size_t ALIGNMENT>
 struct tInMemory
 {
-#if defined __GNUC__
+#if defined __GNUC__ || defined __clang__
     typedef V Type __attribute__((may_alias, aligned(ALIGNMENT)));
+#else
+    using Type = V;
 #endif
 };
 template <typename T, std::size_t N, std::size_t ALIGNMENT>

@@ -53,6 +53,14 @@ struct tPlainRegister
     {
         return Zip(a, b, [](T x, T y) { return static_cast<T>(x ^ y); });
     }
+    [[nodiscard]] friend constexpr auto operator|(tPlainRegister const& a, tPlainRegister const& b) noexcept
+    {
+        return Zip(a, b, [](T x, T y) { return static_cast<T>(x | y); });
+    }
+    [[nodiscard]] friend constexpr auto operator~(tPlainRegister const& a) noexcept
+    {
+        return Zip(a, a, [](T x, T) { return static_cast<T>(~x); });
+    }
     [[nodiscard]] friend constexpr auto operator<(tPlainRegister const& a, tPlainRegister const& b) noexcept
     {
         return Zip(a, b, [](T x, T y) { return -static_cast<Mask>(x < y); });

@@ -71,8 +71,9 @@ template <typename T>
 template <typename T>
 [[nodiscard, gnu::always_inline]] inline tRows<T> WithoutFourth(tRows<T> const& rows) noexcept
 {
-    auto const cut = [](tFour<T> const& row) { return Choose<0, 1, 2, 7>(row, tFour<T>{}); };
-    return {cut(rows.row1), cut(rows.row2), cut(rows.row3), Four(T{0}, T{0}, T{0}, T{1})};
+    tFour<T> const zeros{};
+    return {Choose<0, 1, 2, 7>(rows.row1, zeros), Choose<0, 1, 2, 7>(rows.row2, zeros),
+            Choose<0, 1, 2, 7>(rows.row3, zeros), Four(T{0}, T{0}, T{0}, T{1})};
 }
 
 template <typename T>
@@ -191,7 +192,7 @@ template <int LANE>
 
 #endif
 
-/// The product of two rotations. The third row comes first: compilers would else compute what the general product
+/// The product of two rotations. The third row comes first: compilers would otherwise compute what the general product
 /// begins with, too, before they know which of the two they need, and have too few registers for it.
 template <typename T>
 [[nodiscard, gnu::always_inline]] inline tRows<T> RotationProduct(T const* left, T const* right) noexcept

@@ -153,9 +153,10 @@ TYPED_TEST(TupleTest, ReadsItsOperandsBeforeItChanges)
     value *= value.x;
     EXPECT_EQ(value, Make<TypeParam>({4, 8, 12}));
     value = a;
-    value += value;
+    TypeParam const& same = value;
+    value += same;
     EXPECT_EQ(value, Make<TypeParam>({4, 8, 12}));
-    value -= value;
+    value -= same;
     EXPECT_EQ(value, TypeParam());
 }
 

@@ -615,7 +615,10 @@ template <typename V>
     {
         V roots = x;
         for (std::size_t lane = 0; lane < COUNT<V>; ++lane)
-            roots[lane] = static_cast<Element<V>>(__builtin_sqrt(x[lane])); // rounds a `float` as its own root does
+        {
+            // Rounded once more, the root of a `double` is that of a `float`.
+            roots[lane] = static_cast<Element<V>>(__builtin_sqrt(static_cast<double>(x[lane])));
+        }
         return roots;
     }
 }

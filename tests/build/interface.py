@@ -124,7 +124,10 @@ def parsed(symbol):
     text = text.removesuffix(" const")
     path, operator, rest = text.partition("operator")
     if operator:
-        name = re.match(r"\(\)|\[\]|<<|<=>|[-+*/!<>=]=?|<| std::.*basic_string[^(]*| [\w ]+", rest)[0]
+        found = re.match(r"\(\)|\[\]|<<|<=>|[-+*/!<>=&|^~]=?|<| std::.*basic_string[^(]*| [\w ]+", rest)
+        if not found:
+            return None  # a name that merely holds the word
+        name = found[0]
         parameters = rest[len(name):].partition("(")[2]
         name = "operator string" if "basic_string" in name else "operator" + name
         path = split(path + "x", " ")[-1]  # without the result, which the symbol of a template begins with

@@ -332,7 +332,10 @@ private:
         state = known;
         elements = aligned; // last: nothing that follows can then be taken for a change of it
     }
-    [[gnu::always_inline]] explicit tMatrix4(Result const& result) noexcept : tMatrix4(result.rows, result.state) {}
+    [[nodiscard, gnu::always_inline]] static tMatrix4 Make(Result const& result) noexcept
+    {
+        return tMatrix4(result.rows, result.state);
+    }
 
     [[nodiscard]] static unsigned long long GetIndex(tTuple2<unsigned int> const& position) noexcept
     {
@@ -518,7 +521,7 @@ inline typename tMatrix4<T>::Result tMatrix4<T>::Multiply(tMatrix4 const& left, 
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::operator*(tMatrix4 const& other) const noexcept
 {
-    return tMatrix4(Multiply(*this, other));
+    return Make(Multiply(*this, other));
 }
 
 template <typename T>
@@ -599,9 +602,9 @@ inline tMatrix4<T>& tMatrix4<T>::Transpose() noexcept
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::Transposed() const noexcept
 {
-    return tMatrix4(IsDiagonal()           ? Result{Load(), state}
-                    : state == ORTHONORMAL ? Result{detail::TransposedRotation(Load()), ORTHONORMAL}
-                                           : Classified(detail::Transposed(Load())));
+    return Make(IsDiagonal()           ? Result{Load(), state}
+                : state == ORTHONORMAL ? Result{detail::TransposedRotation(Load()), ORTHONORMAL}
+                                       : Classified(detail::Transposed(Load())));
 }
 
 template <typename T>
@@ -639,10 +642,10 @@ inline tMatrix4<T>& tMatrix4<T>::Invert()
 template <typename T>
 inline tMatrix4<T> tMatrix4<T>::Inverted() const
 {
-    return tMatrix4(state == ORTHONORMAL ? Result{detail::TransposedRotation(Load()), ORTHONORMAL}
-                    : state == DIAGONAL  ? Result{InverseOfDiagonal(INVERTED_DIAGONAL), DIAGONAL}
-                    : state == IDENTITY  ? Result{Load(), IDENTITY}
-                                         : Result{InverseOfGeneral(INVERTED_GENERAL), GENERAL});
+    return Make(state == ORTHONORMAL ? Result{detail::TransposedRotation(Load()), ORTHONORMAL}
+                : state == DIAGONAL  ? Result{InverseOfDiagonal(INVERTED_DIAGONAL), DIAGONAL}
+                : state == IDENTITY  ? Result{Load(), IDENTITY}
+                                     : Result{InverseOfGeneral(INVERTED_GENERAL), GENERAL});
 }
 
 template <typename T>

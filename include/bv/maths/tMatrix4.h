@@ -12,6 +12,7 @@
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
+#include "bv/maths/detail/Compiler.h"
 #include "bv/maths/detail/Place.h"
 #include "bv/maths/detail/Precision.h"
 #include "bv/maths/detail/Rows.h"
@@ -390,7 +391,7 @@ inline T* tMatrix4<T>::AlignedBuffer() noexcept
                   offsetof(tMatrix4, buffer) == 2 * sizeof(void*));
     constexpr std::uintptr_t ALIGNMENT = 16;
     // In bytes: the matrix may lie at any address.
-    auto const address = reinterpret_cast<std::uintptr_t>(buffer);
+    auto const address = detail::AddressOf(buffer);
     return reinterpret_cast<T*>(reinterpret_cast<char*>(buffer) + (ALIGNMENT - address) % ALIGNMENT);
 }
 

@@ -3,6 +3,8 @@
 /// @file
 /// What compilers and instruction sets differ in, named once.
 
+#include <cstdint>
+
 namespace bv::maths::detail
 {
 
@@ -22,6 +24,19 @@ constexpr bool HAS_SSE2 = false;
 constexpr bool HAS_AVX = true;
 #else
 constexpr bool HAS_AVX = false;
+#endif
+#if defined __AVX2__
+constexpr bool HAS_AVX2 = true;
+#else
+constexpr bool HAS_AVX2 = false;
+#endif
+
+// What is compiled for AVX is made of wider registers and so has names of its own, in an inline namespace, as has what
+// is made of it: a program may hold both (ODR).
+#if defined __AVX__
+#define BV_REGISTERS avx
+#else
+#define BV_REGISTERS baseline
 #endif
 
 /// GCC takes a shuffle that leaves every lane in its place for any other one, which SSE2 has no instruction for: up to
@@ -45,5 +60,16 @@ constexpr bool GROWS_BOXES_IN_PAIRS = HAS_SSE2 && sizeof(T) == sizeof(double);
 /// One by one, Clang computes the distances of two boxes of `double` at a time.
 template <typename T>
 constexpr bool MEASURES_AXES_TOGETHER = HAS_SSE2 && !(IS_CLANG && sizeof(T) == sizeof(double));
+
+/// The address of an object. Clang would take the alignment of its type for granted, which an object in a packed record
+/// does not have.
+[[nodiscard, gnu::always_inline]] inline std::uintptr_t AddressOf(void const* object) noexcept
+{
+    auto address = reinterpret_cast<std::uintptr_t>(object);
+#if defined __clang__
+    asm("" : "+r"(address));
+#endif
+    return address;
+}
 
 } // namespace bv::maths::detail

@@ -3,13 +3,13 @@
 /// @file
 /// The library-wide tolerant comparison of floating-point values, and its tolerances.
 
-#include <bit>
 #include <cstdint>
 #include <limits>
 #include <type_traits>
 
 #include "bv/Export.h"
 #include "bv/maths/detail/Compiler.h"
+#include "bv/maths/detail/Number.h"
 
 namespace bv::maths
 {
@@ -22,13 +22,6 @@ inline constexpr T TOLERANCE = T{10} * std::numeric_limits<T>::epsilon();
 namespace detail
 {
 
-// It differs between the files of a program: what goes by it is forced inline.
-#if defined __AVX2__
-constexpr bool HAS_AVX2 = true;
-#else
-constexpr bool HAS_AVX2 = false;
-#endif
-
 /// Whether two values lie at most 50 representable values apart, counted on bit patterns that are mapped so that
 /// they ascend with the value; +0 and -0 share one number. The difference wraps, as the mapped integers do: a
 /// distance of exactly half the range fits no signed integer and is not small.
@@ -39,8 +32,8 @@ template <typename Bits, typename T>
     constexpr int SIGN_BIT = std::numeric_limits<Bits>::digits - 1;
     constexpr Bits SIGN = Bits{1} << SIGN_BIT;
     constexpr Bits STEPS = 50;
-    Bits const bitsA = std::bit_cast<Bits>(a);
-    Bits const bitsB = std::bit_cast<Bits>(b);
+    Bits const bitsA = BitsAs<Bits>(a);
+    Bits const bitsB = BitsAs<Bits>(b);
     // Beside a constant that is neither near 0 nor near the end of the patterns, nothing of the other sign is near.
     if (__builtin_constant_p(bitsB) && bitsB > STEPS && bitsB < SIGN - STEPS)
         return bitsA - bitsB + STEPS <= 2 * STEPS;
@@ -57,21 +50,12 @@ template <typename Bits, typename T>
         return difference + STEPS <= 2 * STEPS;
 }
 
-[[nodiscard, gnu::always_inline]] constexpr float Absolute(float value) noexcept
-{
-    return __builtin_fabsf(value);
-}
-[[nodiscard, gnu::always_inline]] constexpr double Absolute(double value) noexcept
-{
-    return __builtin_fabs(value);
-}
-
 /// Whether the squared difference is strictly below the squared tolerance, which is whether the difference is below the
 /// tolerance: the square of the tolerance is exact, and that of the number before it is rounded to less.
 template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr bool IsWithinTolerance(T a, T b) noexcept
 {
-    return Absolute(a - b) < TOLERANCE<T>;
+    return Magnitude(a - b) < TOLERANCE<T>;
 }
 
 /// The same for a compiler that computes a constant, where no difference may overflow or be that of two infinities.
@@ -79,7 +63,7 @@ template <typename T>
 template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr bool IsWithinToleranceNearZero(T a, T b) noexcept
 {
-    return Absolute(a) < T{1} && Absolute(b) < T{1} && IsWithinTolerance(a, b);
+    return Magnitude(a) < T{1} && Magnitude(b) < T{1} && IsWithinTolerance(a, b);
 }
 
 /// Either test. Two equal infinities, which are within 50 steps, are not subtracted: that would raise FE_INVALID.
@@ -90,7 +74,7 @@ template <typename Bits, typename T>
         return IsWithinSteps<Bits>(a, b) || IsWithinToleranceNearZero(a, b);
     bool const isWithinSteps = IsWithinSteps<Bits>(a, b);
     // Beside a finite constant, nothing can go wrong. All that is 50 values from 0 is within the tolerance.
-    if (__builtin_constant_p(std::bit_cast<Bits>(b)) && Absolute(b) <= std::numeric_limits<T>::max())
+    if (__builtin_constant_p(BitsAs<Bits>(b)) && Magnitude(b) <= std::numeric_limits<T>::max())
         return static_cast<bool>(static_cast<int>(b != T{0} && isWithinSteps) |
                                  static_cast<int>(IsWithinTolerance(a, b)));
     if constexpr (IS_CLANG)
@@ -103,7 +87,7 @@ template <typename Bits, typename T>
     else if constexpr (HAS_AVX2)
     {
         // GCC does not, and for that reason makes no vectors of a loop over a branch.
-        T const subtracted = std::bit_cast<T>(std::bit_cast<Bits>(a) & (static_cast<Bits>(isWithinSteps) - 1));
+        T const subtracted = BitsAs<T>(BitsAs<Bits>(a) & (static_cast<Bits>(isWithinSteps) - 1));
         return static_cast<bool>(static_cast<int>(isWithinSteps) | static_cast<int>(IsWithinTolerance(subtracted, b)));
     }
     else
@@ -145,7 +129,7 @@ template <typename T>
     if (std::is_constant_evaluated())
         return IsWithinEither<Bits>(a, b);
     if constexpr (IS_CLANG)
-        return std::bit_cast<Bits>(a) == std::bit_cast<Bits>(b) || IsWithinEither<Bits>(a, b);
+        return BitsAs<Bits>(a) == BitsAs<Bits>(b) || IsWithinEither<Bits>(a, b);
     else
         return IsWithinSteps<Bits>(a, b) || IsWithinTolerance(a, b);
 }

@@ -13,13 +13,8 @@
 namespace bv::maths::detail
 {
 
-#if defined __AVX__
-inline namespace avx
+inline namespace BV_REGISTERS
 {
-#else
-inline namespace baseline
-{
-#endif
 
 /// The components of a vector. What counts for nothing is the third once more beside `float`, and 0 beside `double`, as
 /// it comes for free: of all that is not a division, it raises no floating-point flag that the third does not. Those of
@@ -247,6 +242,6 @@ private:
     }
 };
 
-} // namespace baseline or avx
+} // namespace BV_REGISTERS
 
 } // namespace bv::maths::detail

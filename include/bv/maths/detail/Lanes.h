@@ -14,22 +14,16 @@
 #include <type_traits>
 
 #include "bv/maths/detail/Compiler.h"
+#include "bv/maths/detail/Number.h"
 #include "bv/maths/detail/PlainRegister.h"
 
 namespace bv::maths::detail
 {
 
-// What is compiled for AVX is made of wider registers and so has names of its own, as has what is made of it: a program
-// may hold both (ODR).
-#if defined __AVX__
-inline namespace avx
+inline namespace BV_REGISTERS
 {
-inline constexpr std::size_t WIDEST = 32; ///< bytes of the widest register
-#else
-inline namespace baseline
-{
-inline constexpr std::size_t WIDEST = 16; ///< bytes of the widest register
-#endif
+
+inline constexpr std::size_t WIDEST = HAS_AVX ? 32 : 16; ///< bytes of the widest register
 
 template <typename T, std::size_t BYTES>
 struct tRegister
@@ -126,17 +120,6 @@ struct tFourLanes<T, false>
 /// Four numbers: a row of a matrix, or the components of a vector and one more.
 template <typename T>
 using tFour = typename tFourLanes<T>::Type;
-
-/// A signed integer as wide as a number. A comparison gives such lanes, with all bits set or none.
-template <typename T>
-using Integer = std::conditional_t<sizeof(T) == sizeof(std::int32_t), std::int32_t, std::int64_t>;
-
-/// The bits of a register as lanes of another type.
-template <typename To, typename From>
-[[nodiscard, gnu::always_inline]] inline To BitsAs(From const& from) noexcept
-{
-    return __builtin_bit_cast(To, from);
-}
 
 /// The bits of a register as words of 32 bits.
 template <typename V>
@@ -486,6 +469,8 @@ template <typename V>
 
 #endif
 
+using detail::Magnitude; // of one number
+
 /// The numbers without their signs.
 template <typename V>
 [[nodiscard, gnu::always_inline]] inline V Magnitude(V const& a) noexcept
@@ -498,18 +483,6 @@ template <typename V>
         constexpr Element<I> ALL_BUT_SIGN = std::numeric_limits<Element<I>>::max(); // by the compiler, at any level
         return BitsAs<V>(BitsAs<I>(a) & Broadcast<I>(ALL_BUT_SIGN));
     }
-}
-
-/// @copydoc Magnitude(V const&)
-[[nodiscard, gnu::always_inline]] inline float Magnitude(float x) noexcept
-{
-    return __builtin_fabsf(x);
-}
-
-/// @copydoc Magnitude(V const&)
-[[nodiscard, gnu::always_inline]] inline double Magnitude(double x) noexcept
-{
-    return __builtin_fabs(x);
 }
 
 /// The numbers with the opposite signs.
@@ -643,6 +616,6 @@ template <typename V>
 #endif
 }
 
-} // namespace avx or baseline
+} // namespace BV_REGISTERS
 
 } // namespace bv::maths::detail

@@ -10,13 +10,8 @@
 namespace bv::maths::detail
 {
 
-#if defined __AVX__
-inline namespace avx
+inline namespace BV_REGISTERS
 {
-#else
-inline namespace baseline
-{
-#endif
 
 /// The rows of a matrix. Operations compute in these and write to a matrix at the end, through one pointer, so that the
 /// compiler can keep a result that is only copied in registers.
@@ -388,6 +383,6 @@ template <typename T>
 
 /// @}
 
-} // namespace baseline or avx
+} // namespace BV_REGISTERS
 
 } // namespace bv::maths::detail

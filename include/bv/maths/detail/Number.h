@@ -1,0 +1,36 @@
+#pragma once
+
+/// @file
+/// A single number: its bits, and its magnitude.
+
+#include <cstdint>
+#include <type_traits>
+
+namespace bv::maths::detail
+{
+
+/// A signed integer as wide as a number. A comparison of lanes gives such lanes, with all bits set or none.
+template <typename T>
+using Integer = std::conditional_t<sizeof(T) == sizeof(std::int32_t), std::int32_t, std::int64_t>;
+
+/// The bits of a number or a register as those of another type. (A function of the standard library could remain as a
+/// copy that the linker shares with code for other processors.)
+template <typename To, typename From>
+[[nodiscard, gnu::always_inline]] constexpr To BitsAs(From const& from) noexcept
+{
+    return __builtin_bit_cast(To, from);
+}
+
+/// A number without its sign.
+[[nodiscard, gnu::always_inline]] constexpr float Magnitude(float x) noexcept
+{
+    return __builtin_fabsf(x);
+}
+
+/// @copydoc Magnitude(float)
+[[nodiscard, gnu::always_inline]] constexpr double Magnitude(double x) noexcept
+{
+    return __builtin_fabs(x);
+}
+
+} // namespace bv::maths::detail

@@ -23,6 +23,7 @@
 #include "support/Precisions.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
+#include "support/Views.h"
 
 using namespace bv::maths;
 using namespace bv::test;
@@ -389,6 +390,24 @@ TYPED_TEST(BatchTest, BoxesAreClassifiedAsOneByOne)
         for (std::size_t const length : Lengths())
             ExpectClassifiedAsOneByOne(frustum, RandomBoxes<T>(generator, length));
     }
+}
+
+TYPED_TEST(BatchTest, BoxesThatTouchAPlaneAreClassifiedByProductsSummedFromXToZ)
+{
+    using T = TypeParam;
+    Random random(16);
+    for (int i = 0; i < 300; ++i)
+        for (bool const isFarthest : {true, false})
+        {
+            auto const [plane, box, otherOrdersReject] = DrawTouchingCorner<T>(random, isFarthest);
+            if (!otherOrdersReject)
+                continue;
+            std::vector<tVolumeAABB<T>> const boxes(37, box); // more than two blocks, and some beyond
+            std::vector<typename tFrustum<T>::IntersectionResult> results(boxes.size());
+            ClassifyAABBs(FrustumOf(static_cast<std::size_t>(i % 6), plane), boxes, std::span(results));
+            for (auto const result : results)
+                ASSERT_EQ(result, isFarthest ? tFrustum<T>::INTERSECTING : tFrustum<T>::INSIDE) << "case " << i;
+        }
 }
 
 TYPED_TEST(BatchTest, EveryAnswerOccursAmongTheClassifiedBoxes)

@@ -25,6 +25,7 @@
 #include "support/Random.h"
 #include "support/SameBits.h"
 #include "support/Throws.h"
+#include "support/Views.h"
 
 namespace
 {
@@ -363,6 +364,24 @@ TYPED_TEST(FrustumTest, ANegativeZeroInANormalPicksTheUpperBound)
             box.GetMax()[across] = INF<T>;
             EXPECT_EQ(frustum.ContainsAABB(box), tFrustum<T>::INTERSECTING);
         }
+}
+
+TYPED_TEST(FrustumTest, ACornerOnAPlaneIsInsideWhenItsProductsAreSummedFromXToZ)
+{
+    using T = TypeParam;
+    Random random(1);
+    int otherwise = 0;
+    for (int i = 0; i < 3000; ++i)
+        for (bool const isFarthest : {true, false})
+        {
+            auto const [plane, box, otherOrdersReject] = DrawTouchingCorner<T>(random, isFarthest);
+            // On the plane with its farthest corner, the box lies behind it with the others.
+            ASSERT_EQ(FrustumOf(static_cast<std::size_t>(i % 6), plane).ContainsAABB(box),
+                      isFarthest ? tFrustum<T>::INTERSECTING : tFrustum<T>::INSIDE)
+                << "case " << i;
+            otherwise += otherOrdersReject ? 1 : 0;
+        }
+    EXPECT_GT(otherwise, 1000);
 }
 
 TYPED_TEST(FrustumTest, AgreesWithTheEightCornersOfRandomBoxes)

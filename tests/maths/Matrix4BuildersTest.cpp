@@ -201,6 +201,16 @@ TYPED_TEST(Matrix4BuildersTest, RotationAboutALineIsTheFormulaOfRodrigues)
     }
 }
 
+TYPED_TEST(Matrix4BuildersTest, RotationAboutALineLeavesAPositiveZeroWhereItDoesNotShift)
+{
+    using T = TypeParam;
+    // Half a turn about z leaves the axis where it is, to the bit: m33 is 2 * 1 * 1 - 1. 0 - 0 and 5 - 5 are +0.
+    tMatrix4<T> const m = tMatrix4<T>::RotateAxis({0, 0, 5}, {0, 0, 1}, Runtime(PI<T>));
+    ExpectSameBits(m[10], T{1});
+    for (std::size_t const i : {3U, 7U, 11U})
+        ExpectSameBits(m[i], T{0});
+}
+
 TYPED_TEST(Matrix4BuildersTest, RotationAboutAShiftedAxisTurnsAroundIt)
 {
     tMatrix4<TypeParam> const m = tMatrix4<TypeParam>::RotateAxis({1, 0, 0}, {0, 0, 5}, PI<TypeParam> / 2);
@@ -351,6 +361,22 @@ TYPED_TEST(Matrix4BuildersTest, TheOrthogonalProjectionMultipliesByThreeReciproc
                                        0,         0,          0,          1};
         ExpectMatrix(tMatrix4<TypeParam>::OrthogonalProjection(l, r, b, t, n, f), m, GENERAL);
     }
+}
+
+TYPED_TEST(Matrix4BuildersTest, TheOrthogonalProjectionNegatesTheSumsOfOppositeSides)
+{
+    using T = TypeParam;
+    // -(l + r) is -(-1 + 1), which is -0, where -l - r is 1 - 1, which is +0.
+    ExpectMatrix<T>(tMatrix4<T>::OrthogonalProjection(-1, 1, -2, 2, -4, 4),
+                    {1, 0, 0, T(-0.0), 0, T(0.5), 0, T(-0.0), 0, 0, T(-0.25), T(-0.0), 0, 0, 0, 1}, GENERAL);
+}
+
+TYPED_TEST(Matrix4BuildersTest, ThePerspectiveProjectionNegatesTheSumOfOppositeDepths)
+{
+    using T = TypeParam;
+    // (r + l) / (r - l) is 0 / 2, (t + b) / (t - b) is 0 / 4, -(f + n) / (f - n) is -0 / 4, -2fn / (f - n) is 8 / 4.
+    ExpectMatrix<T>(tMatrix4<T>::PerspectiveProjection(-1, 1, -2, 2, -2, 2),
+                    {-2, 0, 0, 0, 0, -1, 0, 0, 0, 0, T(-0.0), 2, 0, 0, -1, 0}, GENERAL);
 }
 
 TYPED_TEST(Matrix4BuildersTest, ThePerspectiveProjectionDividesByTheExtents)

@@ -1,5 +1,6 @@
 #include "bv/maths/tMatrix4.h"
 
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <iomanip>
@@ -696,7 +697,7 @@ TYPED_TEST(Matrix4Test, NonFiniteElementsBesideTheDiagonalAreGeneral)
 
 /// The rules once more, written down one after the other.
 template <typename T>
-std::uint32_t ExpectedState(Elements<T> const& m)
+std::uint32_t ExpectedState(Elements<T> const& m, std::array<int, 4> const& rows = {1, 2, 3, 4})
 {
     auto const at = [&](int row, int column) { return m[static_cast<std::size_t>(4 * (row - 1) + (column - 1))]; };
     bool offDiagonalIsZero = true;
@@ -714,9 +715,9 @@ std::uint32_t ExpectedState(Elements<T> const& m)
     for (int a = 1; a <= 4; ++a)
         for (int b = a; b <= 4; ++b)
         {
-            T dot = at(1, a) * at(1, b);
-            for (int row = 2; row <= 4; ++row)
-                dot += at(row, a) * at(row, b);
+            T dot = at(rows[0], a) * at(rows[0], b);
+            for (std::size_t i = 1; i < 4; ++i)
+                dot += at(rows[i], a) * at(rows[i], b);
             if (!IsEqual(dot, a == b ? T{1} : T{0}))
                 return GENERAL;
         }
@@ -743,6 +744,82 @@ TYPED_TEST(Matrix4Test, AnyMatrixNearARotationIsClassifiedByTheRules)
     }
     for (int const count : counts)
         EXPECT_GT(count, 30);
+}
+
+/// A rotation by a random quaternion.
+template <typename T>
+Elements<T> RandomRotation(Random& random)
+{
+    T const a = random.Number<T>(1, 2);
+    T const b = random.Number<T>(-2, 2);
+    T const c = random.Number<T>(-2, 2);
+    T const d = random.Number<T>(-2, 2);
+    T const k = 2 / (a * a + b * b + c * c + d * d);
+    return {1 - k * (c * c + d * d),
+            k * (b * c - a * d),
+            k * (b * d + a * c),
+            0,
+            k * (b * c + a * d),
+            1 - k * (b * b + d * d),
+            k * (c * d - a * b),
+            0,
+            k * (b * d - a * c),
+            k * (c * d + a * b),
+            1 - k * (b * b + c * c),
+            0,
+            0,
+            0,
+            0,
+            1};
+}
+
+/// Expects the state that sums from the first row on give, for matrices of which many have another one when the rows
+/// are summed in another order.
+template <typename T, typename Change>
+void ExpectSumsFromTheFirstRowOn(unsigned int seed, Change change)
+{
+    Random random(seed);
+    int otherwise = 0;
+    for (int run = 0; run < 4000; ++run)
+    {
+        Elements<T> m = RandomRotation<T>(random);
+        change(random, m);
+        std::uint32_t const expected = ExpectedState(m);
+        EXPECT_EQ(StateOf(Classified(m)), expected) << "run " << run;
+        if (ExpectedState(m, {2, 3, 1, 4}) != expected || ExpectedState(m, {3, 1, 2, 4}) != expected)
+            ++otherwise;
+    }
+    EXPECT_GT(otherwise, 100);
+}
+
+TYPED_TEST(Matrix4Test, TheSquaresOfAColumnAreSummedFromTheFirstRowOn)
+{
+    using T = TypeParam;
+    // Columns whose squared length is just about 50 steps from 1: half as many epsilons more than 1 in their length, or
+    // a quarter less.
+    ExpectSumsFromTheFirstRowOn<T>(1,
+                                   [](Random& random, Elements<T>& m)
+                                   {
+                                       std::size_t const column = random.Below(3);
+                                       T const epsilons =
+                                           random.Below(2) == 0 ? random.Number<T>(24, 26) : random.Number<T>(-13, -12);
+                                       for (std::size_t row = 0; row < 3; ++row)
+                                           m[4 * row + column] += m[4 * row + column] * (epsilons * EPSILON<T>);
+                                   });
+}
+
+TYPED_TEST(Matrix4Test, TheProductsOfTwoColumnsAreSummedFromTheFirstRowOn)
+{
+    using T = TypeParam;
+    // Columns whose product is just about the tolerance: one leans towards the other by so much.
+    ExpectSumsFromTheFirstRowOn<T>(2,
+                                   [](Random& random, Elements<T>& m)
+                                   {
+                                       std::size_t const column = random.Below(3);
+                                       T const share = random.Number<T>(T(0.9), T(1.1)) * TOLERANCE<T>;
+                                       for (std::size_t row = 0; row < 3; ++row)
+                                           m[4 * row + column] += m[4 * row + (column + 1) % 3] * share;
+                                   });
 }
 
 // Three axes
@@ -968,6 +1045,24 @@ TYPED_TEST(Matrix4Test, PredicatesReadTheStateAndNothingElse)
 }
 
 // Comparison
+
+TYPED_TEST(Matrix4Test, ElementsAreEqualToZeroBelowTheToleranceAndNotFromItOn)
+{
+    using T = TypeParam;
+    for (Elements<T> const& start : {Elements<T>{}, Ramp<T>(1, 1)})
+        for (std::size_t i = 0; i < 16; ++i)
+            for (T const sign : {T{1}, T{-1}})
+            {
+                SCOPED_TRACE("element " + std::to_string(i));
+                tMatrix4<T> const zero = MakeMatrix(With(start, i, T{0}), GENERAL);
+                auto const with = [&](T value) { return MakeMatrix(With(start, i, sign * value), GENERAL); };
+                EXPECT_TRUE(zero == with(Steps(TOLERANCE<T>, -1)));
+                EXPECT_TRUE(with(Steps(TOLERANCE<T>, -1)) == zero);
+                EXPECT_FALSE(zero == with(TOLERANCE<T>));
+                EXPECT_FALSE(zero == with(T(1.2) * TOLERANCE<T>));
+                EXPECT_FALSE(with(T(1.2) * TOLERANCE<T>) == zero);
+            }
+}
 
 TYPED_TEST(Matrix4Test, EqualityToleratesADifferenceInEveryElement)
 {

@@ -91,6 +91,16 @@ bool ClipSideInSteps(T lower, T upper, T origin, T direction, Interval<T>& t)
     return t.tNear <= t.tFar && t.tFar >= 0;
 }
 
+/// Clipping against a whole box in its steps, axis by axis.
+template <typename T>
+bool ClipInSteps(tRay<T> const& ray, tVolumeAABB<T> const& box, Interval<T>& t)
+{
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        if (!ClipSideInSteps(box.GetMin()[axis], box.GetMax()[axis], ray.origin[axis], ray.direction[axis], t))
+            return false;
+    return true;
+}
+
 template <typename T>
 class RayTest : public testing::Test
 {
@@ -615,16 +625,79 @@ TYPED_TEST(RayTest, BoxClippingNarrowsByXThenYThenZ)
         tRay<T> const ray{{next(), next(), next()}, {next(), next(), next()}};
         tVolumeAABB<T> const box{{next(), next(), next()}, {next(), next(), next()}};
         Interval<T> expected{0, 5};
-        bool hit = true;
-        for (std::size_t axis = 0; hit && axis < 3; ++axis)
-            hit = ClipSideInSteps(box.GetMin()[axis], box.GetMax()[axis], ray.origin[axis], ray.direction[axis],
-                                  expected);
+        bool const hit = ClipInSteps(ray, box, expected);
         Interval<T> actual{0, 5};
         ASSERT_EQ(Clip(ray, box, actual), hit);
         this->ExpectInterval(actual, expected.tNear, expected.tFar);
         hits += hit ? 1 : 0;
     }
     EXPECT_GT(hits, 200);
+}
+
+template <typename T>
+void ExpectClippedInSteps(tRay<T> const& ray, tVolumeAABB<T> const& box, Interval<T> const& start)
+{
+    Interval<T> expected = start;
+    Interval<T> actual = start;
+    bool const hit = ClipInSteps(ray, box, expected);
+    if (Clip(ray, box, actual) == hit && HasSameBits(actual.tNear, expected.tNear) &&
+        HasSameBits(actual.tFar, expected.tFar))
+        return;
+    ADD_FAILURE() << "from " << ray.origin << " along " << ray.direction << ", box " << box.GetMin() << " to "
+                  << box.GetMax() << ", " << start.tNear << " to " << start.tFar << ": " << actual.tNear << " to "
+                  << actual.tFar << " instead of " << hit << ", " << expected.tNear << " to " << expected.tFar;
+}
+
+TYPED_TEST(RayTest, EverySpecialValueOnOneAxisOfABoxNarrowsAsInSteps)
+{
+    using T = TypeParam;
+    T const values[] = {
+        0,       -T{0},    1,          -1,     3,       this->E,     -this->E, std::nextafter(this->E, T{1}),
+        TINY<T>, -TINY<T>, LARGEST<T>, INF<T>, -INF<T>, QUIET_NAN<T>};
+    Interval<T> const starts[] = {{0, 100},          {-T{0}, INF<T>},   {-INF<T>, -1},
+                                  {QUIET_NAN<T>, 1}, {0, QUIET_NAN<T>}, {2, 2}};
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        for (T const others : {T{1}, T{-0.5}, T{0}}) // the other axes are crossed either way, or run along
+            for (T const lower : values)
+                for (T const upper : values)
+                    for (T const origin : values)
+                        for (T const direction : values)
+                        {
+                            tRay<T> ray({1, 1, 1}, {others, others, others});
+                            tVolumeAABB<T> box({-2, -2, -2}, {4, 4, 4});
+                            ray.origin[axis] = origin;
+                            ray.direction[axis] = direction;
+                            box.GetMin()[axis] = lower;
+                            box.GetMax()[axis] = upper;
+                            for (Interval<T> const& start : starts)
+                                ExpectClippedInSteps(ray, box, start);
+                            ASSERT_FALSE(testing::Test::HasFailure());
+                        }
+}
+
+TYPED_TEST(RayTest, SpecialValuesAnywhereInABoxNarrowAsInSteps)
+{
+    using T = TypeParam;
+    Random random(20240622);
+    auto const next = [&]() -> T
+    {
+        switch (random.Below(8))
+        {
+        case 0:
+            return SPECIAL_VALUES<T>[random.Below(10)];
+        case 1:
+            return random.Below(2) == 0 ? this->E : std::nextafter(this->E, T{1});
+        default:
+            return static_cast<T>(random.Whole(-8, 8)) / 4; // so that faces, origins and ends of intervals meet
+        }
+    };
+    for (int i = 0; i < 200000; ++i)
+    {
+        tRay<T> const ray{{next(), next(), next()}, {next(), next(), next()}};
+        tVolumeAABB<T> const box{{next(), next(), next()}, {next(), next(), next()}};
+        ExpectClippedInSteps(ray, box, {next(), next()});
+        ASSERT_FALSE(testing::Test::HasFailure());
+    }
 }
 
 TYPED_TEST(RayTest, BoxClippingMayWriteIntoTheRayAndTheBox)

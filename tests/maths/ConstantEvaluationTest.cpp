@@ -367,6 +367,26 @@ constexpr bool ClassifiesBoxesByEachPlane()
 }
 static_assert(ClassifiesBoxesByEachPlane<float>() && ClassifiesBoxesByEachPlane<double>());
 
+/// Where a normal is zero, of either sign, the corner along it is the upper one: the lower one is infinite here, and
+/// its product with zero no constant.
+template <typename T>
+constexpr bool TakesTheUpperCornerAlongZero()
+{
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        for (T const zero : {T(0), T(-0.0)})
+        {
+            tVector3<T> normal(zero, zero, zero);
+            tVolumeAABB<T> box({-INF<T>, -INF<T>, -INF<T>}, {2, 2, 2});
+            normal[axis] = 1;
+            box.GetMin()[axis] = 0;
+            auto const view = FrustumOf<T>(0, {T{-3}, normal.x, normal.y, normal.z});
+            if (view.ContainsAABB(box) != tFrustum<T>::OUTSIDE)
+                return false;
+        }
+    return true;
+}
+static_assert(TakesTheUpperCornerAlongZero<float>() && TakesTheUpperCornerAlongZero<double>());
+
 /// A plane that rejects decides, whether another one is straddled or not.
 template <typename T>
 constexpr bool RejectsWhateverElseIsStraddled()

@@ -95,6 +95,26 @@ void AddMap(std::string const& name, Function function, std::vector<First> first
            });
 }
 
+/// A row that writes `out[i] = function(object, in[i])`, where the loop has the object to itself, as a local variable:
+/// nothing that is written can change it.
+template <typename Object, typename Function, typename In>
+void AddMapBy(std::string const& name, Object const& object, Function function, std::vector<In> in)
+{
+    using Out = std::decay_t<decltype(function(object, in[0]))>;
+    auto const input = std::make_shared<std::vector<In>>(std::move(in));
+    std::shared_ptr<Out[]> const out(new Out[input->size()]());
+    AddRun(name, input->size(),
+           [=]
+           {
+               Object const local = object;
+               In const* const items = input->data();
+               Out* const results = out.get();
+               benchmark::DoNotOptimize(results);
+               for (std::size_t i = 0; i < input->size(); ++i)
+                   results[i] = function(local, items[i]);
+           });
+}
+
 /// A row that folds an array into one value: `total = function(total, in[i]...)`.
 template <typename Total, typename Function, typename First, typename... Rest>
 void AddFold(std::string const& name, Total start, Function function, std::vector<First> first,

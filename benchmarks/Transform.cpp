@@ -1,4 +1,5 @@
 #include <bv/maths/tMatrix4.h>
+#include <bv/maths/tPreparedTransform.h>
 #include <bv/maths/tVector3.h>
 
 #include "MatrixData.h"
@@ -11,6 +12,7 @@ namespace
 {
 
 using bv::maths::tMatrix4;
+using bv::maths::tPreparedTransform;
 using bv::maths::tVector3;
 
 constexpr char const* LIBRARY = "BvBaseUtils";
@@ -65,6 +67,26 @@ void AddTransforms()
 }
 
 template <typename T>
+void AddPreparedTransforms()
+{
+    using Prepared = tPreparedTransform<T>;
+    using Vector = tVector3<T>;
+    auto const points = MakeVectors<T>(Vectors(11, COUNT));
+    auto const units = MakeVectors<T>(UnitVectors(12, COUNT));
+    Prepared const general(Make<T>(GeneralMatrices(1))[0]);
+    Prepared const affine(Make<T>(AffineMatrices(1))[0]);
+    Prepared const rotation(Make<T>(RotationMatrices(4))[0]);
+    auto const point = [](Prepared const& map, Vector const& v) { return map(v); };
+    auto const direction = [](Prepared const& map, Vector const& v) { return map.Direction(v); };
+
+    AddMapBy(Name<T>("transform/point with division, one matrix, prepared", LIBRARY), general, point, points);
+    AddMapBy(Name<T>("transform/point affine, one matrix, prepared", LIBRARY), affine, point, points);
+    AddMapBy(Name<T>("transform/direction, one matrix, prepared", LIBRARY), affine, direction, points);
+    AddMapBy(Name<T>("transform/direction rotated, one matrix, prepared", LIBRARY), rotation, direction, points);
+    AddMapBy(Name<T>("transform/unit direction rotated, one matrix, prepared", LIBRARY), rotation, direction, units);
+}
+
+template <typename T>
 void AddVectors()
 {
     using Vector = tVector3<T>;
@@ -85,6 +107,7 @@ template <typename T>
 void AddAll()
 {
     AddTransforms<T>();
+    AddPreparedTransforms<T>();
     AddVectors<T>();
 }
 

@@ -45,6 +45,7 @@
 #include "bv/maths/tFrustum.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tPlane.h"
+#include "bv/maths/tPreparedTransform.h"
 #include "bv/maths/tRay.h"
 #include "bv/maths/tTuple2.h"
 #include "bv/maths/tTuple3.h"

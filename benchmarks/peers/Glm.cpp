@@ -145,6 +145,7 @@ void AddBoth(std::string const& operation, Transform transform, std::vector<Matr
     AddMap(
         Name<T>("transform/" + operation + ", one matrix", LIBRARY),
         [matrix = matrices[0], transform](Vector3<T> const& v) { return transform(matrix, v); }, vectors);
+    AddMapBy(Name<T>("transform/" + operation + ", one matrix, prepared", LIBRARY), matrices[0], transform, vectors);
     AddMap(Name<T>("transform/" + operation + ", many matrices", LIBRARY), transform, matrices,
            std::vector<Vector3<T>>(vectors.begin(), vectors.begin() + MATRIX_COUNT));
 }

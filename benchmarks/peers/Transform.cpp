@@ -20,6 +20,7 @@ void AddBoth(std::string const& operation, char const* library, Transform transf
     AddMap(
         Name<T>("transform/" + operation + ", one matrix", library),
         [matrix = matrices[0], transform](Vector const& v) { return transform(matrix, v); }, vectors);
+    AddMapBy(Name<T>("transform/" + operation + ", one matrix, prepared", library), matrices[0], transform, vectors);
     AddMap(Name<T>("transform/" + operation + ", many matrices", library), transform, matrices,
            std::vector<Vector>(vectors.begin(), vectors.begin() + MATRIX_COUNT));
 }

@@ -13,6 +13,7 @@
 #include "bv/maths/tFrustum.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tPlane.h"
+#include "bv/maths/tPreparedTransform.h"
 #include "bv/maths/tRay.h"
 #include "bv/maths/tVolumeAABB.h"
 #include "bv/maths/tVolumeSphere.h"
@@ -201,6 +202,16 @@ void Transforms(std::span<tVector3<T>> points, tMatrix4<T> const& matrix)
 }
 
 template <typename T>
+void Prepared(std::span<tVector3<T>> points, std::span<tVector3<T>> directions, tMatrix4<T> const& matrix)
+{
+    tPreparedTransform<T> const map(matrix);
+    for (tVector3<T>& point : points)
+        point = map(point);
+    for (tVector3<T>& direction : directions)
+        direction = map.Direction(direction);
+}
+
+template <typename T>
 void Directions(std::span<tVector3<T>> directions, tMatrix4<T> const& matrix)
 {
     for (tVector3<T>& direction : directions)
@@ -298,6 +309,8 @@ template float Distances(std::span<tVector3<float> const>, tPlane<float> const&)
 template double Distances(std::span<tVector3<double> const>, tPlane<double> const&);
 template void Transforms(std::span<tVector3<float>>, tMatrix4<float> const&);
 template void Transforms(std::span<tVector3<double>>, tMatrix4<double> const&);
+template void Prepared(std::span<tVector3<float>>, std::span<tVector3<float>>, tMatrix4<float> const&);
+template void Prepared(std::span<tVector3<double>>, std::span<tVector3<double>>, tMatrix4<double> const&);
 template void Directions(std::span<tVector3<float>>, tMatrix4<float> const&);
 template void Directions(std::span<tVector3<double>>, tMatrix4<double> const&);
 template float Components(std::span<tVector3<float>>, std::span<tVolumeAABB<float> const>, std::size_t);

@@ -1,4 +1,5 @@
 #include <bv/maths/tMatrix4.h>
+#include <bv/maths/tPreparedTransform.h>
 #include <bv/maths/tVector3.h>
 
 #include "Matrices.h"
@@ -36,11 +37,34 @@ void Transforms(Digest& digest, Workload& work)
             }
 }
 
+template <typename T>
+void PreparedTransforms(Digest& digest, Workload& work)
+{
+    for (unsigned int const rarity : RARITIES)
+        for (unsigned int kind = 0; kind < 5; ++kind)
+            for (int i = 0; i < 500; ++i)
+            {
+                tMatrix4<T> matrix = work.Matrix<T>(kind < 4 ? kind : 3, rarity);
+                if (kind == 4)
+                    matrix = WithState(matrix, 5);
+                if (work.OneIn(6)) // points that cannot be divided
+                    matrix(15) = work.Near(T{0});
+                tPreparedTransform<T> const map(matrix);
+                for (int j = 0; j < 3; ++j)
+                {
+                    tVector3<T> const vector = work.Direction<T>(rarity);
+                    digest.Try([&] { return map(vector); });
+                    digest.Add(map.Direction(vector));
+                }
+            }
+}
+
 } // namespace
 
 void RunTransforms()
 {
     RunBoth("transforms", Transforms<float>, Transforms<double>);
+    RunBoth("prepared-transforms", PreparedTransforms<float>, PreparedTransforms<double>);
 }
 
 } // namespace digest

@@ -290,6 +290,8 @@ struct OfPrecisions
         three.Transform(matrix);
         three.TransformAsVector(matrix);
         three = three.Cross(three.Transformed(matrix)).Cross(three.TransformedAsVector(matrix)) + tVector3<T>();
+        tPreparedTransform<T> const map(matrix);
+        three = map(three) + map.Direction(three) + tPreparedTransform<T>()(three);
         return UseVector(streams, tVector2<T>(values), two, values, index) &&
                UseVector(streams, tVector3<T>(values), three, values, index) && two == tVector2<T>();
     }

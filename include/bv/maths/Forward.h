@@ -22,6 +22,8 @@ class tVector3;
 template <typename T>
 class tMatrix4;
 template <typename T>
+class tPreparedTransform;
+template <typename T>
 class tAreaAABB;
 template <typename T>
 class tAreaDisc;
@@ -60,6 +62,8 @@ using Vector3f = tVector3<float>;
 using Vector3d = tVector3<double>;
 using Matrix4f = tMatrix4<float>;
 using Matrix4d = tMatrix4<double>;
+using PreparedTransformf = tPreparedTransform<float>;
+using PreparedTransformd = tPreparedTransform<double>;
 using AreaAABBf = tAreaAABB<float>;
 using AreaAABBd = tAreaAABB<double>;
 using AreaDiscf = tAreaDisc<float>;

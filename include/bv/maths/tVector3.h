@@ -155,6 +155,8 @@ public:
     /// @}
 
 private:
+    friend class tPreparedTransform<T>;
+
     [[nodiscard, gnu::always_inline]] inline tVector3 Rotated(tMatrix4<T> const& matrix) const noexcept;
     [[nodiscard, gnu::always_inline]] inline tVector3
     Projected(tMatrix4<T> const& matrix, detail::Place const& diagonal, detail::Place const& general) const;

@@ -356,6 +356,21 @@ template <int A, int B, typename V>
     }
 }
 
+/// The first two of four lanes in a register of their own.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline auto FirstTwo(V const& a) noexcept
+{
+    if constexpr (IS_HALVED<V>)
+        return a.low;
+    else
+        return __builtin_shufflevector(a, a, 0, 1);
+}
+template <typename T>
+[[nodiscard]] inline tPlainRegister<T, 2> FirstTwo(tPlainRegister<T, 4> const& a) noexcept
+{
+    return {a[0], a[1]};
+}
+
 /// One of four registers, the halves of two operands.
 template <int INDEX, typename V>
 [[nodiscard, gnu::always_inline]] inline V const& HalfOf(tHalves<V> const& a, tHalves<V> const& b) noexcept

@@ -121,6 +121,15 @@ template <typename T>
            Spread<3>(factors) * rows.row4;
 }
 
+/// A combination of three columns, summed from the first one on.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline tFour<T> Combine(tFour<T> const& column1, tFour<T> const& column2,
+                                                          tFour<T> const& column3, T x, T y, T z) noexcept
+{
+    using Row = tFour<T>;
+    return column1 * Broadcast<Row>(x) + column2 * Broadcast<Row>(y) + column3 * Broadcast<Row>(z);
+}
+
 /// All rows of a product.
 template <typename T>
 [[nodiscard, gnu::always_inline]] inline tRows<T> Product(T const* left, T const* right) noexcept

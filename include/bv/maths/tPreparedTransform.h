@@ -82,6 +82,7 @@ private:
     using Vector = tVector3<T>;
 
     [[gnu::always_inline]] inline void PrepareDiagonal(T const* m) noexcept;
+    [[nodiscard, gnu::always_inline]] inline Row Turned(T x, T y, T z) const noexcept;
     template <std::size_t COLUMN>
     [[nodiscard, gnu::always_inline]] Row Column() const noexcept
     {
@@ -153,6 +154,25 @@ inline tVector3<T> tPreparedTransform<T>::operator()(Vector const& point) const
     return detail::FirstThree<T>(image);
 }
 
+// The linear part alone, with the third number twice: the fourth row has no part in it, nor in its flags.
+template <typename T>
+inline typename tPreparedTransform<T>::Row tPreparedTransform<T>::Turned(T x, T y, T z) const noexcept
+{
+    Row const column1 = Column<0>(), column2 = Column<1>(), column3 = Column<2>();
+    if constexpr (detail::IS_HALVED<Row>)
+    {
+        // On its own: Clang would take the second half as it is, since it sees that one lane is used.
+        using Pair = detail::Half<Row>;
+        T const third = detail::Get<2>(column1) * x + detail::Get<2>(column2) * y + detail::Get<2>(column3) * z;
+        return {column1.low * detail::Broadcast<Pair>(x) + column2.low * detail::Broadcast<Pair>(y) +
+                    column3.low * detail::Broadcast<Pair>(z),
+                Pair{third, third}};
+    }
+    else
+        return detail::Combine<T>(detail::Choose<0, 1, 2, 2>(column1), detail::Choose<0, 1, 2, 2>(column2),
+                                  detail::Choose<0, 1, 2, 2>(column3), x, y, z);
+}
+
 template <typename T>
 inline tVector3<T> tPreparedTransform<T>::Direction(Vector const& direction) const noexcept
 {
@@ -160,9 +180,7 @@ inline tVector3<T> tPreparedTransform<T>::Direction(Vector const& direction) con
     Row image;
     if (directions >= Directions::TURN)
     {
-        // The fourth row has no part in this, nor in the flags.
-        image = detail::Combine<T>(detail::Choose<0, 1, 2, 2>(Column<0>()), detail::Choose<0, 1, 2, 2>(Column<1>()),
-                                   detail::Choose<0, 1, 2, 2>(Column<2>()), x, y, z);
+        image = Turned(x, y, z);
         if (directions == Directions::ROTATE && IsEqual(direction.LengthSquared(), T{1}))
             image = image * detail::Broadcast<Row>(T{1} / detail::FirstThree<T>(image).Length());
     }

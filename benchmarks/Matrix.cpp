@@ -68,6 +68,10 @@ void AddProducts()
     AddMap(Name<T>("matrix/product rotation left", LIBRARY), product, rotations, general);
     AddMap(Name<T>("matrix/product rotation right", LIBRARY), product, general, rotations);
     AddMap(Name<T>("matrix/product rotations", LIBRARY), product, rotations, MakeRotations<T>(5));
+    AddMap(
+        Name<T>("matrix/product by a translation", LIBRARY),
+        [](Matrix const& m, tVector3<T> const& offset) { return m * Matrix::Translate(offset); }, general,
+        Build(Offsets(), 3, [](double const* v) { return tVector3<T>(T(v[0]), T(v[1]), T(v[2])); }));
     AddUpdate(
         Name<T>("matrix/product in place", LIBRARY), [](Matrix& a, Matrix const& b) { a *= b; }, general,
         Make<T>(ReflectionMatrices(6)));
@@ -97,6 +101,15 @@ void AddQueries()
 template <typename T>
 void AddBuilders()
 {
+    AddMap(
+        Name<T>("matrix/of sixteen values", LIBRARY),
+        [](SixteenValues<T> const& v)
+        {
+            auto const& m = v.m;
+            return tMatrix4<T>(m[0], m[1], m[2], m[3], m[4], m[5], m[6], m[7], m[8], m[9], m[10], m[11], m[12], m[13],
+                               m[14], m[15]);
+        },
+        ManyValues<T>());
     AddMap(
         Name<T>("matrix/RotateAxis", LIBRARY),
         [](RotationArgument<T> const& r)

@@ -124,6 +124,25 @@ inline std::vector<double> ProjectionArguments()
 }
 
 template <typename T>
+struct SixteenValues
+{
+    T m[16];
+
+    explicit SixteenValues(double const* numbers)
+    {
+        for (std::size_t i = 0; i < 16; ++i)
+            m[i] = static_cast<T>(numbers[i]);
+    }
+};
+
+/// The elements of general matrices, as they are handed over one by one.
+template <typename T>
+std::vector<SixteenValues<T>> ManyValues()
+{
+    return Build(GeneralMatrices(1), 16, [](double const* m) { return SixteenValues<T>(m); });
+}
+
+template <typename T>
 struct RotationArgument
 {
     T point[3], direction[3], angle;
@@ -171,6 +190,12 @@ inline std::vector<double> UnitVectors(std::uint32_t seed, std::size_t count)
         v[2] /= length;
     }
     return numbers;
+}
+
+/// Offsets of translations, one for each matrix.
+inline std::vector<double> Offsets()
+{
+    return Vectors(15, MATRIX_COUNT);
 }
 
 /// Indices 0, 1 and 2 in no order.

@@ -91,6 +91,10 @@ void AddMatrices()
     AddMap(Name<T>("matrix/product rotation left", LIBRARY), product, rotations, general);
     AddMap(Name<T>("matrix/product rotation right", LIBRARY), product, general, rotations);
     AddMap(Name<T>("matrix/product rotations", LIBRARY), product, rotations, Make<T>(RotationMatrices(5)));
+    AddMap(
+        Name<T>("matrix/product by a translation", LIBRARY),
+        [](Matrix<T> const& m, Vector3<T> const& offset) { return glm::translate(m, offset); }, general,
+        MakeVectors<T>(Offsets()));
     AddUpdate(
         Name<T>("matrix/product in place", LIBRARY), [](Matrix<T>& a, Matrix<T> const& b) { a *= b; }, general,
         Make<T>(ReflectionMatrices(6)));
@@ -119,6 +123,15 @@ void AddMatrices()
     AddMap(Name<T>("matrix/== of equal", LIBRARY), equal, general, general);
     AddMap(Name<T>("matrix/== first differs", LIBRARY), equal, general, Make<T>(WithOtherFirst(GeneralMatrices(1))));
 
+    AddMap(
+        Name<T>("matrix/of sixteen values", LIBRARY),
+        [](SixteenValues<T> const& v)
+        {
+            auto const& m = v.m;
+            return Matrix<T>(m[0], m[1], m[2], m[3], m[4], m[5], m[6], m[7], m[8], m[9], m[10], m[11], m[12], m[13],
+                             m[14], m[15]);
+        },
+        ManyValues<T>());
     AddMap(
         Name<T>("matrix/RotateAxis", LIBRARY),
         [](RotationArgument<T> const& r)

@@ -26,6 +26,8 @@ template <typename T>
 using Vector = Eigen::Matrix<T, 3, 1>;
 template <typename T>
 using Isometry = Eigen::Transform<T, 3, Eigen::Isometry>;
+template <typename T>
+using Projective = Eigen::Transform<T, 3, Eigen::Projective>;
 
 template <typename T>
 std::vector<Matrix<T>> Make(std::vector<double> const& numbers)
@@ -38,6 +40,15 @@ std::vector<Matrix<T>> Make(std::vector<double> const& numbers)
                          matrix(i / 4, i % 4) = static_cast<T>(m[i]);
                      return matrix;
                  });
+}
+
+template <typename T>
+std::vector<Projective<T>> MakeProjective(std::vector<double> const& numbers)
+{
+    std::vector<Projective<T>> transforms;
+    for (Matrix<T> const& matrix : Make<T>(numbers))
+        transforms.emplace_back(matrix);
+    return transforms;
 }
 
 template <typename T>
@@ -79,6 +90,12 @@ void Add()
         Name<T>("matrix/product rotations", LIBRARY),
         [](Isometry<T> const& a, Isometry<T> const& b) -> Isometry<T> { return a * b; }, rotations,
         MakeIsometries<T>(RotationMatrices(5)));
+    AddMap(
+        Name<T>("matrix/product by a translation", LIBRARY),
+        [](Projective<T> const& m, Vector<T> const& offset) -> Projective<T>
+        { return m * Eigen::Translation<T, 3>(offset); },
+        MakeProjective<T>(GeneralMatrices(1)),
+        Build(Offsets(), 3, [](double const* v) { return Vector<T>(T(v[0]), T(v[1]), T(v[2])); }));
     AddUpdate(
         Name<T>("matrix/product in place", LIBRARY), [](Matrix<T>& a, Matrix<T> const& b) { a *= b; }, general,
         Make<T>(ReflectionMatrices(6)));
@@ -102,6 +119,17 @@ void Add()
     AddMap(Name<T>("matrix/== of equal", LIBRARY), equal, general, general);
     AddMap(Name<T>("matrix/== first differs", LIBRARY), equal, general, Make<T>(WithOtherFirst(GeneralMatrices(1))));
 
+    AddMap(
+        Name<T>("matrix/of sixteen values", LIBRARY),
+        [](SixteenValues<T> const& v)
+        {
+            auto const& m = v.m;
+            Matrix<T> result;
+            result << m[0], m[1], m[2], m[3], m[4], m[5], m[6], m[7], m[8], m[9], m[10], m[11], m[12], m[13], m[14],
+                m[15];
+            return result;
+        },
+        ManyValues<T>());
     AddMap(
         Name<T>("matrix/RotateAxis", LIBRARY),
         [](RotationArgument<T> const& r)
@@ -176,6 +204,14 @@ void Add()
     AddMap(Name<T>("matrix/product rotation left", LIBRARY), product, rotations, general);
     AddMap(Name<T>("matrix/product rotation right", LIBRARY), product, general, rotations);
     AddMap(Name<T>("matrix/product rotations", LIBRARY), product, rotations, Make<T>(RotationMatrices(5)));
+    AddMap(
+        Name<T>("matrix/product by a translation", LIBRARY),
+        [](Matrix<T> m, Vector<T> const& offset)
+        {
+            m.translate(offset);
+            return m;
+        },
+        general, Build(Offsets(), 3, [](double const* v) { return Vector<T>(T(v[0]), T(v[1]), T(v[2])); }));
     AddUpdate(
         Name<T>("matrix/product in place", LIBRARY), [](Matrix<T>& a, Matrix<T> const& b) { a = b * a; }, general,
         Make<T>(ReflectionMatrices(6)));
@@ -199,6 +235,15 @@ void Add()
     AddMap(Name<T>("matrix/== of equal", LIBRARY), equal, general, general);
     AddMap(Name<T>("matrix/== first differs", LIBRARY), equal, general, Make<T>(WithOtherFirst(GeneralMatrices(1))));
 
+    AddMap(
+        Name<T>("matrix/of sixteen values", LIBRARY),
+        [](SixteenValues<T> const& v)
+        {
+            auto const& m = v.m;
+            return Matrix<T>(m[0], m[1], m[2], m[3], m[4], m[5], m[6], m[7], m[8], m[9], m[10], m[11], m[12], m[13],
+                             m[14], m[15]);
+        },
+        ManyValues<T>());
     AddMap(
         Name<T>("matrix/RotateAxis", LIBRARY),
         [](RotationArgument<T> const& r)
@@ -233,6 +278,11 @@ struct Matrix
 
     /// cglm's functions take their operands as arrays that are not constant.
     vec4* Get() const { return const_cast<vec4*>(m); }
+};
+
+struct Offset
+{
+    vec3 v;
 };
 
 std::vector<Matrix> Make(std::vector<double> const& numbers)
@@ -293,6 +343,19 @@ void Add()
             return result;
         },
         rotations, Make(RotationMatrices(5)));
+    AddMap(
+        Name<float>("matrix/product by a translation", LIBRARY),
+        [](Matrix const& m, Offset const& offset)
+        {
+            Matrix result;
+            glm_translate_to(m.Get(), const_cast<float*>(offset.v), result.m);
+            return result;
+        },
+        general,
+        Build(Offsets(), 3,
+              [](double const* v) {
+                  return Offset{{float(v[0]), float(v[1]), float(v[2])}};
+              }));
     AddUpdate(
         Name<float>("matrix/product in place", LIBRARY),
         [](Matrix& a, Matrix const& b) { glm_mat4_mul(a.m, b.Get(), a.m); }, general, Make(ReflectionMatrices(6)));
@@ -348,6 +411,17 @@ void Add()
     AddMap(Name<float>("matrix/== of equal", LIBRARY), equal, general, general);
     AddMap(Name<float>("matrix/== first differs", LIBRARY), equal, general, Make(WithOtherFirst(GeneralMatrices(1))));
 
+    AddMap(
+        Name<float>("matrix/of sixteen values", LIBRARY),
+        [](SixteenValues<float> const& v)
+        {
+            auto const& m = v.m;
+            return Matrix{{{m[0], m[1], m[2], m[3]},
+                           {m[4], m[5], m[6], m[7]},
+                           {m[8], m[9], m[10], m[11]},
+                           {m[12], m[13], m[14], m[15]}}};
+        },
+        ManyValues<float>());
     AddMap(
         Name<float>("matrix/RotateAxis", LIBRARY),
         [](RotationArgument<float> const& r)

@@ -87,16 +87,6 @@ void tMatrix4<T>::CheckView(T left, T right, T bottom, T top, T nearPlane, T far
 }
 
 template <typename T>
-tMatrix4<T>::tMatrix4(T m11, T m12, T m13, T m14, T m21, T m22, T m23, T m24, T m31, T m32, T m33, T m34, T m41, T m42,
-                      T m43, T m44) noexcept
-    : tMatrix4(Rows{Four<T>(m11, m12, m13, m14), Four<T>(m21, m22, m23, m24), Four<T>(m31, m32, m33, m34),
-                    Four<T>(m41, m42, m43, m44)},
-               GENERAL)
-{
-    SetState();
-}
-
-template <typename T>
 tMatrix4<T>::tMatrix4(T const* values, State known) noexcept : state{known}
 {
     InitMemory();
@@ -278,22 +268,6 @@ template <typename T>
 tMatrix4<T> tMatrix4<T>::Scale(tVector3<T> const& factors) noexcept
 {
     return tMatrix4(detail::DiagonalRows(factors.x, factors.y, factors.z, T{1}), DIAGONAL);
-}
-
-template <typename T>
-tMatrix4<T> tMatrix4<T>::Translate(tVector3<T> const& offset) noexcept
-{
-    if (offset == tVector3<T>())
-        return tMatrix4();
-    return Translate(offset.x, offset.y, offset.z);
-}
-
-template <typename T>
-tMatrix4<T> tMatrix4<T>::Translate(T x, T y, T z) noexcept
-{
-    return tMatrix4(Rows{Four<T>(T{1}, T{0}, T{0}, x), Four<T>(T{0}, T{1}, T{0}, y), Four<T>(T{0}, T{0}, T{1}, z),
-                         Four<T>(T{0}, T{0}, T{0}, T{1})},
-                    GENERAL);
 }
 
 template <typename T>

@@ -94,8 +94,8 @@ public:
     /// The identity, in state IDENTITY.
     tMatrix4() noexcept;
     /// The matrix of these elements, row by row, classified from them.
-    tMatrix4(T m11, T m12, T m13, T m14, T m21, T m22, T m23, T m24, T m31, T m32, T m33, T m34, T m41, T m42, T m43,
-             T m44) noexcept;
+    [[gnu::always_inline]] tMatrix4(T m11, T m12, T m13, T m14, T m21, T m22, T m23, T m24, T m31, T m32, T m33, T m34,
+                                    T m41, T m42, T m43, T m44) noexcept;
     /// Reads sixteen consecutive elements, row by row, and classifies them. The pointer must not be null; the alignment
     /// of its type is enough.
     tMatrix4(T const* values) noexcept;
@@ -147,9 +147,9 @@ public:
     /// Scaling by a factor for each axis, in state DIAGONAL, for factors 1, too.
     [[nodiscard]] static tMatrix4 Scale(tVector3<T> const& factors) noexcept;
     /// Translation, in state GENERAL; the identity for an offset that IsEqual() to 0 in every component.
-    [[nodiscard]] static tMatrix4 Translate(tVector3<T> const& offset) noexcept;
+    [[nodiscard, gnu::always_inline]] static tMatrix4 Translate(tVector3<T> const& offset) noexcept;
     /// Translation, in state GENERAL, by 0, too.
-    [[nodiscard]] static tMatrix4 Translate(T x, T y, T z) noexcept;
+    [[nodiscard, gnu::always_inline]] static tMatrix4 Translate(T x, T y, T z) noexcept;
     /// Parallel projection of a box onto the cube from -1 to 1, looking down -z, in state GENERAL.
     ///
     /// @param left,right,bottom,top the sides of the box.
@@ -333,6 +333,13 @@ private:
         state = known;
         elements = aligned; // last: nothing that follows can then be taken for a change of it
     }
+    /// Rows and what is known of them, in the same way.
+    template <typename Known>
+    requires std::is_same_v<Known, State>
+    [[gnu::always_inline]] explicit tMatrix4(detail::tClassified<T, Known> const& result) noexcept
+        : tMatrix4(result.rows, result.state)
+    {
+    }
     [[nodiscard, gnu::always_inline]] static tMatrix4 Make(Result const& result) noexcept
     {
         return tMatrix4(result.rows, result.state);
@@ -425,6 +432,14 @@ inline typename tMatrix4<T>::State tMatrix4<T>::Classify(Rows const& rows) noexc
 
 template <typename T>
 inline tMatrix4<T>::tMatrix4() noexcept : tMatrix4(detail::DiagonalRows(T{1}, T{1}, T{1}, T{1}), IDENTITY)
+{
+}
+
+template <typename T>
+inline tMatrix4<T>::tMatrix4(T m11, T m12, T m13, T m14, T m21, T m22, T m23, T m24, T m31, T m32, T m33, T m34, T m41,
+                             T m42, T m43, T m44) noexcept
+    : tMatrix4(Classified({detail::Four(m11, m12, m13, m14), detail::Four(m21, m22, m23, m24),
+                           detail::Four(m31, m32, m33, m34), detail::Four(m41, m42, m43, m44)}))
 {
 }
 
@@ -647,6 +662,18 @@ inline tMatrix4<T> tMatrix4<T>::Inverted() const
                 : state == DIAGONAL  ? Result{InverseOfDiagonal(INVERTED_DIAGONAL), DIAGONAL}
                 : state == IDENTITY  ? Result{Load(), IDENTITY}
                                      : Result{InverseOfGeneral(INVERTED_GENERAL), GENERAL});
+}
+
+template <typename T>
+inline tMatrix4<T> tMatrix4<T>::Translate(tVector3<T> const& offset) noexcept
+{
+    return offset == tVector3<T>() ? tMatrix4() : Translate(offset.x, offset.y, offset.z);
+}
+
+template <typename T>
+inline tMatrix4<T> tMatrix4<T>::Translate(T x, T y, T z) noexcept
+{
+    return tMatrix4(detail::TranslationRows(x, y, z), GENERAL);
 }
 
 template <typename T>

@@ -55,6 +55,15 @@ template <typename T>
             Four(zero, zero, zero, m44)};
 }
 
+/// The identity with an offset in its fourth column.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline tRows<T> TranslationRows(T x, T y, T z) noexcept
+{
+    T const zero{0};
+    T const one{1};
+    return {Four(one, zero, zero, x), Four(zero, one, zero, y), Four(zero, zero, one, z), Four(zero, zero, zero, one)};
+}
+
 /// The diagonal of the matrix at an address.
 template <typename T>
 [[nodiscard, gnu::always_inline]] inline tFour<T> DiagonalOf(T const* m) noexcept

@@ -548,7 +548,8 @@ inline tMatrix4<T>& tMatrix4<T>::operator*=(tMatrix4 const& other) noexcept
     {
         T* const to = elements;
         if (AreRotations(state, other.state))
-            detail::StoreRows(detail::RotationProduct<T>(to, other.elements), to);
+            detail::StoreRows(detail::RotationProduct(static_cast<T const*>(to), static_cast<T const*>(other.elements)),
+                              to);
         else
         {
             Rows const product = detail::Product(static_cast<T const*>(to), static_cast<T const*>(other.elements));

@@ -215,6 +215,19 @@ template <typename T>
     return WithoutFourth(tRows<T>{Combine(left, rows), Combine(left + 4, rows), row3, row3});
 }
 
+#if defined __AVX__
+
+[[nodiscard, gnu::always_inline]] inline tRows<float> RotationProduct(float const* left, float const* right) noexcept
+{
+    TwoRows const zeros{};
+    TwoRows const upper = __builtin_shufflevector(CombineTwo(left, right), zeros, 0, 1, 2, 11, 4, 5, 6, 15);
+    tFour<float> const row3 = Combine(left + 8, LoadRows(right));
+    return {__builtin_shufflevector(upper, upper, 0, 1, 2, 3), SecondOf(upper),
+            Choose<0, 1, 2, 7>(row3, tFour<float>{}), Four(0.0F, 0.0F, 0.0F, 1.0F)};
+}
+
+#endif
+
 /// @}
 
 /// @name Transposes

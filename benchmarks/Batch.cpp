@@ -85,7 +85,7 @@ void AddGeometry(std::size_t count)
            [=]
            {
                tVolumeAABB<T> box;
-               Expand(box, *shared);
+               ExpandBox(box, *shared);
                benchmark::DoNotOptimize(box);
            });
     AddRun(Name<T>("batch/grow a box" + size, "BvBaseUtils' single form"), count,
@@ -108,7 +108,7 @@ void AddFrustumRows()
         Build(SceneBoxes(), 6, [&](double const* n) { return tVolumeAABB<T>(vector(n), vector(n + 3)); });
     tFrustum<T> const frustum(tMatrix4<T>(MainView().projection.data()));
     AddBoth<Result, T>(
-        "classify boxes", boxes, [=](auto in, auto out) { ClassifyAABBs(frustum, in, out); },
+        "classify boxes", boxes, [=](auto in, auto out) { ClassifyBoxes(frustum, in, out); },
         [=](auto const& box) { return frustum.ContainsAABB(box); });
 }
 
@@ -124,15 +124,15 @@ void AddNoiseRows()
                   return tVector3<float>(static_cast<float>(n[0]), static_cast<float>(n[1]), static_cast<float>(n[2]));
               });
     AddBoth<float, float>(
-        "Noise1", lines, [](auto in, auto out) { Noise1(in, out); }, [](float x) { return Noise1(x); });
+        "Noise1", lines, [](auto in, auto out) { EvaluateNoise1(in, out); }, [](float x) { return Noise1(x); });
     AddBoth<float, float>(
-        "Noise2", planes, [](auto in, auto out) { Noise2(in, out); }, [](auto const& p) { return Noise2(p); });
+        "Noise2", planes, [](auto in, auto out) { EvaluateNoise2(in, out); }, [](auto const& p) { return Noise2(p); });
     AddBoth<float, float>(
-        "Noise3", spaces, [](auto in, auto out) { Noise3(in, out); }, [](auto const& p) { return Noise3(p); });
+        "Noise3", spaces, [](auto in, auto out) { EvaluateNoise3(in, out); }, [](auto const& p) { return Noise3(p); });
     for (unsigned int const octaves : {4U, 8U})
         AddBoth<float, float>(
             "Turbulence3 " + std::to_string(octaves) + " octaves", spaces,
-            [=](auto in, auto out) { Turbulence3(in, octaves, out); },
+            [=](auto in, auto out) { EvaluateTurbulence3(in, octaves, out); },
             [=](auto const& p) { return Turbulence3(p, octaves); });
     // The library takes the widest registers that there are; what it does on a processor without them is of interest,
     // too.

@@ -137,7 +137,7 @@ TEST(ThreadsTest, ManyThreadsAskForTheFirstBatch)
     auto const makeNoise = [&]
     {
         std::vector<float> values(points.size());
-        Noise3(points, values);
+        EvaluateNoise3(points, values);
         return values;
     };
     ExpectTheSameInEveryThread(makeNoise);

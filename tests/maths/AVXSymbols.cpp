@@ -240,16 +240,18 @@ bool UseDifferential(Differential& a, Differential const& b, Vector const& v, T 
     return a.GetRadius() > x && a.IsNull() && a.IsInfinite();
 }
 
-void UseNoiseBatch(std::span<float> values, std::span<tVector2<float> const> two,
-                   std::span<tVector3<float> const> three, RNGenerator& generator)
+void UseNoiseBatch(std::span<float> values, std::span<tVector2<float>> two, std::span<tVector3<float>> three,
+                   RNGenerator& generator)
 {
-    Noise1(values, values);
-    Noise2(two, values);
-    Noise3(three, values);
-    Turbulence1(values, 2, values);
-    Turbulence2(two, 2, values);
-    Turbulence3(three, 2, values);
+    EvaluateNoise1(values, values);
+    EvaluateNoise2(two, values);
+    EvaluateNoise3(three, values);
+    EvaluateTurbulence1(values, 2, values);
+    EvaluateTurbulence2(two, 2, values);
+    EvaluateTurbulence3(three, 2, values);
     GetFloats(generator, values);
+    GetVectors2D(generator, two);
+    GetVectors3D(generator, three);
 }
 
 /// What tuples have in all four instances.
@@ -421,8 +423,41 @@ struct OfPrecisions
     {
         TransformPoints(matrix, points, points);
         TransformDirections(matrix, points, points);
-        Expand(box, points);
-        ClassifyAABBs(frustum, boxes, results);
+        ExpandBox(box, points);
+        ClassifyBoxes(frustum, boxes, results);
+    }
+
+    static std::size_t MoreBatches(tMatrix4<T> const& matrix, std::span<tVector3<T>> points, std::span<T> numbers,
+                                   std::span<tMatrix4<T>> matrices, BitSpan bits)
+    {
+        TransformPointsAffinely(matrix, points, points);
+        TransformPointsToClip(matrix, points, points, numbers);
+        NormaliseVectors(points, points);
+        InvertMatrices(matrices, matrices);
+        ComputeNormalMatrices(matrices, matrices);
+        MultiplyMatrices(matrix, matrices, matrices);
+        MultiplyMatrices(matrices, matrices, matrices);
+        tExtremes<T> const ends = FindExtremes(tVectorView<T const>(points).GetAxis(1));
+        return TryTransformPoints(matrix, points, points, bits) + CompareNumbers(numbers, numbers, bits) +
+               static_cast<std::size_t>(ends.max > ends.min);
+    }
+
+    static std::size_t ShapeBatches(tFrustum<T> const& frustum, tMatrix4<T> const& matrix,
+                                    std::span<tVolumeAABB<T>> boxes, std::span<tVolumeSphere<T>> spheres,
+                                    std::span<tRay<T>> rays, std::span<T> numbers, BitSpan bits)
+    {
+        std::vector<std::uint32_t> indices(boxes.size());
+        std::vector<std::uint8_t> planes(boxes.size());
+        std::vector<typename tFrustum<T>::IntersectionResult> results(boxes.size());
+        TransformBoxes(matrix, boxes, boxes);
+        ClassifyBoxesByPlane(frustum, PLANES_ALL, boxes, planes);
+        ClassifySpheres(frustum, spheres, std::span(results));
+        tBoxView<T const> const view(boxes);
+        return FindVisibleBoxes(frustum, view, bits) + ListVisibleBoxes(frustum, boxes, indices) +
+               FindVisibleSpheres(frustum, spheres, bits) + ListVisibleSpheres(frustum, spheres, indices) +
+               FindPointsInside(boxes[0], true, view.GetMin(), bits) + ClipBoxes(rays[0], 0, 1, boxes, numbers, bits) +
+               ClipRays(tRayView<T const>(rays), spheres[0], numbers, numbers, bits) +
+               ClipSpheres(rays[0], spheres, numbers, numbers, bits);
     }
 
     static void Conversions(tAreaAABB<T>& area, tAreaAABB<Other> const& otherArea, tVolumeAABB<T>& volume,

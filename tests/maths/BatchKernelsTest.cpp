@@ -3,6 +3,7 @@
 
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -25,7 +26,7 @@ using bv::test::SpecialPoints;
 namespace
 {
 
-constexpr std::size_t COUNT = 1000;
+constexpr std::size_t COUNT = 1008; // a multiple of what every register holds
 
 /// A part of each set of loops that this processor can run, by the set's name.
 template <typename Part>
@@ -52,6 +53,91 @@ void ExpectNearlyAll(std::size_t done, std::size_t count)
     EXPECT_GT(done + 16, count);
 }
 
+/// The components of vectors, each in an array of its own.
+template <typename T>
+struct Separate
+{
+    std::vector<T> x, y, z;
+
+    explicit Separate(std::vector<tVector3<T>> const& vectors)
+    {
+        for (tVector3<T> const& vector : vectors)
+        {
+            x.push_back(vector.x);
+            y.push_back(vector.y);
+            z.push_back(vector.z);
+        }
+    }
+    tVector3<T> operator[](std::size_t i) const { return {x[i], y[i], z[i]}; }
+};
+
+template <typename T>
+void Read(Streams<T>& streams, std::vector<tVector3<T>> const& vectors)
+{
+    streams.inStep = 3;
+    streams.in[0] = &vectors[0].x;
+    streams.in[1] = &vectors[0].y;
+    streams.in[2] = &vectors[0].z;
+}
+template <typename T>
+void Read(Streams<T>& streams, Separate<T> const& vectors)
+{
+    streams.inStep = 1;
+    streams.in[0] = vectors.x.data();
+    streams.in[1] = vectors.y.data();
+    streams.in[2] = vectors.z.data();
+}
+template <typename T>
+void Write(Streams<T>& streams, std::vector<tVector3<T>>& vectors)
+{
+    streams.outStep = 3;
+    streams.out[0] = &vectors[0].x;
+    streams.out[1] = &vectors[0].y;
+    streams.out[2] = &vectors[0].z;
+}
+template <typename T>
+void Write(Streams<T>& streams, Separate<T>& vectors)
+{
+    streams.outStep = 1;
+    streams.out[0] = vectors.x.data();
+    streams.out[1] = vectors.y.data();
+    streams.out[2] = vectors.z.data();
+}
+
+/// Has a loop read and write vectors.
+template <typename In, typename Out, typename T>
+std::size_t Run(Loop<T> loop, T const* constants, unsigned int options, In const& in, Out& out, std::size_t count)
+{
+    Streams<T> streams{};
+    Read(streams, in);
+    Write(streams, out);
+    return loop(constants, options, streams, count);
+}
+
+/// Runs a loop over vectors in each layout that it may find them in, and compares what it gives with a single form.
+template <typename T, typename Single>
+void ExpectVectors(Loop<T> loop, T const* constants, unsigned int options, std::vector<tVector3<T>> const& in,
+                   Single single)
+{
+    std::vector<tVector3<T>> results(in.size());
+    Separate<T> const apart(in);
+    Separate<T> resultsApart(results);
+    Separate<T> mixed(results);
+    std::vector<tVector3<T>> inPlace = in;
+    EXPECT_EQ(Run(loop, constants, options, in, results, in.size()), in.size());
+    EXPECT_EQ(Run(loop, constants, options, apart, resultsApart, in.size()), in.size());
+    EXPECT_EQ(Run(loop, constants, options, in, mixed, in.size()), in.size());
+    EXPECT_EQ(Run(loop, constants, options, inPlace, inPlace, in.size()), in.size());
+    for (std::size_t i = 0; i < in.size(); ++i)
+    {
+        tVector3<T> const expected = single(in[i]);
+        ExpectSameBits(results[i], expected);
+        ExpectSameBits(resultsApart[i], expected);
+        ExpectSameBits(mixed[i], expected);
+        ExpectSameBits(inPlace[i], expected);
+    }
+}
+
 TYPED_TEST(BatchKernelsTest, PointsAreProjectedAsBySingleForm)
 {
     using T = TypeParam;
@@ -60,12 +146,8 @@ TYPED_TEST(BatchKernelsTest, PointsAreProjectedAsBySingleForm)
         SCOPED_TRACE(name);
         std::mt19937 generator(1);
         auto const matrix = RandomMatrix<T>(generator);
-        auto const points = RandomPoints<T>(generator, COUNT, 1, 10);
-        std::vector<tVector3<T>> results(COUNT);
-        std::size_t const done = geometry.project(matrix.Get(), points.data(), results.data(), COUNT);
-        ExpectNearlyAll(done, COUNT);
-        for (std::size_t i = 0; i < COUNT; ++i)
-            ExpectSameBits(results[i], i < done ? points[i].Transformed(matrix) : tVector3<T>());
+        ExpectVectors(geometry.project, matrix.Get(), 0, RandomPoints<T>(generator, COUNT, 1, 10),
+                      [&](tVector3<T> const& point) { return point.Transformed(matrix); });
     }
 }
 
@@ -82,9 +164,16 @@ TYPED_TEST(BatchKernelsTest, ProjectionStopsInFrontOfTheVectorThatHoldsAPointTha
             auto points = RandomPoints<T>(generator, 48, 1, 10);
             points[bad].z = 0;
             std::vector<tVector3<T>> results(48);
-            std::size_t const done = geometry.project(matrix.Get(), points.data(), results.data(), 48);
+            std::size_t const done = Run(geometry.project, matrix.Get(), 0, points, results, 48);
             EXPECT_LE(done, bad);
             EXPECT_GT(done + 16, bad);
+            std::uint64_t undivided = 0;
+            Streams<T> streams{};
+            Read(streams, points);
+            Write(streams, results);
+            streams.bits = &undivided;
+            EXPECT_EQ(geometry.project(matrix.Get(), 0, streams, 48), 48U);
+            EXPECT_EQ(undivided, std::uint64_t{1} << bad);
         }
     }
 }
@@ -100,17 +189,16 @@ TYPED_TEST(BatchKernelsTest, DirectionsAreRotatedAndNormalisedAsBySingleForm)
         auto directions = RandomPoints<T>(generator, COUNT, -10, 10);
         for (std::size_t i = 0; i < COUNT; i += 1 + i % 5)
             directions[i].Normalise();
-        std::vector<tVector3<T>> results(COUNT);
-        std::size_t const done = geometry.rotate(rotation.Get(), true, directions.data(), results.data(), COUNT);
-        ExpectNearlyAll(done, COUNT);
-        for (std::size_t i = 0; i < done; ++i)
-            ExpectSameBits(results[i], directions[i].TransformedAsVector(rotation));
+        ExpectVectors(geometry.rotate, rotation.Get(), 1, directions,
+                      [&](tVector3<T> const& direction) { return direction.TransformedAsVector(rotation); });
 
         auto const general = RandomMatrix<T>(generator);
-        auto const special = SpecialPoints<T>();
-        geometry.rotate(general.Get(), false, special.data(), results.data(), COUNT);
-        for (std::size_t i = 0; i < done; ++i)
-            ExpectSameBits(results[i], special[i].TransformedAsVector(general));
+        auto special = SpecialPoints<T>();
+        special.resize(special.size() / GRANULE * GRANULE);
+        ExpectVectors(geometry.rotate, general.Get(), 0, special,
+                      [&](tVector3<T> const& direction) { return direction.TransformedAsVector(general); });
+        ExpectVectors<T>(geometry.normalise, nullptr, 0, special,
+                         [&](tVector3<T> const& vector) { return vector.Normalised(); });
     }
 }
 
@@ -122,23 +210,31 @@ TYPED_TEST(BatchKernelsTest, ABoxGrowsAsByOnePointAfterTheOther)
         {
             SCOPED_TRACE(name);
             std::mt19937 generator(static_cast<unsigned int>(first));
-            auto points = RandomPoints<T>(generator, 100, T(-1), T(1));
+            auto points = RandomPoints<T>(generator, 96, T(-1), T(1));
             for (std::size_t i = 0; i < 30; ++i) // zeros of both signs are the highest and the lowest values
             {
-                auto& point = points[generator() % 100];
+                auto& point = points[generator() % 96];
                 point.x = generator() % 2 == 0 ? T(0) : T(-0.0);
                 point.y = std::abs(point.y);
                 point.z = -std::abs(point.z);
             }
+            tVolumeAABB<T> const empty;
             tVolumeAABB<T> expected;
-            T lower[] = {expected.GetMin().x, expected.GetMin().y, expected.GetMin().z};
-            T upper[] = {expected.GetMax().x, expected.GetMax().y, expected.GetMax().z};
-            std::size_t const done = geometry.grow(lower, upper, points.data(), 100);
-            ExpectNearlyAll(done, 100);
-            for (std::size_t i = 0; i < done; ++i)
-                expected.Expand(points[i]);
-            ExpectSameBits(tVector3<T>(lower), expected.GetMin());
-            ExpectSameBits(tVector3<T>(upper), expected.GetMax());
+            for (tVector3<T> const& point : points)
+                expected.Expand(point);
+            auto const expectGrown = [&, &grow = geometry.grow](auto const& in)
+            {
+                T ends[] = {empty.GetMin().x, empty.GetMin().y, empty.GetMin().z,
+                            empty.GetMax().x, empty.GetMax().y, empty.GetMax().z};
+                Streams<T> streams{};
+                Read(streams, in);
+                streams.ends = ends;
+                EXPECT_EQ(grow(nullptr, 0, streams, 96), 96U);
+                ExpectSameBits(tVector3<T>(ends), expected.GetMin());
+                ExpectSameBits(tVector3<T>(ends + 3), expected.GetMax());
+            };
+            expectGrown(points);
+            expectGrown(Separate<T>(points));
         }
 }
 
@@ -149,23 +245,29 @@ TYPED_TEST(BatchKernelsTest, AnEndOfABoxThatIsZeroKeepsItsSign)
         for (T const zero : {T(0), T(-0.0)})
         {
             SCOPED_TRACE(name);
-            std::vector<tVector3<T>> const points(100, tVector3<T>(-zero, -zero, -zero));
-            T lower[] = {zero, zero, T(-1)};
-            T upper[] = {zero, T(1), zero};
-            ExpectNearlyAll(geometry.grow(lower, upper, points.data(), 100), 100);
-            ExpectSameBits(tVector3<T>(lower), tVector3<T>(zero, zero, T(-1)));
-            ExpectSameBits(tVector3<T>(upper), tVector3<T>(zero, T(1), zero));
+            std::vector<tVector3<T>> const points(96, tVector3<T>(-zero, -zero, -zero));
+            auto const expectKept = [&, &grow = geometry.grow](auto const& in)
+            {
+                T ends[] = {zero, zero, T(-1), zero, T(1), zero};
+                Streams<T> streams{};
+                Read(streams, in);
+                streams.ends = ends;
+                EXPECT_EQ(grow(nullptr, 0, streams, 96), 96U);
+                ExpectSameBits(tVector3<T>(ends), tVector3<T>(zero, zero, T(-1)));
+                ExpectSameBits(tVector3<T>(ends + 3), tVector3<T>(zero, T(1), zero));
+            };
+            expectKept(points);
+            expectKept(Separate<T>(points));
         }
 }
 
-TYPED_TEST(BatchKernelsTest, BoxesAreClassifiedAsBySingleForm)
+TYPED_TEST(BatchKernelsTest, BoxesAreMovedAndClassifiedAsBySingleForm)
 {
     using T = TypeParam;
     for (auto const& [name, geometry] : Sets<GeometryKernels<T>>())
     {
         SCOPED_TRACE(name);
         std::mt19937 generator(5);
-        tFrustum<T> const frustum(tMatrix4<T>::PerspectiveProjection(-1, 1, -1, 1, 1, 25));
         auto const corners = RandomPoints<T>(generator, 2 * COUNT, -30, 30);
         std::vector<tVolumeAABB<T>> boxes(COUNT);
         for (std::size_t i = 0; i < COUNT; ++i)
@@ -173,23 +275,40 @@ TYPED_TEST(BatchKernelsTest, BoxesAreClassifiedAsBySingleForm)
             boxes[i].Expand(corners[2 * i]);
             boxes[i].Expand(corners[2 * i] + corners[2 * i + 1] * T(0.2));
         }
+        Streams<T> streams{};
+        streams.inStep = streams.outStep = 6;
+        std::vector<tVolumeAABB<T>> moved(COUNT);
+        for (std::size_t i = 0; i < 6; ++i)
+        {
+            streams.in[i] = &boxes[0].GetMin().x + i;
+            streams.out[i] = &moved[0].GetMin().x + i;
+        }
+        tFrustum<T> const frustum(tMatrix4<T>::PerspectiveProjection(-1, 1, -1, 1, 1, 25));
         T planes[24];
         T* next = planes;
         for (tPlane<T> const& plane : {frustum.GetLeftPlane(), frustum.GetRightPlane(), frustum.GetTopPlane(),
                                        frustum.GetBottomPlane(), frustum.GetFarPlane(), frustum.GetNearPlane()})
             for (T const value : {plane.GetNormal().x, plane.GetNormal().y, plane.GetNormal().z, plane.GetOffset()})
                 *next++ = value;
-        std::vector<typename tFrustum<T>::IntersectionResult> results(COUNT);
-        std::size_t const done = geometry.classify(planes, boxes.data(), results.data(), COUNT);
-        ExpectNearlyAll(done, COUNT);
+        std::vector<std::uint32_t> results(COUNT);
+        streams.codes = results.data();
+        EXPECT_EQ(geometry.classify(planes, 63, streams, COUNT), COUNT);
         std::size_t counts[3] = {};
-        for (std::size_t i = 0; i < done; ++i)
+        for (std::size_t i = 0; i < COUNT; ++i)
         {
             EXPECT_EQ(results[i], frustum.ContainsAABB(boxes[i])) << i;
             ++counts[results[i]];
         }
         for (std::size_t const count : counts)
             EXPECT_GT(count, 10U);
+
+        auto const matrix = RandomMatrix<T>(generator);
+        EXPECT_EQ(geometry.moveBoxes(matrix.Get(), 0, streams, COUNT), COUNT);
+        for (std::size_t i = 0; i < COUNT; ++i)
+        {
+            ExpectSameBits(moved[i].GetMin(), (boxes[i] * matrix).GetMin());
+            ExpectSameBits(moved[i].GetMax(), (boxes[i] * matrix).GetMax());
+        }
     }
 }
 

@@ -293,10 +293,10 @@ TYPED_TEST(BatchTest, BoxesMayLieAtAnyAddress)
     for (std::size_t first = 0; first < 5; ++first)
     {
         std::vector<typename tFrustum<T>::IntersectionResult> results(53);
-        ClassifyAABBs(frustum, std::span(boxes).subspan(first, 50), std::span(results).subspan(first % 3, 50));
+        ClassifyBoxes(frustum, std::span(boxes).subspan(first, 50), std::span(results).subspan(first % 3, 50));
         tVolumeAABB<T> grown;
         tVolumeAABB<T> expected;
-        Expand(grown, std::span(points).subspan(first, 50));
+        ExpandBox(grown, std::span(points).subspan(first, 50));
         for (std::size_t i = 0; i < 50; ++i)
         {
             EXPECT_EQ(results[first % 3 + i], frustum.ContainsAABB(boxes[first + i]));
@@ -321,7 +321,7 @@ TYPED_TEST(BatchTest, ABoxGrowsAsByOnePointAfterTheOther)
             tVolumeAABB<T> box = expected;
             for (tVector3<T> const& point : points)
                 expected.Expand(point);
-            Expand(box, points);
+            ExpandBox(box, points);
             ExpectSameBits(box.GetMin(), expected.GetMin());
             ExpectSameBits(box.GetMax(), expected.GetMax());
         }
@@ -345,7 +345,7 @@ TYPED_TEST(BatchTest, OfZerosOfBothSignsTheFirstCountsForABox)
         tVolumeAABB<T> box = expected;
         for (tVector3<T> const& point : points)
             expected.Expand(point);
-        Expand(box, points);
+        ExpandBox(box, points);
         ExpectSameBits(box.GetMin(), expected.GetMin());
         ExpectSameBits(box.GetMax(), expected.GetMax());
     }
@@ -363,7 +363,7 @@ TYPED_TEST(BatchTest, NotANumberMovesNoFaceAndStaysInABoxThatHasIt)
         tVolumeAABB<T> box = start;
         for (tVector3<T> const& point : points)
             expected.Expand(point);
-        Expand(box, points);
+        ExpandBox(box, points);
         ExpectSameBits(box.GetMin(), expected.GetMin());
         ExpectSameBits(box.GetMax(), expected.GetMax());
     }
@@ -373,7 +373,7 @@ template <typename T>
 void ExpectClassifiedAsOneByOne(tFrustum<T> const& frustum, std::vector<tVolumeAABB<T>> const& boxes)
 {
     std::vector<typename tFrustum<T>::IntersectionResult> results(boxes.size());
-    ClassifyAABBs(frustum, boxes, std::span(results));
+    ClassifyBoxes(frustum, boxes, std::span(results));
     for (std::size_t i = 0; i < boxes.size(); ++i)
         EXPECT_EQ(results[i], frustum.ContainsAABB(boxes[i])) << i;
 }
@@ -404,7 +404,7 @@ TYPED_TEST(BatchTest, BoxesThatTouchAPlaneAreClassifiedByProductsSummedFromXToZ)
                 continue;
             std::vector<tVolumeAABB<T>> const boxes(37, box); // more than two blocks, and some beyond
             std::vector<typename tFrustum<T>::IntersectionResult> results(boxes.size());
-            ClassifyAABBs(FrustumOf(static_cast<std::size_t>(i % 6), plane), boxes, std::span(results));
+            ClassifyBoxes(FrustumOf(static_cast<std::size_t>(i % 6), plane), boxes, std::span(results));
             for (auto const result : results)
                 ASSERT_EQ(result, isFarthest ? tFrustum<T>::INTERSECTING : tFrustum<T>::INSIDE) << "case " << i;
         }
@@ -423,7 +423,7 @@ TYPED_TEST(BatchTest, EveryAnswerOccursAmongTheClassifiedBoxes)
         boxes.emplace_back(tVector3<T>(-1, -1, 1), tVector3<T>(1, 1, 2));
     }
     std::vector<typename tFrustum<T>::IntersectionResult> results(boxes.size());
-    ClassifyAABBs(frustum, boxes, std::span(results));
+    ClassifyBoxes(frustum, boxes, std::span(results));
     for (std::size_t i = 0; i < boxes.size(); i += 3)
     {
         EXPECT_EQ(results[i], tFrustum<T>::INSIDE);
@@ -469,7 +469,7 @@ TYPED_TEST(BatchTest, SpansOfDifferentLengthsAreAnErrorAndNothingIsWritten)
         std::vector<Result> classes(length, static_cast<Result>(77));
         std::vector<tVolumeAABB<T>> const boxes(20);
         ExpectDifferentLengths<bv::InvalidArgumentException>(
-            [&] { ClassifyAABBs(tFrustum<T>(), boxes, std::span(classes)); }, "ClassifyAABBs");
+            [&] { ClassifyBoxes(tFrustum<T>(), boxes, std::span(classes)); }, "ClassifyBoxes");
         for (Result const result : classes)
             EXPECT_EQ(result, static_cast<Result>(77));
     }
@@ -480,9 +480,9 @@ TYPED_TEST(BatchTest, EmptySpansAreFine)
     using T = TypeParam;
     TransformPoints(tMatrix4<T>::Scale(tVector3<T>()), {}, {});
     TransformDirections(tMatrix4<T>(), {}, {});
-    ClassifyAABBs(tFrustum<T>(), {}, {});
+    ClassifyBoxes(tFrustum<T>(), {}, {});
     tVolumeAABB<T> box;
-    Expand(box, {});
+    ExpandBox(box, {});
     ExpectSameBits(box.GetMin(), tVolumeAABB<T>().GetMin());
     ExpectSameBits(box.GetMax(), tVolumeAABB<T>().GetMax());
 }
@@ -493,45 +493,45 @@ struct NoiseForms;
 template <>
 struct NoiseForms<float>
 {
-    static constexpr char const* NOISE = "Noise1";
-    static constexpr char const* TURBULENCE = "Turbulence1";
+    static constexpr char const* NOISE = "EvaluateNoise1";
+    static constexpr char const* TURBULENCE = "EvaluateTurbulence1";
     static float Make(float x, float, float) { return x; }
     static float Noise(float x) { return Noise1(x); }
     static float Turbulence(float x, unsigned int octaves) { return Turbulence1(x, octaves); }
-    static void Noise(std::span<float const> in, std::span<float> out) { Noise1(in, out); }
+    static void Noise(std::span<float const> in, std::span<float> out) { EvaluateNoise1(in, out); }
     static void Turbulence(std::span<float const> in, unsigned int octaves, std::span<float> out)
     {
-        Turbulence1(in, octaves, out);
+        EvaluateTurbulence1(in, octaves, out);
     }
 };
 
 template <>
 struct NoiseForms<tVector2<float>>
 {
-    static constexpr char const* NOISE = "Noise2";
-    static constexpr char const* TURBULENCE = "Turbulence2";
+    static constexpr char const* NOISE = "EvaluateNoise2";
+    static constexpr char const* TURBULENCE = "EvaluateTurbulence2";
     static tVector2<float> Make(float x, float y, float) { return {x, y}; }
     static float Noise(tVector2<float> const& point) { return Noise2(point); }
     static float Turbulence(tVector2<float> const& point, unsigned int octaves) { return Turbulence2(point, octaves); }
-    static void Noise(std::span<tVector2<float> const> in, std::span<float> out) { Noise2(in, out); }
+    static void Noise(std::span<tVector2<float> const> in, std::span<float> out) { EvaluateNoise2(in, out); }
     static void Turbulence(std::span<tVector2<float> const> in, unsigned int octaves, std::span<float> out)
     {
-        Turbulence2(in, octaves, out);
+        EvaluateTurbulence2(in, octaves, out);
     }
 };
 
 template <>
 struct NoiseForms<tVector3<float>>
 {
-    static constexpr char const* NOISE = "Noise3";
-    static constexpr char const* TURBULENCE = "Turbulence3";
+    static constexpr char const* NOISE = "EvaluateNoise3";
+    static constexpr char const* TURBULENCE = "EvaluateTurbulence3";
     static tVector3<float> Make(float x, float y, float z) { return {x, y, z}; }
     static float Noise(tVector3<float> const& point) { return Noise3(point); }
     static float Turbulence(tVector3<float> const& point, unsigned int octaves) { return Turbulence3(point, octaves); }
-    static void Noise(std::span<tVector3<float> const> in, std::span<float> out) { Noise3(in, out); }
+    static void Noise(std::span<tVector3<float> const> in, std::span<float> out) { EvaluateNoise3(in, out); }
     static void Turbulence(std::span<tVector3<float> const> in, unsigned int octaves, std::span<float> out)
     {
-        Turbulence3(in, octaves, out);
+        EvaluateTurbulence3(in, octaves, out);
     }
 };
 
@@ -628,11 +628,11 @@ TEST(BatchNoiseTest, NoiseOfALineWorksInPlace)
     std::mt19937 generator(12);
     std::vector<float> const coordinates = NoisePoints<float>(generator, 150, 300.0F);
     std::vector<float> values = coordinates;
-    Noise1(values, values);
+    EvaluateNoise1(values, values);
     for (std::size_t i = 0; i < values.size(); ++i)
         ExpectSameBits(values[i], Noise1(coordinates[i]));
     values = coordinates;
-    Turbulence1(values, 5, values);
+    EvaluateTurbulence1(values, 5, values);
     for (std::size_t i = 0; i < values.size(); ++i)
         ExpectSameBits(values[i], Turbulence1(coordinates[i], 5));
 }
@@ -676,17 +676,17 @@ TEST(BatchTest, NothingIsAllocated)
     RNGenerator generator;
     tVolumeAABB<float> box;
     auto const matrix = tMatrix4<float>::RotateX(1);
-    Noise1(values, values); // the first call asks the processor
+    EvaluateNoise1(values, values); // the first call asks the processor
 
     EXPECT_EQ(bv::test::CountAllocations(
                   [&]
                   {
                       TransformPoints(matrix, points, points);
                       TransformDirections(matrix, points, points);
-                      Expand(box, points);
-                      ClassifyAABBs(tFrustum<float>(), boxes, std::span(classes));
-                      Noise3(points, values);
-                      Turbulence3(points, 4, values);
+                      ExpandBox(box, points);
+                      ClassifyBoxes(tFrustum<float>(), boxes, std::span(classes));
+                      EvaluateNoise3(points, values);
+                      EvaluateTurbulence3(points, 4, values);
                       GetFloats(generator, values);
                   }),
               0U);
@@ -705,15 +705,15 @@ TEST(BatchDeathTest, DebugBuildsStopAtAPartialOverlap)
 
     std::vector<float> values(60);
     std::span<float> const floats(values);
-    EXPECT_EXIT(Noise1(floats.first(20), floats.subspan(19, 20)), stops, "");
-    Noise1(floats.first(20), floats.subspan(20, 20));
+    EXPECT_EXIT(EvaluateNoise1(floats.first(20), floats.subspan(19, 20)), stops, "");
+    EvaluateNoise1(floats.first(20), floats.subspan(20, 20));
 
     // One memory as arguments and results of different types is an overlap from the first byte on.
     alignas(tVector3<float>) std::byte memory[240] = {};
     std::span<tVector3<float> const> const spaces(reinterpret_cast<tVector3<float> const*>(memory), 20);
     std::span<float> const over(reinterpret_cast<float*>(memory), 20);
-    EXPECT_EXIT(Noise3(spaces, over), stops, "");
-    EXPECT_EXIT(Turbulence3(spaces, 2, over), stops, "");
+    EXPECT_EXIT(EvaluateNoise3(spaces, over), stops, "");
+    EXPECT_EXIT(EvaluateTurbulence3(spaces, 2, over), stops, "");
 }
 #endif
 

@@ -22,6 +22,11 @@
 namespace bv::maths
 {
 
+namespace detail
+{
+struct MatrixAccess;
+} // namespace detail
+
 /// 4x4 transformation matrix that carries a classification of itself, its state, and takes shortcuts by it.
 ///
 /// Elements lie row by row: the one in row r and column c, both counted from 1, has index 4 * (r - 1) + (c - 1).
@@ -300,6 +305,7 @@ public:
 
 private:
     friend class tVector3<T>;
+    friend struct detail::MatrixAccess;
 
     static constexpr unsigned long long ROW_1 = 0;
     static constexpr unsigned long long ROW_2 = 1;

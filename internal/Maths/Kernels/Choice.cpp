@@ -1,7 +1,5 @@
 // The only code that asks what processor this is.
 
-#include <algorithm>
-
 #include "Maths/Kernels/Kernels.h"
 
 namespace bv::maths
@@ -38,13 +36,6 @@ constexpr KernelSet SETS[] = {
 std::span<KernelSet const> KernelSets() noexcept
 {
     return SETS;
-}
-
-Kernels const& ChosenKernels() noexcept
-{
-    static Kernels const kernels =
-        std::ranges::find_if(SETS, [](KernelSet const& set) { return set.isSupported(); })->kernels();
-    return kernels;
 }
 
 } // namespace bv::maths

@@ -3,11 +3,12 @@
 /// @file
 /// The loops behind the batch forms, and the noise at a single point: one set for each kind of processor.
 ///
-/// A loop works on as many elements as it can in whole registers and returns how many these are; the caller does the
-/// rest one by one with the single forms. Input and output may be the same memory, element on element.
+/// Input and output may be the same memory, element on element. The loops of noise and of a generator work on as many
+/// elements as they can in whole registers and return how many these are; the caller does the rest one by one with the
+/// single forms.
 ///
 /// A new loop is a member here, a function of the same signature in a template over the width of the registers, such as
-/// Geometry, and its name in Set.h; the batch form in Batch.cpp calls it.
+/// Geometry, and its name in Set.h; the batch form calls it.
 
 #include <cstddef>
 #include <cstdint>
@@ -20,23 +21,76 @@
 namespace bv::maths
 {
 
-/// The loops over points and boxes of one precision.
+/// What a loop reads and writes, component by component: x, y, z of vectors; those of two vectors for boxes and rays;
+/// those of the centre and the squared radius of spheres.
+template <typename T>
+struct Streams
+{
+    static constexpr std::size_t COMPONENTS = 7;
+
+    T const* in[COMPONENTS];
+    T* out[COMPONENTS];
+    /// Numbers from one element to the next: 1 where each component is an array of its own; 3 or 6 where x, y, z lie
+    /// one behind the other in an array of vectors or of pairs of them. What comes behind these has an array of its
+    /// own.
+    std::size_t inStep, outStep;
+    std::uint32_t* codes; ///< one for each element, or null
+    std::uint8_t* bytes;  ///< one for each element, or null
+    std::uint64_t* bits;  ///< as in a BitSpan and 0, or null
+    T* ends;              ///< of intervals that all elements extend: the lower ones, then the upper ones
+};
+
+/// Elements of which a loop over streams takes a multiple, as it is one of the lanes of every register.
+inline constexpr std::size_t GRANULE = 16;
+
+/// A loop over streams.
+/// @param constants what all elements have in common, such as a matrix.
+/// @param options bits that say how.
+/// @return how many are done; all but where the loop says when it stops.
+template <typename T>
+using Loop = std::size_t (*)(T const* constants, unsigned int options, Streams<T> const& streams, std::size_t count);
+
+/// The loops over points and shapes of one precision.
 template <typename T>
 struct GeometryKernels
 {
-    using IntersectionResult = typename tFrustum<T>::IntersectionResult;
-
-    /// As points, with division by w, by sixteen elements; stops in front of the register that holds a w too close to
-    /// 0.
-    std::size_t (*project)(T const* matrix, tVector3<T> const* points, tVector3<T>* results, std::size_t count);
-    /// As directions, by sixteen elements. Those of length 1 are normalised afterwards if that is asked for.
-    std::size_t (*rotate)(T const* matrix, bool normalises, tVector3<T> const* directions, tVector3<T>* results,
-                          std::size_t count);
-    /// Moves the three components of each corner.
-    std::size_t (*grow)(T* lower, T* upper, tVector3<T> const* points, std::size_t count);
-    /// Boxes against six planes of four numbers each, normal and offset.
-    std::size_t (*classify)(T const* planes, tVolumeAABB<T> const* boxes, IntersectionResult* results,
-                            std::size_t count);
+    /// Points by a matrix, with division by w. Where that is too close to 0, sets a bit and does not divide, or without
+    /// bits stops in front of the register.
+    Loop<T> project;
+    /// Points by the first three rows of a matrix.
+    Loop<T> move;
+    /// Points by a matrix, with w and without a division.
+    Loop<T> toClip;
+    /// Directions by a matrix. With an option, those of length 1 are normalised afterwards.
+    Loop<T> rotate;
+    /// Vectors to length 1.
+    Loop<T> normalise;
+    /// Bits of the points in a box of six numbers. With an option, those on its upper faces are outside.
+    Loop<T> contain;
+    /// Boxes by the first three rows of a matrix.
+    Loop<T> moveBoxes;
+    /// Boxes against those of six planes of four numbers each, normal and offset, whose bit is an option: bits of the
+    /// boxes that none of them rejects, or codes; or bytes, with a bit for each plane that a box straddles, or the bit
+    /// behind these alone where one rejects it.
+    Loop<T> classify;
+    /// Spheres against the planes: bits of those that none of them rejects, or codes.
+    Loop<T> classifySpheres;
+    /// Where a ray enters boxes, infinity for a miss, and bits of those that it meets. The ray is its origin, the
+    /// reciprocals of its direction, and the interval; the options are bits of the axes that it crosses.
+    Loop<T> clipBoxes;
+    /// Where rays enter and leave a sphere of a centre and a squared radius, infinity and its opposite for a miss, and
+    /// bits of those that meet it.
+    Loop<T> clipRays;
+    /// The same for a ray, an origin and a direction, and spheres.
+    Loop<T> clipSpheres;
+    /// Bits of the pairs of numbers that are equal by IsEqual().
+    Loop<T> compare;
+    /// Extends the sides of a box by points.
+    Loop<T> grow;
+    /// Extends an interval by numbers.
+    Loop<T> extend;
+    /// The elements of the inverses of a granule of matrices, and their determinants.
+    void (*invert)(tMatrix4<T> const* matrices, T (*results)[16], T* determinants);
 };
 
 /// Noise at points of one dimension.

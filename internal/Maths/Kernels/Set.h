@@ -5,11 +5,16 @@
 
 #include <type_traits>
 
+#include "Maths/Kernels/Bounds.h"
+#include "Maths/Kernels/Compare.h"
 #include "Maths/Kernels/Generator.h"
-#include "Maths/Kernels/Geometry.h"
+#include "Maths/Kernels/Inverse.h"
 #include "Maths/Kernels/Kernels.h"
 #include "Maths/Kernels/Noise/Blocks.h"
 #include "Maths/Kernels/Noise/Single.h"
+#include "Maths/Kernels/Rays.h"
+#include "Maths/Kernels/Transforms.h"
+#include "Maths/Kernels/Visibility.h"
 
 namespace bv::maths
 {
@@ -20,8 +25,26 @@ namespace
 template <typename T, std::size_t BYTES>
 [[gnu::always_inline]] inline GeometryKernels<T> GeometrySet() noexcept
 {
-    using Loops = Geometry<T, BYTES>;
-    return {Loops::Project, Loops::Rotate, Loops::Grow, Loops::Classify};
+    using Moving = Transforms<T, BYTES>;
+    using Boxes = Bounds<T, BYTES>;
+    using Views = Visibility<T, BYTES>;
+    using Clips = Rays<T, BYTES>;
+    return {.project = Moving::Project,
+            .move = Moving::Move,
+            .toClip = Moving::ToClip,
+            .rotate = Moving::Rotate,
+            .normalise = Moving::Normalise,
+            .contain = Boxes::Contain,
+            .moveBoxes = Boxes::MoveBoxes,
+            .classify = Views::Classify,
+            .classifySpheres = Views::ClassifySpheres,
+            .clipBoxes = Clips::ClipBoxes,
+            .clipRays = Clips::ClipRays,
+            .clipSpheres = Clips::ClipSpheres,
+            .compare = Comparison<T, BYTES>::Compare,
+            .grow = Boxes::Grow,
+            .extend = Boxes::Extend,
+            .invert = Inverse<T, BYTES>::Invert};
 }
 
 template <typename Point, std::size_t BYTES>

@@ -73,6 +73,7 @@ template <typename V>
 }
 
 using detail::Any;
+using detail::Bits;
 using detail::Select;
 
 /// `a` where a mask is set, `b` elsewhere: masks of 64 bytes have registers of their own.
@@ -92,6 +93,20 @@ requires(sizeof(M) > WIDEST) [[nodiscard, gnu::always_inline]] inline bool Any(M
 #else
     auto const [low, high] = Split(mask);
     return Any(Either(low, high));
+#endif
+}
+
+/// One bit for each lane of a mask, the first lane lowest.
+template <typename M>
+requires(sizeof(M) > WIDEST) [[nodiscard, gnu::always_inline]] inline int Bits(M const& mask) noexcept
+{
+#if defined __AVX512F__
+    if constexpr (sizeof(Element<M>) == 4)
+        return _mm512_test_epi32_mask(BitsAs<__m512i>(mask), BitsAs<__m512i>(mask));
+    else
+        return _mm512_test_epi64_mask(BitsAs<__m512i>(mask), BitsAs<__m512i>(mask));
+#else
+    return Bits(Split(mask));
 #endif
 }
 

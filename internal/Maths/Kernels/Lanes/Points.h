@@ -64,6 +64,15 @@ template <std::size_t FIRST, typename V>
     return ShuffleBy<COUNT<V>>(a, b, [](std::size_t lane) { return InParts<V>(lane, 2 * (lane % PART<V>)+FIRST); });
 }
 
+/// The lanes of two parts in turn, from lane FIRST of each on.
+template <std::size_t FIRST, typename V>
+[[nodiscard, gnu::always_inline]] inline V InTurn(V const& a, V const& b) noexcept
+{
+    return ShuffleBy<COUNT<V>>(
+        a, b,
+        [](std::size_t lane) { return InParts<V>(lane, FIRST + lane % PART<V> / 2 + (lane % 2 == 0 ? 0 : PART<V>)); });
+}
+
 /// The lanes of three whole registers, counted through, in another order.
 template <typename V, typename Rule>
 [[nodiscard, gnu::always_inline]] inline V ShuffleThree(V const& a, V const& b, V const& c, Rule /*rule*/) noexcept
@@ -138,26 +147,27 @@ template <typename V, std::size_t AXES>
     }
 }
 
-/// Writes points, one behind the other.
+/// Writes points.
+/// @param stride numbers from the points of one part to those of the next.
 template <typename V>
-[[gnu::always_inline]] inline void StorePoints(Points<V, 3> const& points, Element<V>* numbers) noexcept
+[[gnu::always_inline]] inline void StorePoints(Points<V, 3> const& points, Element<V>* numbers,
+                                               std::size_t stride = 3 * PART<V>) noexcept
 {
-    constexpr std::size_t STRIDE = 3 * PART<V>;
     auto const& [x, y, z] = points.axes;
     if constexpr (PART<V> == 2)
     {
-        StoreParts(Pick<0, 2>(x, y), numbers, STRIDE);
-        StoreParts(Pick<0, 3>(z, x), numbers + 2, STRIDE);
-        StoreParts(Pick<1, 3>(y, z), numbers + 4, STRIDE);
+        StoreParts(Pick<0, 2>(x, y), numbers, stride);
+        StoreParts(Pick<0, 3>(z, x), numbers + 2, stride);
+        StoreParts(Pick<1, 3>(y, z), numbers + 4, stride);
     }
     else if constexpr (PART<V> == 4)
     {
         V const xy02 = Pick<0, 2, 4, 6>(x, y);
         V const yz13 = Pick<1, 3, 5, 7>(y, z);
         V const z02x13 = Pick<0, 2, 5, 7>(z, x);
-        StoreParts(Pick<0, 2, 4, 6>(xy02, z02x13), numbers, STRIDE);
-        StoreParts(Pick<0, 2, 5, 7>(yz13, xy02), numbers + 4, STRIDE);
-        StoreParts(Pick<1, 3, 5, 7>(z02x13, yz13), numbers + 8, STRIDE);
+        StoreParts(Pick<0, 2, 4, 6>(xy02, z02x13), numbers, stride);
+        StoreParts(Pick<0, 2, 5, 7>(yz13, xy02), numbers + 4, stride);
+        StoreParts(Pick<1, 3, 5, 7>(z02x13, yz13), numbers + 8, stride);
     }
     else
     {

@@ -1,0 +1,66 @@
+#pragma once
+
+/// @file
+/// One ray against arrays of boxes and spheres, and arrays of rays against a sphere. See bv/maths/Batch.h for what all
+/// batch forms have in common.
+
+#include <span>
+
+#include "bv/maths/Forward.h"
+#include "bv/maths/batch/Bounds.h"
+
+namespace bv::maths
+{
+
+template <typename T>
+using tRaysIn = std::type_identity_t<tRayView<T const>> const&;
+template <typename T>
+using tSpanOut = std::type_identity_t<std::span<T>>;
+
+/// Clips an interval of a ray against boxes, each as tRay::Clip() does, from the same interval on.
+///
+/// @param tNear,tFar the interval, as tRay::Clip() takes it.
+/// @param[out] entries the lower end of what is left of the interval, and infinity for a box that the ray misses.
+/// @param[out] hits the bits of the boxes that it meets.
+/// @return how many it meets.
+/// @throws bv::InvalidArgumentException for different lengths.
+template <typename T>
+std::size_t ClipBoxes(tRay<T> const& ray, std::type_identity_t<T> tNear, std::type_identity_t<T> tFar,
+                      tBoxesIn<T> boxes, tSpanOut<T> entries, BitSpan hits);
+
+/// Clips the lines of rays against a sphere, each as tRay::Clip() does. The directions must be of unit length.
+///
+/// @param[out] entries where the lines enter the sphere, and infinity for a miss.
+/// @param[out] exits where they leave it, and -infinity for a miss.
+/// @param[out] hits the bits of the rays whose lines meet it.
+/// @return how many do.
+/// @throws bv::InvalidArgumentException for different lengths.
+template <typename T>
+std::size_t ClipRays(tRaysIn<T> rays, tVolumeSphere<T> const& sphere, tSpanOut<T> entries, tSpanOut<T> exits,
+                     BitSpan hits);
+
+/// Clips the line of a ray against spheres, each as tRay::Clip() does. The direction must be of unit length.
+///
+/// @param[out] entries where the line enters the spheres, and infinity for a miss.
+/// @param[out] exits where it leaves them, and -infinity for a miss.
+/// @param[out] hits the bits of the spheres that it meets.
+/// @return how many it meets.
+/// @throws bv::InvalidArgumentException for different lengths.
+template <typename T>
+std::size_t ClipSpheres(tRay<T> const& ray, tSpheresIn<T> spheres, tSpanOut<T> entries, tSpanOut<T> exits,
+                        BitSpan hits);
+
+extern template BV_TEMPLATE std::size_t ClipBoxes(tRay<float> const&, float, float, tBoxesIn<float>, tSpanOut<float>,
+                                                  BitSpan);
+extern template BV_TEMPLATE std::size_t ClipBoxes(tRay<double> const&, double, double, tBoxesIn<double>,
+                                                  tSpanOut<double>, BitSpan);
+extern template BV_TEMPLATE std::size_t ClipRays(tRaysIn<float>, tVolumeSphere<float> const&, tSpanOut<float>,
+                                                 tSpanOut<float>, BitSpan);
+extern template BV_TEMPLATE std::size_t ClipRays(tRaysIn<double>, tVolumeSphere<double> const&, tSpanOut<double>,
+                                                 tSpanOut<double>, BitSpan);
+extern template BV_TEMPLATE std::size_t ClipSpheres(tRay<float> const&, tSpheresIn<float>, tSpanOut<float>,
+                                                    tSpanOut<float>, BitSpan);
+extern template BV_TEMPLATE std::size_t ClipSpheres(tRay<double> const&, tSpheresIn<double>, tSpanOut<double>,
+                                                    tSpanOut<double>, BitSpan);
+
+} // namespace bv::maths

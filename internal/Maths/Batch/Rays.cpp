@@ -1,0 +1,60 @@
+#include "bv/maths/batch/Rays.h"
+
+#include "Maths/Batch/Job.h"
+
+namespace bv::maths
+{
+
+using batch::Job;
+
+template <typename T>
+std::size_t ClipBoxes(tRay<T> const& ray, std::type_identity_t<T> tNear, std::type_identity_t<T> tFar,
+                      tBoxesIn<T> boxes, tSpanOut<T> entries, BitSpan hits)
+{
+    T constants[] = {ray.origin.x, ray.origin.y, ray.origin.z, 0, 0, 0, tNear, tFar};
+    unsigned int crossed = 0;
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        if (T const along = ray.direction[axis]; detail::Magnitude(along) > TOLERANCE<T>)
+        {
+            constants[3 + axis] = T{1} / along;
+            crossed |= 1U << axis;
+        }
+    GeometryKernels<T> const& kernels = ChosenKernels();
+    Job<T> job("ClipBoxes", boxes.size());
+    return job.Read(boxes).Write(entries).WriteBits(hits).Count(kernels.clipBoxes, constants, crossed);
+}
+
+template <typename T>
+std::size_t ClipRays(tRaysIn<T> rays, tVolumeSphere<T> const& sphere, tSpanOut<T> entries, tSpanOut<T> exits,
+                     BitSpan hits)
+{
+    tVector3<T> const& centre = sphere.GetCentre();
+    T const constants[] = {centre.x, centre.y, centre.z, sphere.GetRadiusSquared()};
+    GeometryKernels<T> const& kernels = ChosenKernels();
+    Job<T> job("ClipRays", rays.size());
+    return job.Read(rays).Write(entries).Write(exits).WriteBits(hits).Count(kernels.clipRays, constants);
+}
+
+template <typename T>
+std::size_t ClipSpheres(tRay<T> const& ray, tSpheresIn<T> spheres, tSpanOut<T> entries, tSpanOut<T> exits, BitSpan hits)
+{
+    T const constants[] = {ray.origin.x, ray.origin.y, ray.origin.z, ray.direction.x, ray.direction.y, ray.direction.z};
+    GeometryKernels<T> const& kernels = ChosenKernels();
+    Job<T> job("ClipSpheres", spheres.size());
+    return job.Read(spheres).Write(entries).Write(exits).WriteBits(hits).Count(kernels.clipSpheres, constants);
+}
+
+template BV_TEMPLATE_INSTANCE std::size_t ClipBoxes(tRay<float> const&, float, float, tBoxesIn<float>, tSpanOut<float>,
+                                                    BitSpan);
+template BV_TEMPLATE_INSTANCE std::size_t ClipBoxes(tRay<double> const&, double, double, tBoxesIn<double>,
+                                                    tSpanOut<double>, BitSpan);
+template BV_TEMPLATE_INSTANCE std::size_t ClipRays(tRaysIn<float>, tVolumeSphere<float> const&, tSpanOut<float>,
+                                                   tSpanOut<float>, BitSpan);
+template BV_TEMPLATE_INSTANCE std::size_t ClipRays(tRaysIn<double>, tVolumeSphere<double> const&, tSpanOut<double>,
+                                                   tSpanOut<double>, BitSpan);
+template BV_TEMPLATE_INSTANCE std::size_t ClipSpheres(tRay<float> const&, tSpheresIn<float>, tSpanOut<float>,
+                                                      tSpanOut<float>, BitSpan);
+template BV_TEMPLATE_INSTANCE std::size_t ClipSpheres(tRay<double> const&, tSpheresIn<double>, tSpanOut<double>,
+                                                      tSpanOut<double>, BitSpan);
+
+} // namespace bv::maths

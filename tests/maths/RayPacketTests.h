@@ -12,12 +12,14 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <span>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "bv/InvalidArgumentException.h"
 #include "support/MatrixBits.h"
 #include "support/Numbers.h"
 #include "support/Random.h"
@@ -377,6 +379,41 @@ TYPED_TEST(RayPacketTest, ReadsExactlyAsManyRaysAsItHasLanes)
     {
         ExpectSameLane(lanes[i], model::Load(exact[i]));
         ExpectSameLane(LanesOf(again)[i], lanes[i]);
+    }
+}
+
+TYPED_TEST(RayPacketTest, PacketsAreFilledWithPlainRaysWhereverTheyLie)
+{
+    for (std::size_t count = 0; count <= 3 * TypeParam::WIDTH + 1; ++count)
+    {
+        std::vector<maths::Rayf> rays(count);
+        std::vector<float> components[6];
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            auto const x = static_cast<float>(i);
+            rays[i] = {{x, x + 100, x + 200}, {x + 300, x + 400, x + 500}};
+            for (std::size_t axis = 0; axis < 6; ++axis)
+                components[axis].push_back(x + 100 * static_cast<float>(axis));
+        }
+        maths::tVectorView<float const> const from(components[0], components[1], components[2]);
+        maths::tVectorView<float const> const along(components[3], components[4], components[5]);
+        for (auto const& view : {maths::tRayView<float const>(rays), maths::tRayView<float const>(from, along)})
+        {
+            std::vector<TypeParam> packets((count + TypeParam::WIDTH - 1) / TypeParam::WIDTH);
+            maths::simd::FillPackets(view, std::span(packets));
+            for (std::size_t i = 0; i < packets.size() * TypeParam::WIDTH; ++i)
+                for (std::size_t axis = 0; axis < 3; ++axis)
+                {
+                    auto const ray = static_cast<float>(std::min(i, count - 1));
+                    float const origin = ray + 100 * static_cast<float>(axis);
+                    TypeParam const& packet = packets[i / TypeParam::WIDTH];
+                    EXPECT_EQ(packet.GetOrigin()[axis][i % TypeParam::WIDTH], origin);
+                    EXPECT_EQ(packet.GetDirection()[axis][i % TypeParam::WIDTH], origin + 300);
+                    EXPECT_EQ(packet.GetInvDirection()[axis][i % TypeParam::WIDTH], 1 / (origin + 300));
+                }
+            packets.emplace_back();
+            EXPECT_THROW(maths::simd::FillPackets(view, std::span(packets)), bv::InvalidArgumentException);
+        }
     }
 }
 

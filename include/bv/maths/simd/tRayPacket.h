@@ -4,11 +4,13 @@
 /// What the ray packets of every width have in common.
 
 #include <cstddef>
+#include <span>
 #include <utility>
 
 #include "bv/IRayPayloadInternal.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
+#include "bv/maths/batch/Views.h"
 #include "bv/maths/detail/Lanes.h"
 #include "bv/maths/tDepthRay.h"
 #include "bv/maths/tMatrix4.h"
@@ -76,6 +78,11 @@ public:
     ///
     /// @param rays the first of WIDTH rays in a row, all of which are read; whoever has fewer repeats one.
     [[gnu::always_inline]] inline void Initialise(tDepthRay<float, IRayPayloadInternal> const* rays) noexcept;
+    /// Loads origins and directions of plain rays, wherever they lie.
+    ///
+    /// @param rays at least one more than the index.
+    /// @param index of the first ray. The last of all rays takes the lanes that none is left for.
+    [[gnu::always_inline]] inline void Initialise(tRayView<float const> const& rays, std::size_t index) noexcept;
     /// Transforms the rays: origins as points, directions as directions. The fourth row of the matrix is ignored, so
     /// that nothing is divided, and the directions are not normalised. A matrix in state IDENTITY changes nothing,
     /// whatever its elements hold.
@@ -101,6 +108,17 @@ private:
                                                            std::index_sequence<LANE...>) noexcept
     {
         return Vector{(rays[LANE].*vector.*component)...};
+    }
+
+    /// Consecutive numbers from an index on; the last one takes the lanes that none is left for.
+    template <std::size_t... LANE>
+    [[nodiscard, gnu::always_inline]] static Vector LoadFrom(tNumberView<float const> const& numbers, std::size_t index,
+                                                             std::index_sequence<LANE...>) noexcept
+    {
+        std::size_t const last = numbers.size() - 1;
+        if (numbers.GetStride() == sizeof(float) && index + WIDTH <= numbers.size())
+            return detail::BitsAs<Vector>(detail::Load<detail::Register<float, sizeof(Vector)>>(&numbers[index]));
+        return Vector{numbers[index + LANE < last ? index + LANE : last]...};
     }
 
     /// Scalar product of a row of a matrix with (x, y, z, w) in each lane.
@@ -169,6 +187,18 @@ inline void tRayPacket<Packet, Lanes>::Initialise(tDepthRay<float, IRayPayloadIn
 }
 
 template <typename Packet, typename Lanes>
+inline void tRayPacket<Packet, Lanes>::Initialise(tRayView<float const> const& rays, std::size_t index) noexcept
+{
+    constexpr std::make_index_sequence<WIDTH> LANES;
+    for (std::size_t axis = 0; axis < 3; ++axis)
+    {
+        origin[axis] = LoadFrom(rays.GetOrigins().GetAxis(axis), index, LANES);
+        direction[axis] = LoadFrom(rays.GetDirections().GetAxis(axis), index, LANES);
+    }
+    InvertDirection();
+}
+
+template <typename Packet, typename Lanes>
 inline Packet& tRayPacket<Packet, Lanes>::Transform(tMatrix4<float> const& matrix) noexcept
 {
     if (!matrix.IsIdentity())
@@ -178,6 +208,21 @@ inline Packet& tRayPacket<Packet, Lanes>::Transform(tMatrix4<float> const& matri
         InvertDirection();
     }
     return static_cast<Packet&>(*this);
+}
+
+/// Fills packets with rays, in their order, as many to a packet as it is wide. The last ray takes the lanes that none
+/// is left for.
+///
+/// @param rays any number, wherever they lie.
+/// @param[out] packets as many as hold all rays.
+/// @throws bv::InvalidArgumentException for any other number.
+template <typename Packet>
+[[gnu::always_inline]] inline void FillPackets(tRayView<float const> const& rays, std::span<Packet> packets)
+{
+    if (packets.size() != (rays.size() + Packet::WIDTH - 1) / Packet::WIDTH)
+        detail::ThrowDifferentLengths("FillPackets");
+    for (std::size_t i = 0; i < packets.size(); ++i)
+        packets[i].Initialise(rays, i * Packet::WIDTH);
 }
 
 } // namespace bv::maths::simd

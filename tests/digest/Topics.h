@@ -23,6 +23,7 @@ void RunRayPackets();
 void RunCoordinateFrames();
 void RunDifferentials();
 void RunLocalAxes();
+void RunBatches();
 void RunNoise();
 void RunGenerators();
 void RunHashes();

@@ -25,6 +25,7 @@ int main()
     digest::RunCoordinateFrames();
     digest::RunDifferentials();
     digest::RunLocalAxes();
+    digest::RunBatches();
     digest::RunNoise();
     digest::RunGenerators();
     digest::RunHashes();

@@ -1,0 +1,258 @@
+#include <array>
+#include <vector>
+
+#include <bv/maths/Batch.h>
+#include <bv/maths/RNGenerator.h>
+
+#include "Matrices.h"
+#include "Run.h"
+#include "Topics.h"
+
+namespace digest
+{
+
+namespace
+{
+
+/// Lengths that end in and between registers, blocks and words of bits.
+constexpr std::size_t LENGTHS[] = {0, 1, 3, 4, 5, 8, 15, 16, 17, 31, 40, 63, 64, 65, 100, 128, 131, 300};
+
+template <typename Item>
+void AddAll(Digest& digest, std::vector<Item> const& items)
+{
+    for (Item const& item : items)
+        digest.Add(item);
+}
+
+template <typename T>
+void AddMatrices(Digest& digest, std::vector<tMatrix4<T>> const& matrices)
+{
+    for (tMatrix4<T> const& matrix : matrices)
+        AddWhole(digest, matrix);
+}
+
+/// As many as there are, made one after the other.
+template <typename Make>
+auto Several(std::size_t count, Make make)
+{
+    std::vector<decltype(make())> items;
+    for (std::size_t i = 0; i < count; ++i)
+        items.push_back(make());
+    return items;
+}
+
+/// Runs a topic for every length, with special numbers more and more often.
+template <typename Topic>
+void ForLengths(Topic topic)
+{
+    for (unsigned int const rarity : RARITIES)
+        for (std::size_t const length : LENGTHS)
+            topic(rarity, length);
+}
+
+/// What a vertex buffer has beside a position.
+template <typename T>
+struct Vertex
+{
+    tVector3<T> position;
+    T u, v;
+};
+
+template <typename T>
+void Transforms(Digest& digest, Workload& work)
+{
+    ForLengths(
+        [&](unsigned int rarity, std::size_t length)
+        {
+            tMatrix4<T> const matrix = work.AnyMatrix<T>(rarity);
+            auto const points = Several(length, [&] { return work.Vector3<T>(rarity); });
+            std::vector<tVector3<T>> results(length);
+            std::vector<Vertex<T>> vertices(length);
+            tVectorView<T> const positions(vertices, &Vertex<T>::position);
+            std::vector<T> x(length);
+            std::vector<T> y(length);
+            std::vector<T> z(length);
+            std::vector<std::uint64_t> bits(GetBitWords(length));
+            digest.Try(
+                [&]
+                {
+                    TransformPoints(matrix, points, positions);
+                    return true;
+                });
+            for (Vertex<T> const& vertex : vertices)
+                digest.Add(vertex.position);
+            digest.Add(TryTransformPoints(matrix, points, results, bits));
+            AddAll(digest, results);
+            AddAll(digest, bits);
+            TransformPointsAffinely(matrix, points, tVectorView<T>(x, y, z));
+            AddAll(digest, x);
+            AddAll(digest, y);
+            AddAll(digest, z);
+            TransformPointsToClip(matrix, tVectorView<T>(x, y, z), results, x);
+            AddAll(digest, results);
+            AddAll(digest, x);
+            TransformDirections(matrix, points, results);
+            AddAll(digest, results);
+            NormaliseVectors(results, results);
+            AddAll(digest, results);
+
+            auto boxes = Several(length, [&] { return work.Volume<T>(rarity); });
+            TransformBoxes(matrix, boxes, boxes);
+            AddAll(digest, boxes);
+
+            auto const matrices = Several(length, [&] { return work.AnyMatrix<T>(rarity); });
+            std::vector<tMatrix4<T>> others(length);
+            digest.Try(
+                [&]
+                {
+                    InvertMatrices(matrices, others);
+                    return true;
+                });
+            AddMatrices(digest, others);
+            MultiplyMatrices(matrix, matrices, others);
+            AddMatrices(digest, others);
+            MultiplyMatrices(matrices, others, others);
+            AddMatrices(digest, others);
+            digest.Try(
+                [&]
+                {
+                    ComputeNormalMatrices(matrices, others);
+                    return true;
+                });
+            AddMatrices(digest, others);
+        });
+}
+
+template <typename T>
+void Shapes(Digest& digest, Workload& work)
+{
+    ForLengths(
+        [&](unsigned int rarity, std::size_t length)
+        {
+            auto const points = Several(length, [&] { return work.Vector3<T>(rarity); });
+            auto const boxes = Several(length, [&] { return work.Volume<T>(rarity); });
+            auto const spheres =
+                Several(length, [&] { return tVolumeSphere<T>(work.Vector3<T>(rarity), work.Number<T>(rarity)); });
+            tFrustum<T> const view(tMatrix4<T>::PerspectiveProjection(-1, 1, T(-0.75), T(0.75), 1, 12) *
+                                   work.Fresh<T>(2, 0));
+            std::vector<std::uint64_t> bits(GetBitWords(length));
+            std::vector<std::uint32_t> indices(length);
+            std::vector<std::uint8_t> bytes(length);
+            std::vector<typename tFrustum<T>::IntersectionResult> results(length);
+            tVolumeAABB<T> box = work.Volume<T>(rarity);
+            digest.Add(FindPointsInside(box, work.OneIn(2), points, bits));
+            AddAll(digest, bits);
+            ExpandBox(box, points);
+            digest.Add(box);
+            ClassifyBoxes(view, boxes, std::span(results));
+            AddAll(digest, results);
+            ClassifyBoxesByPlane(view, work.Below(PLANES_ALL + 1), boxes, bytes);
+            AddAll(digest, bytes);
+            digest.Add(FindVisibleBoxes(view, boxes, bits), ListVisibleBoxes(view, boxes, indices));
+            AddAll(digest, bits);
+            AddAll(digest, indices);
+            ClassifySpheres(view, spheres, std::span(results));
+            AddAll(digest, results);
+            indices.assign(length, 0);
+            digest.Add(FindVisibleSpheres(view, spheres, bits), ListVisibleSpheres(view, spheres, indices));
+            AddAll(digest, bits);
+            AddAll(digest, indices);
+        });
+}
+
+template <typename T>
+void Rays(Digest& digest, Workload& work)
+{
+    ForLengths(
+        [&](unsigned int rarity, std::size_t length)
+        {
+            auto const boxes = Several(length, [&] { return work.Volume<T>(rarity); });
+            auto const spheres =
+                Several(length, [&] { return tVolumeSphere<T>(work.Vector3<T>(rarity), work.Number<T>(rarity)); });
+            auto const makeRay = [&]
+            {
+                tVector3<T> const origin = work.Vector3<T>(rarity);
+                return tRay<T>(origin, work.Direction<T>(rarity));
+            };
+            auto const rays = Several(length, makeRay);
+            tRay<T> const ray = makeRay();
+            std::vector<T> entries(length);
+            std::vector<T> exits(length);
+            std::vector<std::uint64_t> bits(GetBitWords(length));
+            T const tNear = work.Number<T>(rarity);
+            digest.Add(ClipBoxes(ray, tNear, tNear + T{20}, boxes, entries, bits));
+            AddAll(digest, entries);
+            AddAll(digest, bits);
+            digest.Add(ClipSpheres(ray, spheres, entries, exits, bits));
+            AddAll(digest, entries);
+            AddAll(digest, exits);
+            AddAll(digest, bits);
+            tVolumeSphere<T> const sphere(work.Vector3<T>(rarity), T{5});
+            digest.Add(ClipRays(tRayView<T const>(rays), sphere, entries, exits, bits));
+            AddAll(digest, entries);
+            AddAll(digest, exits);
+            AddAll(digest, bits);
+        });
+}
+
+template <typename T>
+void Numbers(Digest& digest, Workload& work)
+{
+    ForLengths(
+        [&](unsigned int rarity, std::size_t length)
+        {
+            auto const a = Several(length, [&] { return work.Number<T>(rarity); });
+            std::vector<T> b = a;
+            for (T& number : b)
+                number = work.Near(number);
+            std::vector<std::uint64_t> bits(GetBitWords(length));
+            digest.Add(CompareNumbers(a, b, bits));
+            AddAll(digest, bits);
+            tExtremes<T> const ends = FindExtremes(tNumberView<T const>(a));
+            digest.Add(ends.min, ends.max);
+        });
+}
+
+void Draws(Digest& digest, Workload& work)
+{
+    RNGenerator generator(work.Below(32768));
+    for (std::size_t const length : LENGTHS)
+    {
+        std::vector<float> numbers(10 * length);
+        std::vector<tVector2<float>> two(length);
+        std::vector<tVector3<float>> three(length);
+        GetFloats(generator, numbers);
+        GetVectors2D(generator, two);
+        GetVectors3D(generator, three);
+        AddAll(digest, numbers);
+        AddAll(digest, two);
+        AddAll(digest, three);
+        std::vector<float> results(length);
+        std::vector<float> const line(numbers.begin(), numbers.begin() + static_cast<std::ptrdiff_t>(length));
+        EvaluateNoise1(line, results);
+        AddAll(digest, results);
+        EvaluateNoise2(two, results);
+        AddAll(digest, results);
+        EvaluateNoise3(three, results);
+        AddAll(digest, results);
+        EvaluateTurbulence1(line, 3, results);
+        AddAll(digest, results);
+        EvaluateTurbulence2(two, 4, results);
+        AddAll(digest, results);
+        EvaluateTurbulence3(three, 5, results);
+        AddAll(digest, results);
+    }
+}
+
+} // namespace
+
+void RunBatches()
+{
+    RunBoth("batch-transforms", Transforms<float>, Transforms<double>);
+    RunBoth("batch-shapes", Shapes<float>, Shapes<double>);
+    RunBoth("batch-rays", Rays<float>, Rays<double>);
+    RunBoth("batch-numbers", Numbers<float>, Numbers<double>);
+    Run("batch-draws", Draws);
+}
+
+} // namespace digest

@@ -15,6 +15,7 @@
 
 #include "Options.h"
 #include "UserError.h"
+#include "bv/maths/Batch.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tTuple3.h"
 
@@ -110,9 +111,9 @@ std::vector<Vector3f> Place(std::string const& path, std::vector<Vector3d> posit
 {
     CoordinateFramed const world(WORLD.GetX(), WORLD.GetY(), WORLD.GetZ());
     Matrix4d const turn = world.CreateRotationMatrix(axes.GetX(), axes.GetY(), axes.GetZ());
+    TransformPoints(turn, positions, positions);
     VolumeAABBd box;
-    for (Vector3d& position : positions)
-        box.Expand(position.Transform(turn));
+    ExpandBox(box, positions);
 
     Vector3d const sides = box.GetDiagonal();
     double const longest = std::max({sides.x, sides.y, sides.z});
@@ -179,8 +180,7 @@ Mesh LoadMesh(std::string const& path, CoordinateFramef const& axes)
     Mesh mesh;
     for (Tuple3u const& face : faces)
         mesh.triangles.push_back({{corners[face.x], corners[face.y], corners[face.z]}, {}});
-    for (Vector3f const& corner : corners)
-        mesh.bounds.Expand(corner);
+    ExpandBox(mesh.bounds, corners);
     SetNormals(mesh.triangles);
     return mesh;
 }

@@ -10,6 +10,7 @@
 #include "bv/maths/tVolumeAABB.h"
 #include "bv/maths/tVolumeSphere.h"
 
+#include "Agreement.h"
 #include "Bench.h"
 #include "RayPackets.h"
 #include "ShapeData.h"
@@ -81,6 +82,15 @@ void AddRuns(std::string const& operation, std::vector<double> const& boxNumbers
                        out[j] = Enter(ray, boxes[j]);
                }
            });
+    AddNumbers(Row<T>(operation),
+               [=]
+               {
+                   std::vector<double> numbers;
+                   for (Ray<T> const& ray : rays)
+                       for (Box<T> const& box : boxes)
+                           numbers.push_back(static_cast<double>(Enter(ray, box)));
+                   return numbers;
+               });
 }
 
 template <typename T>

@@ -129,7 +129,7 @@ inline std::vector<double> MotionNumbers(Motion motion)
     return matrices;
 }
 
-/// A perspective view: where the camera stands, and the matrix of view and projection.
+/// A perspective view: where the camera stands, its view and its projection, and both of them in one matrix.
 struct View
 {
     static constexpr double NEAR_PLANE = 0.5; ///< distance of the near plane
@@ -137,7 +137,9 @@ struct View
     static constexpr double RIGHT = 0.4;      ///< half the width of the near rectangle
     static constexpr double TOP = 0.25;       ///< half its height
     std::array<double, 16> camera;            ///< from the camera's space to the world's, row by row
-    std::array<double, 16> projection;        ///< from the world to clip space, row by row
+    std::array<double, 16> world;             ///< from the world's space to the camera's
+    std::array<double, 16> clip;              ///< from the camera's space to clip space
+    std::array<double, 16> projection;        ///< from the world to clip space
 };
 
 /// The view of a camera at a place, turned by two angles, which looks along its own -z.
@@ -185,6 +187,8 @@ inline View MakeView(double x, double y, double z, double yaw, double pitch)
                 sum += clip[4 * row + k] * world[4 * k + column];
             view.projection[4 * row + column] = AsFloat(sum);
             view.camera[4 * row + column] = AsFloat(camera[4 * row + column]);
+            view.world[4 * row + column] = AsFloat(world[4 * row + column]);
+            view.clip[4 * row + column] = AsFloat(clip[4 * row + column]);
         }
     }
     return view;

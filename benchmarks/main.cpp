@@ -3,10 +3,12 @@
 
 #include <benchmark/benchmark.h>
 
+#include "Agreement.h"
 #include "Counting.h"
 #include "Topics.h"
 
-/// Measures the rows, or, with the arguments `--count FILTER` and under callgrind, counts their instructions.
+/// Measures the rows; with the arguments `--count FILTER` and under callgrind, counts their instructions; with
+/// `--agree`, sees to it that the libraries compute the same.
 int main(int argc, char** argv)
 {
     bench::AddMatrix();
@@ -33,6 +35,8 @@ int main(int argc, char** argv)
     bench::peers::AddString();
     bench::AddBatch();
     bench::peers::AddBatch();
+    bench::AddScene();
+    bench::peers::AddScene();
     bench::glm_plain::Add();
     bench::glm_intrinsics::Add();
 
@@ -43,6 +47,8 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "benchmarks: --count needs callgrind to run this program\n");
         return 2;
     }
+    if (argc == 2 && std::string_view(argv[1]) == "--agree")
+        return bench::DoNumbersAgree() ? 0 : 1;
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;

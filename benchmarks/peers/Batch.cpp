@@ -14,6 +14,7 @@
 #include "BatchData.h"
 #include "NoiseData.h"
 #include "Topics.h"
+#include "peers/ReferenceNoise.h"
 
 namespace bench::peers
 {
@@ -24,7 +25,7 @@ namespace
 template <typename T>
 using Coordinates = std::shared_ptr<std::vector<T> const>;
 
-/// What memory gives: as many bytes read and written as a transformation does, or read as growing a box does.
+/// What memory gives: as many bytes copied as a transformation reads and writes, or read as growing a box does.
 template <typename T>
 void AddMemory(Coordinates<T> const& in, std::string const& size)
 {
@@ -37,19 +38,10 @@ void AddMemory(Coordinates<T> const& in, std::string const& size)
     };
     AddRun(Name<T>("batch/transform points" + size, "memcpy"), count, copy);
     AddRun(Name<T>("batch/transform directions" + size, "memcpy"), count, copy);
-    AddRun(Name<T>("batch/grow a box" + size, "reading"), count,
-           [=]
-           {
-               std::uint64_t sums[4] = {};
-               for (std::size_t i = 0; i + 32 <= in->size() * sizeof(T); i += 32)
-               {
-                   std::uint64_t words[4];
-                   std::memcpy(words, reinterpret_cast<char const*>(in->data()) + i, 32);
-                   for (int word = 0; word < 4; ++word)
-                       sums[word] += words[word];
-               }
-               benchmark::DoNotOptimize(sums);
-           });
+    // The C library looks for a byte that is not there with the widest registers of the processor.
+    auto const ones = std::make_shared<std::vector<char> const>(in->size() * sizeof(T), '\1');
+    AddRun(Name<T>("batch/grow a box" + size, "memchr"), count,
+           [=] { benchmark::DoNotOptimize(std::memchr(ones->data(), 0, ones->size())); });
 }
 
 template <typename T>
@@ -154,15 +146,23 @@ void AddNoiseRows()
     auto const row = [](std::string const& operation, std::string const& library)
     { return Name<float>("batch/" + operation, library); };
     AddMap(
-        row("Noise1", "stb_perlin"), [](Point const& p) { return stb_perlin_noise3(p.x, 0, 0, 0, 0, 0); }, points);
+        row("Noise1", "hand-written"), [](Point const& p) { return ReferenceNoise(p.x); }, points);
     AddMap(
-        row("Noise2", "stb_perlin"), [](Point const& p) { return stb_perlin_noise3(p.x, p.y, 0, 0, 0, 0); }, points);
+        row("Noise2", "hand-written"), [](Point const& p) { return ReferenceNoise(p.x, p.y); }, points);
+    AddMap(
+        row("Noise3", "hand-written"), [](Point const& p) { return ReferenceNoise(p.x, p.y, p.z); }, points);
     AddMap(
         row("Noise3", "stb_perlin"), [](Point const& p) { return stb_perlin_noise3(p.x, p.y, p.z, 0, 0, 0); }, points);
     for (int const octaves : {4, 8})
+    {
+        std::string const operation = "Turbulence3 " + std::to_string(octaves) + " octaves";
         AddMap(
-            row("Turbulence3 " + std::to_string(octaves) + " octaves", "stb_perlin"),
+            row(operation, "hand-written"), [=](Point const& p) { return ReferenceTurbulence(p.x, p.y, p.z, octaves); },
+            points);
+        AddMap(
+            row(operation, "stb_perlin"),
             [=](Point const& p) { return stb_perlin_fbm_noise3(p.x, p.y, p.z, 2.0F, 0.5F, octaves); }, points);
+    }
 
     auto const out = std::make_shared<std::vector<float>>(COUNT);
     auto const pcg = std::make_shared<pcg32>(1U);

@@ -26,14 +26,21 @@
 namespace bench::BENCH_GLM
 {
 
-namespace
-{
-
 #ifdef BENCH_GLM_INTRINSICS
 constexpr char const* LIBRARY = "GLM (intrinsics)";
 #else
 constexpr char const* LIBRARY = "GLM";
 #endif
+
+} // namespace bench::BENCH_GLM
+
+#include "GlmScene.h"
+
+namespace bench::BENCH_GLM
+{
+
+namespace
+{
 
 template <typename T>
 using Matrix = glm::mat<4, 4, T>;
@@ -234,6 +241,8 @@ void Add()
     AddTransforms<double>();
     AddScalars<float>();
     AddScalars<double>();
+    AddSceneRows<float, SceneOperations<float>>();
+    AddSceneRows<double, SceneOperations<double>>();
 
     auto const integers = Integers();
     auto const name = [](char const* operation) { return std::string(operation) + "/integer/" + LIBRARY; };

@@ -25,20 +25,6 @@ std::string Row(std::string const& operation, std::string const& library)
     return Name<float>("noise/" + operation, library);
 }
 
-/// A sum over octaves with the weights 1, 1/2, 1/4 and so on, which is what the peers offer.
-float ReferenceTurbulence(Point p, int octaves)
-{
-    float sum = 0;
-    float amplitude = 1;
-    for (int octave = 0; octave < octaves; ++octave)
-    {
-        sum += ReferenceNoise(p.x, p.y, p.z) * amplitude;
-        p = {p.x * 2, p.y * 2, p.z * 2};
-        amplitude *= 0.5F;
-    }
-    return sum;
-}
-
 } // namespace
 
 void AddNoise()
@@ -56,10 +42,6 @@ void AddNoise()
         Row("Noise3", "hand-written"), [](Point const& p) { return ReferenceNoise(p.x, p.y, p.z); }, points);
 
     AddMap(
-        Row("Noise1", "stb_perlin"), [](Point const& p) { return stb_perlin_noise3(p.x, 0, 0, 0, 0, 0); }, points);
-    AddMap(
-        Row("Noise2", "stb_perlin"), [](Point const& p) { return stb_perlin_noise3(p.x, p.y, 0, 0, 0, 0); }, points);
-    AddMap(
         Row("Noise3", "stb_perlin"), [](Point const& p) { return stb_perlin_noise3(p.x, p.y, p.z, 0, 0, 0); }, points);
     AddMap(
         Row("Noise3", "libnoise"),
@@ -73,7 +55,8 @@ void AddNoise()
     {
         std::string const operation = "Turbulence3 " + std::to_string(octaves) + " octaves";
         AddMap(
-            Row(operation, "hand-written"), [=](Point const& p) { return ReferenceTurbulence(p, octaves); }, points);
+            Row(operation, "hand-written"), [=](Point const& p) { return ReferenceTurbulence(p.x, p.y, p.z, octaves); },
+            points);
         AddMap(
             Row(operation, "stb_perlin"),
             [=](Point const& p) { return stb_perlin_fbm_noise3(p.x, p.y, p.z, 2.0F, 0.5F, octaves); }, points);

@@ -1,5 +1,8 @@
+#include <algorithm>
+#include <array>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include <xmmintrin.h>
@@ -16,6 +19,7 @@
 #include <Imath/ImathSphere.h>
 #include <LinearMath/btAabbUtil2.h>
 
+#include "Agreement.h"
 #include "Bench.h"
 #include "RayPackets.h"
 #include "ShapeData.h"
@@ -204,6 +208,74 @@ void AddBullet()
         });
 }
 
+/// A box as two corners, and what a user keeps of a ray that meets many of them.
+template <typename T>
+struct SlabBox
+{
+    T lower[3];
+    T upper[3];
+};
+template <typename T>
+struct SlabRay
+{
+    T origin[3];
+    T reciprocal[3];
+};
+
+/// Where a ray enters a box, or -1: the three slabs without a branch, for rays that run along no axis.
+template <typename T>
+[[gnu::always_inline]] inline T EnterSlabs(SlabRay<T> const& ray, SlabBox<T> const& box)
+{
+    T tNear = 0;
+    T tFar = 1000;
+    for (int axis = 0; axis < 3; ++axis)
+    {
+        T const a = (box.lower[axis] - ray.origin[axis]) * ray.reciprocal[axis];
+        T const b = (box.upper[axis] - ray.origin[axis]) * ray.reciprocal[axis];
+        tNear = std::max(tNear, std::min(a, b));
+        tFar = std::min(tFar, std::max(a, b));
+    }
+    return tNear <= tFar ? tNear : T{-1};
+}
+
+template <typename T>
+void AddSlabs()
+{
+    using Six = std::array<T, 6>;
+    auto const makeRay = [](double const* n)
+    {
+        Six ray;
+        std::transform(n, n + 6, ray.begin(), [](double number) { return static_cast<T>(number); });
+        return ray;
+    };
+    auto const makeBox = [](double const* n)
+    {
+        SlabBox<T> box;
+        for (int axis = 0; axis < 3; ++axis)
+        {
+            box.lower[axis] = static_cast<T>(n[axis]);
+            box.upper[axis] = static_cast<T>(n[axis + 3]);
+        }
+        return box;
+    };
+    auto const begin = [](Six const& ray) {
+        return SlabRay<T>{{ray[0], ray[1], ray[2]}, {1 / ray[3], 1 / ray[4], 1 / ray[5]}};
+    };
+    AddBoxes<T>("hand-written", makeRay, makeBox, begin, EnterSlabs<T>);
+
+    auto const rays = Build(RayNumbers(RAY_COUNT, 3), 6, makeRay);
+    for (auto const& [operation, boxes] : {std::pair("box, mixed", MixedBoxes()), {"box, mostly hits", HitBoxes()}})
+        AddNumbers(Row<T>(operation, "hand-written"),
+                   [=, boxes = Build(boxes, 6, makeBox)]
+                   {
+                       std::vector<double> entries;
+                       for (Six const& ray : rays)
+                           for (SlabBox<T> const& box : boxes)
+                               entries.push_back(static_cast<double>(EnterSlabs(begin(ray), box)));
+                       return entries;
+                   });
+}
+
 /// Four rays by hand: the nine vectors of the library's packet.
 struct FourRays
 {
@@ -294,6 +366,8 @@ void AddRay()
     AddGlm<float>();
     AddGlm<double>();
     AddBullet();
+    AddSlabs<float>();
+    AddSlabs<double>();
     AddFourRays();
     AddEightRays("hand-written", avx::MakePackets, avx::ClipPackets, avx::ClipBoxes, RayNumbers(COUNT, 3),
                  MixedBoxes());

@@ -106,4 +106,20 @@ inline float ReferenceNoise(float x, float y, float z)
              Lerp(u, Gradient(PermuteAt(ab + 1), x, y - 1, z - 1), Gradient(PermuteAt(bb + 1), x - 1, y - 1, z - 1))));
 }
 
+/// A sum over octaves with the weights 1, 1/2, 1/4 and so on, which is what the peers offer.
+inline float ReferenceTurbulence(float x, float y, float z, int octaves)
+{
+    float sum = 0;
+    float amplitude = 1;
+    for (int octave = 0; octave < octaves; ++octave)
+    {
+        sum += ReferenceNoise(x, y, z) * amplitude;
+        x *= 2;
+        y *= 2;
+        z *= 2;
+        amplitude *= 0.5F;
+    }
+    return sum;
+}
+
 } // namespace bench::peers

@@ -27,7 +27,8 @@
 namespace bench
 {
 
-/// The numbers of every element of an array.
+/// The numbers of every element of an array. The rows' numbers come from the pass that is timed, so that its operations
+/// are inlined into one place.
 template <typename Library, typename Item>
 void AppendAll(std::vector<double>& numbers, std::vector<Item> const& items)
 {
@@ -44,15 +45,21 @@ void AddChain()
     auto const b = Build(GeneralMatrices(2), 16, Library::makeMatrix);
     auto const c = Build(GeneralMatrices(3), 16, Library::makeMatrix);
     auto const d = Build(GeneralMatrices(4), 16, Library::makeMatrix);
-    auto const chain = [](Matrix const& k, Matrix const& l, Matrix const& m, Matrix const& n) -> Matrix
-    { return Library::chain(k, l, m, n); };
-    AddMap(name, chain, a, b, c, d);
+    auto const out = std::make_shared<std::vector<Matrix>>(a.size());
+    auto run = [=]
+    {
+        Matrix* const results = out->data();
+        benchmark::DoNotOptimize(results);
+        for (std::size_t i = 0; i < a.size(); ++i)
+            results[i] = Library::chain(a[i], b[i], c[i], d[i]);
+    };
+    AddRun(name, a.size(), run);
     AddNumbers(name,
-               [=]
+               [=]() mutable
                {
+                   Pass(run);
                    std::vector<double> numbers;
-                   for (std::size_t i = 0; i < a.size(); ++i)
-                       Library::append(numbers, chain(a[i], b[i], c[i], d[i]));
+                   AppendAll<Library>(numbers, *out);
                    return numbers;
                });
 }
@@ -74,7 +81,7 @@ void AddCamera()
     auto const views = Build(ViewMatrices(), 16, Library::makeMatrix);
     auto const projections = Build(ProjectionMatrices(), 16, Library::makeMatrix);
     auto const out = std::make_shared<std::vector<Camera<Library>>>(views.size());
-    auto const run = [=]
+    auto run = [=]
     {
         Camera<Library>* const cameras = out->data();
         benchmark::DoNotOptimize(cameras);
@@ -88,9 +95,9 @@ void AddCamera()
     };
     AddRun(name, views.size(), run);
     AddNumbers(name,
-               [=]
+               [=]() mutable
                {
-                   run();
+                   Pass(run);
                    std::vector<double> numbers;
                    for (Camera<Library> const& camera : *out)
                    {
@@ -122,7 +129,7 @@ void AddGraph()
     auto const boxes = Build(NodeBoxes(), 6, Library::makeBox);
     auto const view = Library::mainView();
     auto const frame = std::make_shared<Frame<Library>>();
-    auto const run = [=]
+    auto run = [=]
     {
         auto* const worlds = frame->worlds.data();
         auto* const inverses = frame->inverses.data();
@@ -138,9 +145,9 @@ void AddGraph()
     };
     AddRun(name, NODE_COUNT, run);
     AddNumbers(name,
-               [=]
+               [=]() mutable
                {
-                   run();
+                   Pass(run);
                    std::vector<double> numbers;
                    AppendAll<Library>(numbers, frame->worlds);
                    AppendAll<Library>(numbers, frame->inverses);
@@ -160,7 +167,7 @@ void AddSkinning()
     auto const points = Build(Numbers(331, 3 * VERTEX_COUNT, -1, 1), 3, Library::makeVector);
     auto const influences = MakeInfluences<T>();
     auto const out = std::make_shared<std::vector<Vector>>(VERTEX_COUNT);
-    auto const run = [=]
+    auto run = [=]
     {
         Vector* const results = out->data();
         benchmark::DoNotOptimize(results);
@@ -169,9 +176,9 @@ void AddSkinning()
     };
     AddRun(name, VERTEX_COUNT, run);
     AddNumbers(name,
-               [=]
+               [=]() mutable
                {
-                   run();
+                   Pass(run);
                    std::vector<double> numbers;
                    AppendAll<Library>(numbers, *out);
                    return numbers;
@@ -199,7 +206,7 @@ void AddTile()
     Vector const down = Library::makeVector(tile.down.data());
     auto const box = Library::makeBox(tile.box.data());
     auto const out = std::make_shared<std::vector<TileRay<T, Library>>>(TILE_SIZE * TILE_SIZE);
-    auto const run = [=]
+    auto run = [=]
     {
         TileRay<T, Library>* ray = out->data();
         benchmark::DoNotOptimize(ray);
@@ -216,9 +223,9 @@ void AddTile()
     };
     AddRun(name, TILE_SIZE * TILE_SIZE, run);
     AddNumbers(name,
-               [=]
+               [=]() mutable
                {
-                   run();
+                   Pass(run);
                    std::vector<double> numbers;
                    for (TileRay<T, Library> const& ray : *out)
                    {

@@ -348,14 +348,15 @@ struct CglmOperations
 
     static Vector skinned(Affine const* bones, Influences<float> const& influences, Vector const& point)
     {
-        vec4 homogeneous;
-        glm_vec4(point.Get(), 1, homogeneous);
         vec4 sum = GLM_VEC4_ZERO_INIT;
         for (std::size_t i = 0; i < INFLUENCE_COUNT; ++i)
         {
-            vec4 moved;
-            glm_mat4_mulv(bones[influences.bones[i]].Get(), homogeneous, moved);
-            glm_vec4_muladds(moved, influences.weights[i], sum);
+            vec4* const columns = bones[influences.bones[i]].Get();
+            float const weight = influences.weights[i];
+            glm_vec4_muladds(columns[0], point.v[0] * weight, sum);
+            glm_vec4_muladds(columns[1], point.v[1] * weight, sum);
+            glm_vec4_muladds(columns[2], point.v[2] * weight, sum);
+            glm_vec4_muladds(columns[3], weight, sum);
         }
         Vector result;
         glm_vec3(sum, result.v);

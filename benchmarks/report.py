@@ -16,7 +16,7 @@ import sys
 import quiet
 from charts import draw
 from formats import UNMEASURED, marked, number, table, times, warned
-from results import (BUILDS, CONTRACTION, HAND_WRITTEN, LIMITS, OURS, V3, ReportError, all_keys, best_peer, floor_of,
+from results import (BUILDS, CONTRACTION, HAND_WRITTEN, LIMITS, OURS, TOPICS, V3, ReportError, all_keys, best_peer, floor_of,
                      gains, geometric_mean, incomplete, is_maths, is_ours, load, only, packet_ratios, parse_counts,
                      parse_floors, parse_results, ratio, ratios, ratios_by_library, summarise, topics_of, topic_order)
 
@@ -100,8 +100,8 @@ def best_section(results, floors):
     lines = topic_table(results, floors)
     if not lines:
         return ""
-    return ("## Against the best of all, row by row\n\nThe fastest of up to ten peers is another one on each row, and the "
-            "luckiest of as many measurements. Rows [at their floor](#rows-at-their-floor) are counted apart.\n\n"
+    return ("## Against the best of all, row by row\n\nThe fastest of up to ten peers is another one on each row, and "
+            "the luckiest of as many measurements. Rows [at their floor](#rows-at-their-floor) are counted apart.\n\n"
             + lines + "\n")
 
 
@@ -119,9 +119,9 @@ def contraction_section(results):
                       times(geometric_mean(theirs))])
     if len(lines) == 1:
         return ""
-    return ("## What equal bits cost\n\nThis library's time in the build for x86-64-v3 over its time where the compiler "
-            "may fuse products and sums, which gives up the promise of equal bits: 1.04 means that fusing saves 4 %. The "
-            "peers' code is the same in both builds: how far their mean is from 1 says what the measurement is worth. "
+    return ("## What equal bits cost\n\nThis library's time in the build for x86-64-v3 over its time where the "
+            "compiler may fuse products and sums, which gives up the promise of equal bits: 1.04 means that fusing saves "
+            "4 %. The peers' code is the same in both builds: how far their mean is from 1 says what the measurement is worth. "
             "What is not inline is the same in both, too.\n\n" +
             table(["topic", "rows", "ours", "peers, the same code"], lines) + "\n")
 
@@ -139,8 +139,8 @@ def floor_section(results, floors, counts):
                               marked(ratio(libraries)), reason])
     if not lines:
         return ""
-    return ("## Rows at their floor\n\nWhat these rows must do takes the time that it takes. The instructions of an item, "
-            "ours and the fastest peer's, and what they are spent on:\n\n" +
+    return ("## Rows at their floor\n\nWhat these rows must do takes the time that it takes. The instructions of an "
+            "item, ours and the fastest peer's, and what they are spent on:\n\n" +
             table(["row", "build", "our instructions", "the peer's", "peer", "ratio", "reason"], lines) + "\n")
 
 
@@ -167,8 +167,8 @@ def below_section(results, counts):
     if not lines:
         return ""
     header = ["row", "build", "ours, ns", "instructions", "peer", "peer's, ns", "instructions", "ratio"]
-    return ("## Rows on which a peer is faster\n\nInstructions are counted by callgrind in the code that is timed. It runs "
-            "it as on a processor with AVX2 and without AVX-512, and leaves out a row with an instruction that it does "
+    return ("## Rows on which a peer is faster\n\nInstructions are counted by callgrind in the code that is timed. It "
+            "runs it as on a processor with AVX2 and without AVX-512, and leaves out a row with an instruction that it does "
             "not know.\n\n" + table(header, [line for _, line in sorted(lines)]) + "\n")
 
 
@@ -200,8 +200,8 @@ def packet_section(results):
                    for title, rows in results for key, value in packet_ratios(rows))
     if not lines:
         return ""
-    return ("## Packets against hand-written intrinsics\n\nOur time over that of a kernel of the same semantics, written by "
-            "hand for the row.\n\n" +
+    return ("## Packets against hand-written intrinsics\n\nOur time over that of a kernel of the same semantics, "
+            "written by hand for the row.\n\n" +
             table(["row", "build", "ours, ns", "hand-written, ns", "ours over hand-written"], lines) + "\n")
 
 
@@ -365,6 +365,15 @@ def say(results, floors, notes):
     for key in sorted(slow, key=topic_order):
         if not floor_of(key, floors) and f"`{key[0]}/{key[1]}`" not in notes and f"`{'/'.join(key)}`" not in notes:
             print(f"  {'/'.join(key)} is below {LEVEL}, and neither among the floors nor in the notes")
+    for row in unknown_floors(all_keys(results), floors):
+        print(f"  {row} is among the floors, and no row")
+
+
+def unknown_floors(keys, floors):
+    """The floors that name no row, where every topic was measured."""
+    if not set(topics_of(keys)).issuperset(TOPICS):
+        return []
+    return [row for row in floors if not any(floor_of(key, {row: True}) for key in keys)]
 
 
 def read_results(source):

@@ -245,8 +245,8 @@ class QuietTest(unittest.TestCase):
             script = os.path.join(ROOT, "benchmarks", "quiet.py")
             with open(os.path.join(folder, "gcc.json"), "w", encoding="utf-8") as file:
                 json.dump(document(), file)
-            for used, code, message in ((0.05, 0, ""),
-                                        (0.25, 1, "quiet: GCC -O2: other programs used 0.25 of a processor (at most 0.1)\n")):
+            refusal = "quiet: GCC -O2: other programs used 0.25 of a processor (at most 0.1)\n"
+            for used, code, message in ((0.05, 0, ""), (0.25, 1, refusal)):
                 with open(os.path.join(folder, "gcc.quiet"), "w", encoding="utf-8") as file:
                     json.dump({"others": used}, file)
                 run = subprocess.run([sys.executable, "-B", script, "check", folder], capture_output=True, text=True,
@@ -381,6 +381,12 @@ class PageTest(unittest.TestCase):
         _, printed = self.make(floors=[("a/b/float", "reason")], notes="`a/c` and `a/d/float`, and more.")
         self.assertEqual([line for line in printed.splitlines() if "neither" in line],
                          ["  a/f/float is below 0.95, and neither among the floors nor in the notes"])
+
+    def test_a_floor_that_names_no_row_is_pointed_out_where_every_topic_was_measured(self):
+        keys = [(topic, "a", "float") for topic in results.TOPICS]
+        floors = {"matrix/a": "x", "ray/a/float": "x", "ray/a/double": "x", "box/b": "x"}
+        self.assertEqual(report.unknown_floors(keys, floors), ["ray/a/double", "box/b"])
+        self.assertEqual(report.unknown_floors(keys[1:], floors), [])
 
     def test_equal_bits_cost_what_the_build_with_contraction_saves(self):
         self.write("gcc-v3.json", document(*pair("matrix/product/float", 3, ("GLM", 4)),

@@ -101,7 +101,7 @@ def best_section(results, floors):
     if not lines:
         return ""
     return ("## Against the best of all, row by row\n\nThe fastest of up to ten peers is another one on each row, and "
-            "the luckiest of as many measurements. Rows [at their floor](#rows-at-their-floor) are counted apart.\n\n"
+            "the luckiest of as many measurements. Rows [at their floor](details.md#rows-at-their-floor) are counted apart.\n\n"
             + lines + "\n")
 
 
@@ -314,7 +314,7 @@ def machine_section(machine, quietness):
                    table(["build", "used by other programs", "spread"], lines) + "\n")
 
 
-def readme(results, floors, counts, extras, charts, quietness, has_text):
+def readme(results, floors, extras, charts, quietness, has_text):
     text = "# How fast it is\n\n" + HEAD + "## How to read it\n\n" + HOW_TO_READ
     text += "[Every row and every time](details.md) stand on a page of their own"
     text += ", [text and hashes](text.md) on another; they enter no mean here.\n" if has_text else ".\n"
@@ -324,7 +324,6 @@ def readme(results, floors, counts, extras, charts, quietness, has_text):
     text += library_section(results)
     text += best_section(results, floors)
     text += contraction_section(results)
-    text += floor_section(results, floors, counts)
     text += chart_section(charts)
     if "raytracer" in extras:
         text += tracer_section(extras["raytracer"])
@@ -333,10 +332,10 @@ def readme(results, floors, counts, extras, charts, quietness, has_text):
     return text + machine_section(extras.get("machine"), quietness)
 
 
-def details(results, counts):
+def details(results, floors, counts):
     return ("# Every row and every time\n\n" + HEAD + "[How to read it](README.md#how-to-read-it)\n\n" +
-            below_section(results, counts) + rows_section(results) + packet_section(results) + batch_section(results) +
-            times_section(results))
+            below_section(results, counts) + floor_section(results, floors, counts) + rows_section(results) +
+            packet_section(results) + batch_section(results) + times_section(results))
 
 
 def text_page(results, counts):
@@ -416,9 +415,9 @@ def main(source, output, floors_path=None, notes_path=None):
             charts.append((title, f"ratios-{build}.svg"))
             draw(title + (" (the machine was not quiet)" if title in noisy else ""), only(rows, is_maths),
                  os.path.join(output, charts[-1][1]))
-    pages = {"README.md": readme(maths, floors, counts, extras, charts, quietness, bool(all_keys(texts)))}
+    pages = {"README.md": readme(maths, floors, extras, charts, quietness, bool(all_keys(texts)))}
     if all_keys(maths):
-        pages["details.md"] = details(maths, counts)
+        pages["details.md"] = details(maths, floors, counts)
     if all_keys(texts):
         pages["text.md"] = text_page(texts, counts)
     for name, text in pages.items():

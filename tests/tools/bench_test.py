@@ -371,7 +371,7 @@ class PageTest(unittest.TestCase):
         self.assertIn("| both together | 3 | 1.59 | 2.00 |", page)  # (2 * 8 * 0.25) ** (1 / 3) = 1.587
         self.assertIn("| GLM | GCC -O2 | 3 | 1.59 | 2.00 | 1 |", page)
         self.assertIn("| scalar/IsEqual, near/float | GCC -O2 | 100 | 42.5 | GLM epsilon | **0.25** | "
-                      "Two tests, where the peers make one. |", page)
+                      "Two tests, where the peers make one. |", self.read("details.md"))
         self.assertNotIn("neither among the floors nor in the notes", printed)
 
     def test_a_slow_row_that_nobody_explains_is_pointed_out(self):

@@ -16,8 +16,8 @@ import sys
 import quiet
 from charts import draw
 from formats import UNMEASURED, marked, number, table, times, warned
-from results import (BUILDS, CONTRACTION, HAND_WRITTEN, LIMITS, OURS, TOPICS, V3, ReportError, all_keys, best_peer, floor_of,
-                     gains, geometric_mean, incomplete, is_maths, is_ours, load, only, packet_ratios, parse_counts,
+from results import (BUILDS, CONTRACTION, HAND_WRITTEN, LIMITS, OURS, TOPICS, V3, ReportError, all_keys, best_peer,
+                     floor_of, gains, geometric_mean, incomplete, is_maths, is_ours, load, only, packet_ratios, parse_counts,
                      parse_floors, parse_results, ratio, ratios, ratios_by_library, summarise, topics_of, topic_order)
 
 SHOWN = 15  # of the rows below 1, on the terminal
@@ -101,7 +101,8 @@ def best_section(results, floors):
     if not lines:
         return ""
     return ("## Against the best of all, row by row\n\nThe fastest of up to ten peers is another one on each row, and "
-            "the luckiest of as many measurements. Rows [at their floor](details.md#rows-at-their-floor) are counted apart.\n\n"
+            "the luckiest of as many measurements. Rows [at their floor](details.md#rows-at-their-floor) are counted "
+            "apart.\n\n"
             + lines + "\n")
 
 
@@ -120,9 +121,9 @@ def contraction_section(results):
     if len(lines) == 1:
         return ""
     return ("## What equal bits cost\n\nThis library's time in the build for x86-64-v3 over its time where the "
-            "compiler may fuse products and sums, which gives up the promise of equal bits: 1.04 means that fusing saves "
-            "4 %. The peers' code is the same in both builds: how far their mean is from 1 says what the measurement is worth. "
-            "What is not inline is the same in both, too.\n\n" +
+            "compiler may fuse products and sums, which gives up the promise of equal bits: 1.04 means that fusing "
+            "saves 4 %. The peers' code is the same in both builds: how far their mean is from 1 says what the "
+            "measurement is worth. What is not inline is the same in both, too.\n\n" +
             table(["topic", "rows", "ours", "peers, the same code"], lines) + "\n")
 
 
@@ -168,8 +169,8 @@ def below_section(results, counts):
         return ""
     header = ["row", "build", "ours, ns", "instructions", "peer", "peer's, ns", "instructions", "ratio"]
     return ("## Rows on which a peer is faster\n\nInstructions are counted by callgrind in the code that is timed. It "
-            "runs it as on a processor with AVX2 and without AVX-512, and leaves out a row with an instruction that it does "
-            "not know.\n\n" + table(header, [line for _, line in sorted(lines)]) + "\n")
+            "runs it as on a processor with AVX2 and without AVX-512, and leaves out a row with an instruction that it "
+            "does not know.\n\n" + table(header, [line for _, line in sorted(lines)]) + "\n")
 
 
 def rows_section(results):
@@ -210,9 +211,9 @@ def batch_section(results):
     if not keys:
         return ""
     text = ("## Batch\n\nThe functions of `bv/maths/Batch.h` against the same work done item by item: with this "
-            "library's single forms in a loop, and with the fastest peer's. `memcpy` (copying) and `memchr` (reading) say "
-            "what memory allows for the same bytes; they are no peers. The functions choose their instructions when "
-            "called, whatever the program was compiled for.\n\n")
+            "library's single forms in a loop, and with the fastest peer's. `memcpy` (copying) and `memchr` (reading) "
+            "say what memory allows for the same bytes; they are no peers. The functions choose their instructions "
+            "when called, whatever the program was compiled for.\n\n")
     for title, rows in results:
         present = {name for key in keys for name in rows.get(key, {})}
         forms = sorted(name for name in present if is_ours(name) and name != OURS)
@@ -276,8 +277,8 @@ def cost_section(costs):
     ]) + "\n"
     text += ("Times are medians: the build of one run, the starts of "
              f"{load_times['runs']}, the headers of {costs['headers']['runs']}.\n\n")
-    text += ("What including a single header adds to a compiler's work: processor time of a file that holds nothing else, "
-             "at -O2, and as a multiple of a file that includes `<cmath>`; lines that the preprocessor leaves.\n\n")
+    text += ("What including a single header adds to a compiler's work: processor time of a file that holds nothing "
+             "else, at -O2, and as a multiple of a file that includes `<cmath>`; lines that the preprocessor leaves.\n\n")
     compilers = costs["headers"]["compilers"]
     header = ["header"]
     for compiler in compilers:
@@ -307,10 +308,10 @@ def machine_section(machine, quietness):
         text += "- packages: " + ", ".join(machine["packages"]) + "\n\n"
     lines = [[title, UNMEASURED if used is None else f"{used:.2f}", UNMEASURED if between is None else f"{between:.1%}"]
              for title, used, between in quietness]
-    return text + ("Figures count only where the machine is quiet. Other programs' use is the busy time of all processors "
-                   "less the benchmark's own, in processors; the spread is the median over the rows of the coefficient of "
-                   f"variation between repetitions. Beyond {quiet.OTHERS_LIMIT} of a processor or {quiet.SPREAD_LIMIT:.0%}, "
-                   "a warning stands in front of every table.\n\n" +
+    return text + ("Figures count only where the machine is quiet. Other programs' use is the busy time of all "
+                   "processors less the benchmark's own, in processors; the spread is the median over the rows of the "
+                   f"coefficient of variation between repetitions. Beyond {quiet.OTHERS_LIMIT} of a processor or "
+                   "{quiet.SPREAD_LIMIT:.0%}, a warning stands in front of every table.\n\n" +
                    table(["build", "used by other programs", "spread"], lines) + "\n")
 
 
@@ -318,9 +319,9 @@ def readme(results, floors, extras, charts, quietness, has_text):
     text = "# How fast it is\n\n" + HEAD + "## How to read it\n\n" + HOW_TO_READ
     text += "[Every row and every time](details.md) stand on a page of their own"
     text += ", [text and hashes](text.md) on another; they enter no mean here.\n" if has_text else ".\n"
-    text += ("[Notes](notes.md) say what the differences are made of. The results of every build that promises equal bits "
-             "are compared with a [record](../../tests/digest/record.txt) of their hashes before anything is measured, "
-             "and the libraries' results on the newer rows with each other.\n\n")
+    text += ("[Notes](notes.md) say what the differences are made of. The results of every build that promises equal "
+             "bits are compared with a [record](../../tests/digest/record.txt) of their hashes before anything is "
+             "measured, and the libraries' results on the newer rows with each other.\n\n")
     text += library_section(results)
     text += best_section(results, floors)
     text += contraction_section(results)

@@ -17,8 +17,9 @@ import quiet
 from charts import draw
 from formats import UNMEASURED, marked, number, table, times, warned
 from results import (BUILDS, CONTRACTION, HAND_WRITTEN, LIMITS, OURS, TOPICS, V3, ReportError, all_keys, best_peer,
-                     floor_of, gains, geometric_mean, incomplete, is_maths, is_ours, load, only, packet_ratios, parse_counts,
-                     parse_floors, parse_results, ratio, ratios, ratios_by_library, summarise, topics_of, topic_order)
+                     floor_of, gains, geometric_mean, incomplete, is_maths, is_ours, load, only, packet_ratios,
+                     parse_counts, parse_floors, parse_results, ratio, ratios, ratios_by_library, summarise, topics_of,
+                     topic_order)
 
 SHOWN = 15  # of the rows below 1, on the terminal
 LEVEL = 0.95  # ratios from here to 1 may be the machine's mood: the same code, measured twice, differs by as much
@@ -311,7 +312,7 @@ def machine_section(machine, quietness):
     return text + ("Figures count only where the machine is quiet. Other programs' use is the busy time of all "
                    "processors less the benchmark's own, in processors; the spread is the median over the rows of the "
                    f"coefficient of variation between repetitions. Beyond {quiet.OTHERS_LIMIT} of a processor or "
-                   "{quiet.SPREAD_LIMIT:.0%}, a warning stands in front of every table.\n\n" +
+                   f"{quiet.SPREAD_LIMIT:.0%}, a warning stands in front of every table.\n\n" +
                    table(["build", "used by other programs", "spread"], lines) + "\n")
 
 

@@ -416,6 +416,7 @@ class PageTest(unittest.TestCase):
                                  page.count("\n|---") if warnings else 0)
                 self.assertIn("\n|---", page)
         self.assertIn("| GCC -O2 | 0.70 | – |", self.read("README.md"))
+        self.assertIn("Beyond 0.1 of a processor or 2%,", self.read("README.md"))
 
     def test_every_library_stands_in_the_details_the_fastest_first(self):
         self.write("gcc.json", document(entry("matrix/product/float/BvBaseUtils", 2),

@@ -28,13 +28,13 @@ template <typename Out, typename In, typename Run>
 void AddArrays(std::string const& name, std::vector<In> in, Run run)
 {
     auto const from = std::make_shared<std::vector<In> const>(std::move(in));
-    auto const to = std::make_shared<std::vector<Out>>(from->size());
+    auto const to = std::shared_ptr<Out[]>(new Out[from->size()]());
     AddRun(name, from->size(),
            [=]
            {
-               Out* results = to->data();
+               Out* results = to.get();
                benchmark::DoNotOptimize(results);
-               run(std::span<In const>(*from), std::span<Out>(*to));
+               run(std::span<In const>(*from), std::span<Out>(results, from->size()));
            });
 }
 
@@ -110,6 +110,105 @@ void AddFrustumRows()
     AddBoth<Result, T>(
         "classify boxes", boxes, [=](auto in, auto out) { ClassifyBoxes(frustum, in, out); },
         [=](auto const& box) { return frustum.ContainsAABB(box); });
+    auto const bits = std::make_shared<std::vector<std::uint64_t>>(GetBitWords(boxes.size()));
+    AddBoth<bool, T>(
+        "find visible boxes", boxes, [=](auto in, auto) { FindVisibleBoxes(frustum, in, *bits); },
+        [=](auto const& box) { return frustum.ContainsAABB(box) != tFrustum<T>::OUTSIDE; });
+}
+
+/// Vectors of three components, drawn from a range.
+template <typename T>
+std::vector<tVector3<T>> Vectors(unsigned int seed, double low, double high)
+{
+    return Build(Numbers(seed, 3 * COUNT, low, high), 3,
+                 [](double const* n)
+                 { return tVector3<T>(static_cast<T>(n[0]), static_cast<T>(n[1]), static_cast<T>(n[2])); });
+}
+
+/// What the bits of a batch of the usual size go to.
+std::shared_ptr<std::vector<std::uint64_t>> MakeBits()
+{
+    return std::make_shared<std::vector<std::uint64_t>>(GetBitWords(COUNT));
+}
+
+template <typename T>
+void AddPointRows()
+{
+    auto const affine = MakeMatrix<T>(AFFINE);
+    auto const projective = MakeMatrix<T>(PROJECTIVE);
+    auto const points = Vectors<T>(172, 1, 10);
+    auto const bits = MakeBits();
+    AddBoth<tVector3<T>, T>(
+        "transform points affinely", points, [=](auto in, auto out) { TransformPointsAffinely(affine, in, out); },
+        [=](auto const& point) { return point.Transformed(affine); });
+    AddBoth<tVector3<T>, T>(
+        "try to transform points", points, [=](auto in, auto out) { TryTransformPoints(projective, in, out, *bits); },
+        [=](auto const& point) { return point.Transformed(projective); });
+    AddBoth<tVector3<T>, T>(
+        "normalise", points, [](auto in, auto out) { NormaliseVectors(in, out); },
+        [](auto const& vector) { return vector.Normalised(); });
+    tVolumeAABB<T> const box({2, 2, 2}, {7, 8, 9});
+    AddBoth<bool, T>(
+        "points in a box", points, [=](auto in, auto) { FindPointsInside(box, false, in, *bits); },
+        [=](auto const& point) { return box.Contains(point, false); });
+    std::vector<T> const numbers =
+        Build(Numbers(173, COUNT, -1, 1), 1, [](double const* n) { return static_cast<T>(n[0]); });
+    AddBoth<bool, T>(
+        "IsEqual", numbers, [=](auto in, auto) { CompareNumbers(in, numbers, *bits); },
+        [](T number) { return IsEqual(number, T{0.5}); });
+}
+
+template <typename T>
+void AddShapeRows()
+{
+    auto const corners = Vectors<T>(174, -10, 10);
+    auto const affine = MakeMatrix<T>(AFFINE);
+    auto const bits = MakeBits();
+    auto const exits = std::make_shared<std::vector<T>>(COUNT);
+    std::vector<tVolumeAABB<T>> boxes;
+    std::vector<tVolumeSphere<T>> spheres;
+    std::vector<tRay<T>> rays;
+    std::vector<tMatrix4<T>> matrices;
+    for (tVector3<T> const& corner : corners)
+    {
+        boxes.emplace_back(corner, corner + tVector3<T>(2, 3, 1));
+        spheres.emplace_back(corner, T{2});
+        rays.emplace_back(corner, (-corner).Normalised());
+        matrices.push_back(affine * tMatrix4<T>::Translate(corner) + affine);
+    }
+    tRay<T> const ray({-12, -11, -13}, tVector3<T>(3, 2, 4).Normalised());
+    AddBoth<tVolumeAABB<T>, T>(
+        "transform boxes", boxes, [=](auto in, auto out) { TransformBoxes(affine, in, out); },
+        [=](auto const& box) { return box * affine; });
+    AddBoth<T, T>(
+        "one ray, many boxes", boxes, [=](auto in, auto out) { ClipBoxes(ray, T{0}, T{100}, in, out, *bits); },
+        [=](auto const& box)
+        {
+            T tNear = 0;
+            T tFar = 100;
+            return ray.Clip(box, tNear, tFar) ? tNear : T{-1};
+        });
+    AddBoth<T, T>(
+        "one ray, many spheres", spheres, [=](auto in, auto out) { ClipSpheres(ray, in, out, *exits, *bits); },
+        [=](auto const& sphere)
+        {
+            T tNear = -1;
+            T tFar = -1;
+            return ray.Clip(sphere, tNear, tFar) ? tNear : T{-1};
+        });
+    tVolumeSphere<T> const sphere({1, 2, 3}, T{5});
+    AddBoth<T, T>(
+        "many rays, one sphere", rays,
+        [=](auto in, auto out) { ClipRays(tRayView<T const>(in), sphere, out, *exits, *bits); },
+        [=](auto const& each)
+        {
+            T tNear = -1;
+            T tFar = -1;
+            return each.Clip(sphere, tNear, tFar) ? tNear : T{-1};
+        });
+    AddBoth<tMatrix4<T>, T>(
+        "invert matrices", std::vector(matrices.begin(), matrices.begin() + 64),
+        [](auto in, auto out) { InvertMatrices(in, out); }, [](auto const& matrix) { return matrix.Inverted(); });
 }
 
 void AddNoiseRows()
@@ -162,6 +261,10 @@ void AddBatch()
     }
     AddFrustumRows<float>();
     AddFrustumRows<double>();
+    AddPointRows<float>();
+    AddPointRows<double>();
+    AddShapeRows<float>();
+    AddShapeRows<double>();
     AddNoiseRows();
 }
 

@@ -159,6 +159,10 @@ def exempt(declaration):
         return "the compiler's own"
     if owner in ("tRayPacket", "SSELanes", "AVXLanes"):
         return "inline whole, since a symbol with code for AVX could be shared with code for other processors"
+    if owner in ("tNumberView", "tVectorView", "tBoxView", "tRayView", "tSphereView"):
+        return "of a view, and inlined by force"
+    if name in ("GetBitWords", "FillPackets"):
+        return "inlined by force"
     if declaration.is_friend and declaration.is_template:
         return "over types of the caller: the arithmetic of Percentage with numbers"
     if declaration.is_template and not owner and declaration.signature.parameters[-1:] == ("const String&",):

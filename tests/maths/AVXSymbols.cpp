@@ -444,14 +444,13 @@ struct OfPrecisions
 
     static std::size_t ShapeBatches(tFrustum<T> const& frustum, tMatrix4<T> const& matrix,
                                     std::span<tVolumeAABB<T>> boxes, std::span<tVolumeSphere<T>> spheres,
-                                    std::span<tRay<T>> rays, std::span<T> numbers, BitSpan bits)
+                                    std::span<tRay<T>> rays, std::span<T> numbers, BitSpan bits,
+                                    std::span<std::uint32_t> indices, std::span<std::uint8_t> planes,
+                                    std::span<typename tFrustum<T>::IntersectionResult> results)
     {
-        std::vector<std::uint32_t> indices(boxes.size());
-        std::vector<std::uint8_t> planes(boxes.size());
-        std::vector<typename tFrustum<T>::IntersectionResult> results(boxes.size());
         TransformBoxes(matrix, boxes, boxes);
         ClassifyBoxesByPlane(frustum, PLANES_ALL, boxes, planes);
-        ClassifySpheres(frustum, spheres, std::span(results));
+        ClassifySpheres(frustum, spheres, results);
         tBoxView<T const> const view(boxes);
         return FindVisibleBoxes(frustum, view, bits) + ListVisibleBoxes(frustum, boxes, indices) +
                FindVisibleSpheres(frustum, spheres, bits) + ListVisibleSpheres(frustum, spheres, indices) +

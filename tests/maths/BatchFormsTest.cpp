@@ -582,6 +582,72 @@ void ForLayouts(std::vector<tVolumeSphere<T>> const& spheres, Function function)
     function(tSphereView<T const>(tVectorView<T const>(centres), tNumberView<T const>(squares)));
 }
 
+TYPED_TEST(BatchFormsTest, OutsideABoxThatIsOutsideAllBoxesAreOutside)
+{
+    using T = TypeParam;
+    std::mt19937 generator(10);
+    auto const boxes = Boxes<T>(generator, 50);
+    std::vector<std::uint8_t> results(50, 200);
+    ClassifyBoxesByPlane(tFrustum<T>(), PLANES_OUTSIDE | PLANE_TOP, boxes, results);
+    EXPECT_EQ(results, std::vector<std::uint8_t>(50, PLANES_OUTSIDE));
+}
+
+TYPED_TEST(BatchFormsTest, RecordsThatBeginWithASphereAreReadFromTheirFirstByteOn)
+{
+    using T = TypeParam;
+    struct Record
+    {
+        T radiusSquared;
+        tVector3<T> centre;
+        T more[2];
+    };
+    // A block on the heap that begins with the first record: a sanitizer would notice a read in front of it.
+    std::vector<Record> const records(64, Record{T{4}, tVector3<T>(0, 0, 10), {}});
+    tSphereView<T const> const view(tVectorView<T const>(records, &Record::centre),
+                                    tNumberView<T const>(&records[0].radiusSquared, 64, sizeof(Record)));
+    std::vector<T> entries(64);
+    std::vector<T> exits(64);
+    std::vector<std::uint64_t> bits(1);
+    tRay<T> const ray(tVector3<T>(0, 0, 0), tVector3<T>(0, 0, 1));
+    EXPECT_EQ(ClipSpheres(ray, view, entries, exits, bits), 64U);
+    EXPECT_EQ(entries, std::vector<T>(64, T{8}));
+    EXPECT_EQ(exits, std::vector<T>(64, T{12}));
+}
+
+TYPED_TEST(BatchFormsTest, OneMemberOfARecordMayBecomeAnother)
+{
+    using T = TypeParam;
+    tMatrix4<T> const matrix = tMatrix4<T>::Translate(1, 2, 3);
+    for (std::size_t const length : Lengths())
+    {
+        std::vector<Vertex<T>> records(length, Vertex<T>{77, tVector3<T>(4, 5, 6), 8, {}});
+        TransformPoints(matrix, tVectorView<T const>(records, &Vertex<T>::position),
+                        tVectorView<T>(records, &Vertex<T>::normal));
+        for (Vertex<T> const& record : records)
+        {
+            ExpectSameBits(record.position, tVector3<T>(4, 5, 6));
+            ExpectSameBits(record.normal, tVector3<T>(5, 7, 9));
+            EXPECT_EQ(record.u, T{8});
+        }
+    }
+}
+
+TYPED_TEST(BatchFormsTest, UnitDirectionsAreNormalisedInEveryLayout)
+{
+    using T = TypeParam;
+    std::mt19937 generator(20);
+    auto const rotation = tMatrix4<T>::RotateAxis(tVector3<T>(), tVector3<T>(1, 2, -1), 1);
+    for (std::size_t const length : Lengths())
+    {
+        auto directions = WithSpecial(RandomPoints<T>(generator, length - length / 5, -1, 1), length / 5);
+        for (std::size_t i = 0; i < length; i += 2)
+            directions[i].Normalise();
+        ExpectVectors(
+            directions, [&](auto const& in, auto const& out) { TransformDirections(rotation, in, out); },
+            [&](tVector3<T> const& direction) { return direction.TransformedAsVector(rotation); });
+    }
+}
+
 TYPED_TEST(BatchFormsTest, SpheresInAViewAreClassifiedByTheirDistanceFromEachPlane)
 {
     using T = TypeParam;
@@ -927,6 +993,8 @@ TYPED_TEST(BatchFormsTest, EveryDifferentLengthIsAnError)
     tVolumeSphere<T> const sphere(tVector3<T>(), T{1});
     tRay<T> const ray;
     std::pair<char const*, std::function<void()>> const calls[] = {
+        {"TransformPoints", [&] { TransformPoints(matrix, vectors, fewer); }},
+        {"TransformDirections", [&] { TransformDirections(matrix, vectors, fewer); }},
         {"TransformPointsAffinely", [&] { TransformPointsAffinely(matrix, vectors, fewer); }},
         {"TryTransformPoints", [&] { TryTransformPoints(matrix, vectors, fewer, bits); }},
         {"TryTransformPoints", [&] { TryTransformPoints(matrix, vectors, vectors, moreBits); }},
@@ -951,6 +1019,7 @@ TYPED_TEST(BatchFormsTest, EveryDifferentLengthIsAnError)
         {"ClipBoxes", [&] { ClipBoxes(ray, T{0}, T{1}, boxes, numbers, moreBits); }},
         {"ClipRays", [&] { ClipRays(tRayView<T const>(rays), sphere, fewerNumbers, numbers, bits); }},
         {"ClipRays", [&] { ClipRays(tRayView<T const>(rays), sphere, numbers, fewerNumbers, bits); }},
+        {"ClipRays", [&] { ClipRays(tRayView<T const>(rays), sphere, numbers, numbers, moreBits); }},
         {"ClipSpheres", [&] { ClipSpheres(ray, spheres, fewerNumbers, numbers, bits); }},
         {"ClipSpheres", [&] { ClipSpheres(ray, spheres, numbers, numbers, moreBits); }},
         {"CompareNumbers", [&] { CompareNumbers(numbers, fewerNumbers, bits); }},

@@ -400,7 +400,7 @@ TYPED_TEST(RayPacketTest, PacketsAreFilledWithPlainRaysWhereverTheyLie)
         for (auto const& view : {maths::tRayView<float const>(rays), maths::tRayView<float const>(from, along)})
         {
             std::vector<TypeParam> packets((count + TypeParam::WIDTH - 1) / TypeParam::WIDTH);
-            maths::simd::FillPackets(view, std::span(packets));
+            maths::simd::FillPackets(view, packets);
             for (std::size_t i = 0; i < packets.size() * TypeParam::WIDTH; ++i)
                 for (std::size_t axis = 0; axis < 3; ++axis)
                 {

@@ -63,28 +63,6 @@ std::size_t List(std::size_t count, std::span<std::uint32_t> indices, Find find,
     return found;
 }
 
-template <typename T>
-tNumberView<T> Part(tNumberView<T> const& view, std::size_t begin, std::size_t count) noexcept
-{
-    return {&view[begin], count, view.GetStride()};
-}
-template <typename T>
-tVectorView<T> Part(tVectorView<T> const& view, std::size_t begin, std::size_t count) noexcept
-{
-    return {Part(view.GetAxis(0), begin, count), Part(view.GetAxis(1), begin, count),
-            Part(view.GetAxis(2), begin, count)};
-}
-template <typename T>
-tBoxView<T> Part(tBoxView<T> const& view, std::size_t begin, std::size_t count) noexcept
-{
-    return {Part(view.GetMin(), begin, count), Part(view.GetMax(), begin, count)};
-}
-template <typename T>
-tSphereView<T> Part(tSphereView<T> const& view, std::size_t begin, std::size_t count) noexcept
-{
-    return {Part(view.GetCentres(), begin, count), Part(view.GetRadiiSquared(), begin, count)};
-}
-
 } // namespace
 
 template <typename T>
@@ -124,7 +102,11 @@ void ClassifyBoxesByPlane(tFrustum<T> const& frustum, unsigned int planes, tBoxe
 {
     GeometryKernels<T> const& kernels = ChosenKernels();
     Job<T> job("ClassifyBoxesByPlane", boxes.size());
-    job.Read(boxes).WriteBytes(results).Run(kernels.classify, Planes<T>(frustum).numbers, planes);
+    job.Read(boxes).WriteBytes(results);
+    if ((planes & PLANES_OUTSIDE) != 0)
+        std::ranges::fill(results, std::uint8_t{PLANES_OUTSIDE});
+    else
+        job.Run(kernels.classify, Planes<T>(frustum).numbers, planes);
 }
 
 template <typename T>
@@ -141,7 +123,7 @@ std::size_t ListVisibleBoxes(tFrustum<T> const& frustum, tBoxesIn<T> boxes, std:
     return List(
         boxes.size(), indices,
         [&](std::size_t begin, std::size_t count, BitSpan visible)
-        { FindVisibleBoxes(frustum, Part(boxes, begin, count), visible); },
+        { FindVisibleBoxes(frustum, boxes.GetPart(begin, count), visible); },
         "ListVisibleBoxes");
 }
 
@@ -168,7 +150,7 @@ std::size_t ListVisibleSpheres(tFrustum<T> const& frustum, tSpheresIn<T> spheres
     return List(
         spheres.size(), indices,
         [&](std::size_t begin, std::size_t count, BitSpan visible)
-        { FindVisibleSpheres(frustum, Part(spheres, begin, count), visible); },
+        { FindVisibleSpheres(frustum, spheres.GetPart(begin, count), visible); },
         "ListVisibleSpheres");
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <numeric>
 #include <string>
 
 #include "bv/Assert.h"
@@ -49,12 +50,12 @@ struct Range
     Range const written(out);
     if (read.begin >= written.end || written.begin >= read.end)
         return false;
-    if (in.stride != out.stride)
-        return true;
-    if (in.first == out.first && in.size == out.size)
+    // Records may hold both, one beside the other. The stride of a single number says nothing.
+    auto const magnitude = [](Extent const& extent)
+    { return extent.count == 1 ? 0 : static_cast<std::uintptr_t>(extent.stride < 0 ? -extent.stride : extent.stride); };
+    if (in.first == out.first && in.size == out.size && magnitude(in) == magnitude(out))
         return false;
-    // Records of one kind may hold both, one beside the other.
-    auto const stride = static_cast<std::uintptr_t>(in.stride < 0 ? -in.stride : in.stride);
+    std::uintptr_t const stride = std::gcd(magnitude(in), magnitude(out));
     if (stride == 0)
         return true;
     std::uintptr_t const distance =
@@ -152,6 +153,10 @@ Job<T>& Job<T>::Read(tRayView<T const> const& rays)
 template <typename T>
 Job<T>& Job<T>::Read(tSphereView<T const> const& spheres)
 {
+    // Those of `float` are six numbers long, of which the last four count.
+    constexpr std::ptrdiff_t STRIDE = 6 * sizeof(T);
+    areSphereObjects =
+        sizeof(tVolumeSphere<T>) == STRIDE && spheres.IsOfObjects() && spheres.GetRadiiSquared().GetStride() == STRIDE;
     return Read(spheres.GetCentres()).Read(spheres.GetRadiiSquared());
 }
 
@@ -210,16 +215,6 @@ Job<T>& Job<T>::Extend(T* intervals) noexcept
 }
 
 template <typename T>
-bool Job<T>::AreSphereObjects() const noexcept
-{
-    constexpr std::ptrdiff_t STRIDE = 6 * sizeof(T);
-    if (sizeof(tVolumeSphere<T>) != STRIDE || in.count != 4 || in.first[0] != in.first[3] + 1)
-        return false;
-    return in.together == 3 && in.first[1] == in.first[0] + 1 && in.first[2] == in.first[0] + 2 &&
-           std::ranges::all_of(in.strides, in.strides + 4, [](std::ptrdiff_t stride) { return stride == STRIDE; });
-}
-
-template <typename T>
 Streams<T> Job<T>::GetDirectly(std::size_t inStep, std::size_t outStep) const noexcept
 {
     Streams<T> streams{{}, {}, inStep, outStep, codes.data(), bytes.data(), bits.data(), ends};
@@ -227,7 +222,7 @@ Streams<T> Job<T>::GetDirectly(std::size_t inStep, std::size_t outStep) const no
         streams.in[i] = in.first[i];
     for (std::size_t i = 0; i < out.count; ++i)
         streams.out[i] = out.first[i];
-    if (inStep == 6 && in.count == 4)
+    if (areSphereObjects)
         streams.in[0] = in.first[3] - 2;
     return streams;
 }
@@ -246,7 +241,7 @@ std::size_t Job<T>::Run(Loop<T> loop, T const* constants, unsigned int options) 
             CheckOverlap(read, Extent::Of(bits));
         }
     std::ranges::fill(bits, std::uint64_t{0}); // a loop may set but a few
-    std::size_t const inStep = AreSphereObjects() ? 6 : in.FindStep();
+    std::size_t const inStep = areSphereObjects ? 6 : in.FindStep();
     std::size_t const outStep = out.FindStep();
     std::size_t begin = 0;
     if (inStep != 0 && outStep != 0 && count >= GRANULE)

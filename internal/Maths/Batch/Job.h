@@ -73,6 +73,7 @@ class Job
     std::size_t count;
     Components<T const> in;
     Components<T> out;
+    bool areSphereObjects = false;
     std::span<std::uint32_t> codes;
     std::span<std::uint8_t> bytes;
     BitSpan bits;
@@ -100,7 +101,7 @@ public:
     Job& Extend(T* intervals) noexcept;
     /// @}
 
-    /// Has a loop do all of it.
+    /// Has a loop do all of it. Bits are 0 before it begins.
     /// @return how many are done; fewer if the loop stops.
     std::size_t Run(Loop<T> loop, T const* constants = nullptr, unsigned int options = 0) const;
     /// Runs, and counts the bits that are set.
@@ -108,8 +109,6 @@ public:
 
 private:
     void CheckLength(std::size_t length) const;
-    /// Whether spheres lie in an array of objects that are six numbers long.
-    [[nodiscard]] bool AreSphereObjects() const noexcept;
     [[nodiscard]] Streams<T> GetDirectly(std::size_t inStep, std::size_t outStep) const noexcept;
 };
 

@@ -22,6 +22,7 @@ struct Visibility
     using Result = typename tFrustum<T>::IntersectionResult;
     static constexpr std::size_t LANES = COUNT<V>;
     static constexpr std::size_t PLANES = 6;
+    static constexpr T INFINITE = std::numeric_limits<T>::infinity();
 
     /// Of boxes and a plane: the components of the corners that lie farthest along its normal, and of those that lie
     /// nearest.
@@ -134,7 +135,7 @@ struct Visibility
             auto const [centres, radiiSquared] = LoadSpheres<V>(streams, i);
             auto const [x, y, z] = centres.axes;
             V const radius = SquareRoots(radiiSquared);
-            V distance = Broadcast<V>(std::numeric_limits<T>::infinity());
+            V distance = Broadcast<V>(INFINITE);
             for (std::size_t plane = 0; plane < PLANES; ++plane)
                 distance = Min(Distance(planes + 4 * plane, x, y, z), distance);
             M const isOutside = distance < -radius;

@@ -7,15 +7,13 @@
 #include <cstdint>
 #include <span>
 
+#include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/batch/Transforms.h"
 #include "bv/maths/tFrustum.h"
 
 namespace bv::maths
 {
-
-template <typename T>
-using tSpheresIn = std::type_identity_t<tSphereView<T const>> const&;
 
 /// Grows a box to hold points, too, in their order, as tVolumeAABB::Expand() does. A NaN moves nothing; of zeros of
 /// both signs, the first counts. The points may not lie in the box itself.
@@ -55,8 +53,8 @@ enum PlaneBits : std::uint8_t
 /// inside of it, too, and need not be tested again.
 ///
 /// @param planes the bits of the planes to test: PLANES_ALL for the root, and for the children of a box what this
-///        function said of it.
-/// @param[out] results for each box, the bits of the tested planes that have a part of it behind them: 0 for one that
+///        function said of it. With PLANES_OUTSIDE among them, all boxes are outside.
+/// @param[out] results for each box, the bits of the tested planes that have a part of it behind them, 0 for one that
 /// is
 ///        wholly inside; or PLANES_OUTSIDE alone for one that lies wholly behind a tested plane.
 /// @throws bv::InvalidArgumentException for different lengths.
@@ -74,7 +72,8 @@ std::size_t FindVisibleBoxes(tFrustum<T> const& frustum, tBoxesIn<T> boxes, BitS
 
 /// Lists the boxes that tFrustum::ContainsAABB() does not call OUTSIDE.
 ///
-/// @param[out] indices theirs, ascending; as long as the boxes are many. What is behind the last one is not written.
+/// @param[out] indices theirs, ascending, of 32 bits; as long as the boxes are many. What is behind the last one is not
+///        written.
 /// @return how many there are.
 /// @throws bv::InvalidArgumentException for different lengths.
 template <typename T>

@@ -6,16 +6,12 @@
 
 #include <span>
 
+#include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/batch/Bounds.h"
 
 namespace bv::maths
 {
-
-template <typename T>
-using tRaysIn = std::type_identity_t<tRayView<T const>> const&;
-template <typename T>
-using tSpanOut = std::type_identity_t<std::span<T>>;
 
 /// Clips an interval of a ray against boxes, each as tRay::Clip() does, from the same interval on.
 ///

@@ -7,13 +7,16 @@
 #include <span>
 #include <type_traits>
 
+#include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/batch/Views.h"
 
 namespace bv::maths
 {
 
-// What the arguments of batch forms are called below: they follow the precision of the first one.
+/// @name Arguments
+/// Views whose precision is that of the first argument of a batch form.
+/// @{
 template <typename T>
 using tVectorsIn = std::type_identity_t<tVectorView<T const>> const&;
 template <typename T>
@@ -23,7 +26,15 @@ using tBoxesIn = std::type_identity_t<tBoxView<T const>> const&;
 template <typename T>
 using tBoxesOut = std::type_identity_t<tBoxView<T>> const&;
 template <typename T>
+using tSpheresIn = std::type_identity_t<tSphereView<T const>> const&;
+template <typename T>
+using tRaysIn = std::type_identity_t<tRayView<T const>> const&;
+template <typename T>
 using tNumbersOut = std::type_identity_t<tNumberView<T>> const&;
+template <typename T>
+using tSpanOut = std::type_identity_t<std::span<T>>;
+/// @}
+
 /// Transforms points, each as tVector3::Transformed() does: with a division by w.
 ///
 /// @throws DivideByZeroException as that does, at the first point whose w is too close to 0. Those in front of it are
@@ -43,8 +54,8 @@ std::size_t TryTransformPoints(tMatrix4<T> const& matrix, tVectorsIn<T> points, 
                                BitSpan undivided);
 
 /// Transforms points by an affine matrix: each as tVector3::Transformed() does by a matrix of the same state and
-/// elements, but for (0, 0, 0, 1) in the fourth row. Nothing is divided. A point with an infinite component or NaN
-/// becomes NaN in all of them.
+/// elements, but for (0, 0, 0, 1) in the fourth row. Nothing is divided. Unless the state is IDENTITY or DIAGONAL, a
+/// point with an infinite component or NaN becomes NaN in all of them.
 ///
 /// @throws bv::InvalidArgumentException for different lengths.
 template <typename T>

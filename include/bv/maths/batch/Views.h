@@ -4,9 +4,9 @@
 /// Where the objects of a batch lie: in an array, as members of the records of an array (a vertex buffer), or component
 /// by component in arrays of numbers.
 ///
-/// A view refers to numbers and owns none of them. It is made for a call and passed by value. All three layouts are
-/// one type, so that each batch form takes any of them for each of its arguments, and mixed. Arrays of objects and of
-/// numbers are the fast ones; other distances are copied to and fro, some dozens at a time.
+/// A view refers to numbers and owns none of them. It is small, and made for a call. All three layouts are one type, so
+/// that each batch form takes any of them for each of its arguments, and mixed. Arrays of objects and of numbers are
+/// the fast ones; other distances are copied to and fro, some dozens at a time.
 
 #include <cstddef>
 #include <cstdint>
@@ -80,6 +80,11 @@ public:
     [[nodiscard, gnu::always_inline]] T* data() const noexcept { return first; }
     /// Bytes from one to the next.
     [[nodiscard, gnu::always_inline]] std::ptrdiff_t GetStride() const noexcept { return stride; }
+    /// Some of the numbers, from an index on, which are not checked.
+    [[nodiscard, gnu::always_inline]] tNumberView GetPart(std::size_t begin, std::size_t length) const noexcept
+    {
+        return {length == 0 ? first : &(*this)[begin], length, stride};
+    }
     /// A number by its index, which is not checked.
     [[nodiscard, gnu::always_inline]] T& operator[](std::size_t index) const noexcept
     {
@@ -148,6 +153,14 @@ public:
     [[nodiscard, gnu::always_inline]] tNumberView<T> const& GetAxis(std::size_t axis) const noexcept
     {
         return axes[axis];
+    }
+    /// Some of the vectors, from an index on, which are not checked.
+    [[nodiscard, gnu::always_inline]] tVectorView GetPart(std::size_t begin, std::size_t count) const noexcept
+    {
+        tVectorView part;
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            part.axes[axis] = axes[axis].GetPart(begin, count);
+        return part;
     }
     /// A copy of a vector by its index, which is not checked.
     [[nodiscard, gnu::always_inline]] tVector3<std::remove_const_t<T>> operator[](std::size_t index) const noexcept
@@ -224,6 +237,14 @@ public:
     [[nodiscard, gnu::always_inline]] tVectorView<T> const& GetMin() const noexcept { return lower; }
     /// The upper corners.
     [[nodiscard, gnu::always_inline]] tVectorView<T> const& GetMax() const noexcept { return upper; }
+    /// Some of the boxes, from an index on, which are not checked.
+    [[nodiscard, gnu::always_inline]] tBoxView GetPart(std::size_t begin, std::size_t count) const noexcept
+    {
+        tBoxView part;
+        part.lower = lower.GetPart(begin, count);
+        part.upper = upper.GetPart(begin, count);
+        return part;
+    }
     /// A copy of a box by its index, which is not checked.
     [[nodiscard, gnu::always_inline]] tVolumeAABB<std::remove_const_t<T>> operator[](std::size_t index) const noexcept
     {
@@ -291,6 +312,7 @@ class tSphereView
     static_assert(std::is_const_v<T>);
     tVectorView<T> centres;
     tNumberView<T> radiiSquared;
+    bool isOfObjects = false;
 
 public:
     using Sphere = tVolumeSphere<std::remove_const_t<T>> const;
@@ -315,6 +337,7 @@ public:
             return;
         centres = {&spheres->GetCentre(), length, bytes};
         radiiSquared = {&spheres->GetCentre().x - 1, length, bytes}; // kept in front of the centre
+        isOfObjects = true;
     }
     /// Centres and the squares of the radii.
     /// @throws bv::InvalidArgumentException for different lengths.
@@ -331,6 +354,17 @@ public:
     [[nodiscard, gnu::always_inline]] tVectorView<T> const& GetCentres() const noexcept { return centres; }
     /// The squares of the radii.
     [[nodiscard, gnu::always_inline]] tNumberView<T> const& GetRadiiSquared() const noexcept { return radiiSquared; }
+    /// Whether these are objects, and not numbers that may stand anywhere.
+    [[nodiscard, gnu::always_inline]] bool IsOfObjects() const noexcept { return isOfObjects; }
+    /// Some of the spheres, from an index on, which are not checked.
+    [[nodiscard, gnu::always_inline]] tSphereView GetPart(std::size_t begin, std::size_t count) const noexcept
+    {
+        tSphereView part;
+        part.centres = centres.GetPart(begin, count);
+        part.radiiSquared = radiiSquared.GetPart(begin, count);
+        part.isOfObjects = isOfObjects;
+        return part;
+    }
 };
 
 /// One bit for each element of a batch: element i is bit i % 64 of word i / 64. The bits behind the last element are 0.

@@ -214,15 +214,17 @@ inline Packet& tRayPacket<Packet, Lanes>::Transform(tMatrix4<float> const& matri
 /// is left for.
 ///
 /// @param rays any number, wherever they lie.
-/// @param[out] packets as many as hold all rays.
+/// @param[out] packets an array, a vector or a span of them, as many as hold all rays.
 /// @throws bv::InvalidArgumentException for any other number.
-template <typename Packet>
-[[gnu::always_inline]] inline void FillPackets(tRayView<float const> const& rays, std::span<Packet> packets)
+template <typename Packets>
+[[gnu::always_inline]] inline void FillPackets(tRayView<float const> const& rays, Packets&& packets)
 {
-    if (packets.size() != (rays.size() + Packet::WIDTH - 1) / Packet::WIDTH)
+    std::span const filled(packets);
+    constexpr std::size_t WIDTH = decltype(filled)::value_type::WIDTH;
+    if (filled.size() != (rays.size() + WIDTH - 1) / WIDTH)
         detail::ThrowDifferentLengths("FillPackets");
-    for (std::size_t i = 0; i < packets.size(); ++i)
-        packets[i].Initialise(rays, i * Packet::WIDTH);
+    for (std::size_t i = 0; i < filled.size(); ++i)
+        filled[i].Initialise(rays, i * WIDTH);
 }
 
 } // namespace bv::maths::simd

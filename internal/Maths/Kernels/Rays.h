@@ -43,15 +43,15 @@ struct Rays
                                        {
                                            V const t1 = (from - start - TOLERANCE<T>)*ray[3 + axis];
                                            V const t2 = (to - start + TOLERANCE<T>)*ray[3 + axis];
-                                           hits = Both(hits, Either(t1 >= T{0}, t2 >= T{0}));
+                                           hits = Both(hits, M(Either(t1 >= T{0}, t2 >= T{0})));
                                            lower = Max(Min(t2, t1), lower);
                                            upper = Min(Max(t1, t2), upper);
                                        }
                                        else
-                                           hits = Both(hits, Both(from <= start, start <= to));
+                                           hits = Both(hits, M(Both(from <= start, start <= to)));
                                    }
                                    if (crossed != 0)
-                                       hits = Both(hits, Both(lower <= upper, upper >= T{0}));
+                                       hits = Both(hits, M(Both(lower <= upper, upper >= T{0})));
                                    Store(Select(hits, lower, Broadcast<V>(INFINITE)), streams.out[0] + i);
                                    return hits;
                                });

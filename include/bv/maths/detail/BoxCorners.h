@@ -91,44 +91,46 @@ template <typename T, template <typename> typename Box>
     }
 }
 
-/// Bounds along all three axes at a time.
-template <typename T>
+/// Bounds along as many axes as there are lanes.
+template <typename V>
 struct tBounds
 {
-    tThree<T> lower, upper;
+    V lower, upper;
 
     /// Adds what the box extends along one axis, turned to where a column of the matrix points.
-    [[gnu::always_inline]] void Add(tThree<T> const& column, T from, T to) noexcept
+    [[gnu::always_inline]] void Add(V const& column, Element<V> from, Element<V> to) noexcept
     {
-        tThree<T> const a = column * Broadcast<tThree<T>>(from);
-        tThree<T> const b = column * Broadcast<tThree<T>>(to);
+        V const a = column * Broadcast<V>(from);
+        V const b = column * Broadcast<V>(to);
         lower = lower + Min(a, b);
         upper = upper + Max(b, a);
     }
 };
 
-/// One of four columns of the first three rows of a matrix of `double`, the third component twice.
-[[nodiscard, gnu::always_inline]] inline tThree<double> LoadColumn(double const* m, std::size_t column) noexcept
-{
-    using Pair = Register<double, 16>;
-    double const z = m[8 + column];
-    return {Pair{m[column], m[4 + column]}, Pair{z, z}};
-}
-
 /// The bounds of a box that is moved by the first three rows of a matrix, summed from the translation on, x first.
 /// Arvo, "Transforming Axis-Aligned Bounding Boxes", Graphics Gems, 1990.
 template <typename T, typename Vector>
-[[nodiscard, gnu::always_inline]] inline tBounds<T> MoveBox(Vector const& from, Vector const& to, T const* m) noexcept
+[[nodiscard, gnu::always_inline]] inline tBounds<tThree<T>> MoveBox(Vector const& from, Vector const& to,
+                                                                    T const* m) noexcept
 {
     using Lanes = tThree<T>;
     if constexpr (IS_HALVED<Lanes>)
     {
+        using Pair = Half<Lanes>;
+        Pair const translation{m[3], m[7]};
+        tBounds<Pair> xy{translation, translation};
+        T lower = m[11]; // z, a number by itself: what a lane beside it computes could raise a flag
+        T upper = lower;
         // A loop, so that compilers find it short enough to inline what calls it.
-        Lanes const translation = LoadColumn(m, 3);
-        tBounds<T> bounds{translation, translation};
         for (std::size_t axis = 0; axis < 3; ++axis)
-            bounds.Add(LoadColumn(m, axis), from[axis], to[axis]);
-        return bounds;
+        {
+            T const a = m[8 + axis] * from[axis];
+            T const b = m[8 + axis] * to[axis];
+            xy.Add(Pair{m[axis], m[4 + axis]}, from[axis], to[axis]);
+            lower += MinOfOne(a, b);
+            upper += MaxOfOne(b, a);
+        }
+        return {{xy.lower, Pair{lower}}, {xy.upper, Pair{upper}}};
     }
     else
     {
@@ -137,7 +139,7 @@ template <typename T, typename Vector>
         Lanes z = LoadAligned<Lanes>(m + 8);
         Lanes translation = z;
         Transpose(x, y, z, translation);
-        tBounds<T> bounds{translation, translation};
+        tBounds<Lanes> bounds{translation, translation};
         bounds.Add(x, from.x, to.x);
         bounds.Add(y, from.y, to.y);
         bounds.Add(z, from.z, to.z);

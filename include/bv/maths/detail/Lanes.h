@@ -484,6 +484,26 @@ template <typename V>
 
 #endif
 
+/// @copydoc MinOfOne(float, float)
+[[nodiscard, gnu::always_inline]] inline double MinOfOne(double a, double b) noexcept
+{
+#if defined __SSE2__ && defined __clang__
+    return __builtin_ia32_minsd(Register<double, 16>{a}, Register<double, 16>{b})[0];
+#else // GCC folds the instruction for one number of constants as if none were NaN
+    return Min(Register<double, 16>{a}, Register<double, 16>{b})[0];
+#endif
+}
+
+/// @copydoc MinOfOne(float, float)
+[[nodiscard, gnu::always_inline]] inline double MaxOfOne(double a, double b) noexcept
+{
+#if defined __SSE2__ && defined __clang__
+    return __builtin_ia32_maxsd(Register<double, 16>{a}, Register<double, 16>{b})[0];
+#else
+    return Max(Register<double, 16>{a}, Register<double, 16>{b})[0];
+#endif
+}
+
 using detail::Magnitude; // of one number
 
 /// The numbers without their signs.

@@ -216,8 +216,8 @@ constexpr bool tVolumeAABB<T>::Contains(tVector3<T> const& point, bool exclusive
         auto const at = detail::LoadThree<T>(point);
         auto const upper = detail::LoadLast(*this);
         auto const isAbove = detail::LoadFirst(*this) <= at;
-        return exclusiveMax ? detail::AllThree(detail::Both(isAbove, at < upper))
-                            : detail::AllThree(detail::Both(isAbove, at <= upper));
+        return exclusiveMax ? detail::AllThreeOnce(detail::Both(isAbove, at < upper))
+                            : detail::AllThreeOnce(detail::Both(isAbove, at <= upper));
     }
     if (!(point.x >= min.x))
         return false;

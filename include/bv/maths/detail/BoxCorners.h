@@ -71,6 +71,17 @@ template <typename M>
         return All(mask);
 }
 
+/// The same of a mask that is used once. Clang compares a third number by itself to a truth value, which costs more to
+/// turn into a lane again than to join; of what a loop keeps, it keeps the lanes.
+template <typename M>
+[[nodiscard, gnu::always_inline]] inline bool AllThreeOnce(M const& mask) noexcept
+{
+    if constexpr (IS_HALVED<M> && IS_CLANG && !HAS_AVX)
+        return All(mask.low) & (mask.high[0] != 0);
+    else
+        return AllThree(mask);
+}
+
 /// Writes the lower corner of a box and the upper one as six numbers.
 template <typename T, template <typename> typename Box>
 [[gnu::always_inline]] inline void StoreCorners(tThree<T> const& lower, tThree<T> const& upper, Box<T>& box) noexcept

@@ -115,7 +115,8 @@ TYPED_TEST(PreparedTransformTest, APointAndADirectionAreWorkedOutByHand)
 
 TYPED_TEST(PreparedTransformTest, WithoutAMatrixItIsTheIdentity)
 {
-    tPreparedTransform<TypeParam> const map;
+    std::vector<tPreparedTransform<TypeParam>> const maps(1); // at run time
+    tPreparedTransform<TypeParam> const& map = maps[0];
     using Limits = std::numeric_limits<TypeParam>;
     for (tVector3<TypeParam> const& v :
          {tVector3<TypeParam>(TypeParam{-0.0}, Limits::denorm_min(), Limits::max()),

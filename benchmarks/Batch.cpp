@@ -34,7 +34,7 @@ void AddArrays(std::string const& name, std::vector<In> in, Run run)
            {
                Out* results = to.get();
                benchmark::DoNotOptimize(results);
-               run(std::span<In const>(*from), std::span<Out>(results, from->size()));
+               run(std::span<In const>(*from), std::span<Out>(to.get(), from->size()));
            });
 }
 

@@ -41,6 +41,13 @@ auto Several(std::size_t count, Make make)
     return items;
 }
 
+template <typename T>
+tVolumeSphere<T> Sphere(Workload& work, unsigned int rarity)
+{
+    tVector3<T> const centre = work.Vector3<T>(rarity);
+    return {centre, work.Number<T>(rarity)};
+}
+
 /// Runs a topic for every length, with special numbers more and more often.
 template <typename Topic>
 void ForLengths(Topic topic)
@@ -131,8 +138,7 @@ void Shapes(Digest& digest, Workload& work)
         {
             auto const points = Several(length, [&] { return work.Vector3<T>(rarity); });
             auto const boxes = Several(length, [&] { return work.Volume<T>(rarity); });
-            auto const spheres =
-                Several(length, [&] { return tVolumeSphere<T>(work.Vector3<T>(rarity), work.Number<T>(rarity)); });
+            auto const spheres = Several(length, [&] { return Sphere<T>(work, rarity); });
             tFrustum<T> const view(tMatrix4<T>::PerspectiveProjection(-1, 1, T(-0.75), T(0.75), 1, 12) *
                                    work.Fresh<T>(2, 0));
             std::vector<std::uint64_t> bits(GetBitWords(length));
@@ -167,8 +173,7 @@ void Rays(Digest& digest, Workload& work)
         [&](unsigned int rarity, std::size_t length)
         {
             auto const boxes = Several(length, [&] { return work.Volume<T>(rarity); });
-            auto const spheres =
-                Several(length, [&] { return tVolumeSphere<T>(work.Vector3<T>(rarity), work.Number<T>(rarity)); });
+            auto const spheres = Several(length, [&] { return Sphere<T>(work, rarity); });
             auto const makeRay = [&]
             {
                 tVector3<T> const origin = work.Vector3<T>(rarity);

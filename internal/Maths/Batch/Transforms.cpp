@@ -75,9 +75,9 @@ void ScalePoints(tMatrix4<T> const& matrix, tVectorView<T const> const& in, tVec
     Scale(in, out, reciprocal * m[0], reciprocal * m[5], reciprocal * m[10]);
 }
 
-/// Whether a matrix that is the identity or diagonal divides by too small a number.
+/// Whether a matrix that is the identity or diagonal would divide by too small a number.
 template <typename T>
-[[nodiscard]] bool DividesNothing(tMatrix4<T> const& matrix) noexcept
+[[nodiscard]] bool CannotDivide(tMatrix4<T> const& matrix) noexcept
 {
     return !matrix.IsIdentity() && detail::IsTooSmall(matrix.Get()[15], TOLERANCE<T>);
 }
@@ -231,7 +231,7 @@ void TransformPoints(tMatrix4<T> const& matrix, tVectorsIn<T> points, tVectorsOu
         GeometryKernels<T> const& kernels = ChosenKernels();
         done = job.Run(kernels.project, matrix.Get());
     }
-    else if (!DividesNothing(matrix))
+    else if (!CannotDivide(matrix))
         return ScalePoints<T>(matrix, points, results);
     if (done != points.size())
         TransformUpToFailure<T>(matrix, points, results, done);
@@ -250,7 +250,7 @@ std::size_t TryTransformPoints(tMatrix4<T> const& matrix, tVectorsIn<T> points, 
         return job.Count(kernels.project, m);
     }
     std::ranges::fill(undivided, std::uint64_t{0});
-    if (!DividesNothing(matrix))
+    if (!CannotDivide(matrix))
     {
         ScalePoints<T>(matrix, points, results);
         return 0;

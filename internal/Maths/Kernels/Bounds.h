@@ -23,31 +23,25 @@ struct Bounds
 
     struct Lower
     {
-        template <typename N>
-        [[nodiscard, gnu::always_inline]] static N Choose(N const& a, N const& b) noexcept
-        {
-            return a < b ? a : b;
-        }
+        [[nodiscard, gnu::always_inline]] static T Choose(T a, T b) noexcept { return a < b ? a : b; }
     };
     struct Higher
     {
-        template <typename N>
-        [[nodiscard, gnu::always_inline]] static N Choose(N const& a, N const& b) noexcept
-        {
-            return a > b ? a : b;
-        }
+        [[nodiscard, gnu::always_inline]] static T Choose(T a, T b) noexcept { return a > b ? a : b; }
     };
 
-    /// Moves an end of an interval to the one of lanes. Zeros of both signs are equal, and the single form keeps the
-    /// one that it meets first.
-    template <typename Way, typename W>
-    [[gnu::always_inline]] static void Fold(W const& lanes, T& end, T const* numbers, std::size_t step) noexcept
+    /// Moves an end of an interval to those that lanes have come to. Zeros of both signs are equal, and the single form
+    /// keeps the one that it meets first.
+    /// @tparam Way to the lower end or to the higher one.
+    /// @param ends of the lanes, of which every so many belong to this interval.
+    /// @param numbers that the lanes come from, some apart.
+    template <typename Way, std::size_t N>
+    [[gnu::always_inline]] static void Fold(T const (&ends)[N], std::size_t first, std::size_t every, T& end,
+                                            T const* numbers, std::size_t step) noexcept
     {
-        T ends[COUNT<W>];
-        __builtin_memcpy(ends, &lanes, sizeof ends);
         T chosen = end;
-        for (T const number : ends)
-            chosen = Way::Choose(number, chosen);
+        for (std::size_t i = first; i < N; i += every)
+            chosen = Way::Choose(ends[i], chosen);
         end = chosen == 0 && end != 0 ? FirstZero(numbers, step) : chosen;
     }
 
@@ -83,8 +77,11 @@ struct Bounds
             low[0] = Min(low[chain], low[0]);
             high[0] = Max(high[chain], high[0]);
         }
-        Fold<Lower>(low[0], from, numbers, 1);
-        Fold<Higher>(high[0], to, numbers, 1);
+        T ends[2][LANES];
+        Store(low[0], ends[0]);
+        Store(high[0], ends[1]);
+        Fold<Lower>(ends[0], 0, 1, from, numbers, 1);
+        Fold<Higher>(ends[1], 0, 1, to, numbers, 1);
     }
 
     static std::size_t Extend(T const*, unsigned int, Streams<T> const& streams, std::size_t count)
@@ -120,15 +117,8 @@ struct Bounds
         __builtin_memcpy(ends[1], high, sizeof high);
         for (std::size_t axis = 0; axis < 3; ++axis)
         {
-            T lower = from[axis];
-            T upper = to[axis];
-            for (std::size_t i = axis; i < 3 * LANES; i += 3)
-            {
-                lower = Lower::Choose(ends[0][i], lower);
-                upper = Higher::Choose(ends[1][i], upper);
-            }
-            from[axis] = lower == 0 && from[axis] != 0 ? FirstZero(streams.in[axis], 3) : lower;
-            to[axis] = upper == 0 && to[axis] != 0 ? FirstZero(streams.in[axis], 3) : upper;
+            Fold<Lower>(ends[0], axis, 3, from[axis], streams.in[axis], 3);
+            Fold<Higher>(ends[1], axis, 3, to[axis], streams.in[axis], 3);
         }
         return count;
     }

@@ -61,8 +61,7 @@ struct Transforms
             {
                 if (streams.bits == nullptr)
                     return i;
-                streams.bits[i / 64] |= static_cast<std::uint64_t>(static_cast<std::uint32_t>(Bits(isTooSmall)))
-                                        << i % 64;
+                streams.bits[i / 64] |= BitsAt(isTooSmall, i);
                 w = Select(isTooSmall, Broadcast<V>(T{1}), w);
             }
             V const reciprocal = T{1} / w;

@@ -73,11 +73,6 @@ struct Visibility
         Store(__builtin_convertvector(code, Narrow), reinterpret_cast<std::int32_t*>(codes));
     }
 
-    [[gnu::always_inline]] static void AddBits(M const& mask, std::uint64_t* bits, std::size_t index) noexcept
-    {
-        bits[index / 64] |= static_cast<std::uint64_t>(static_cast<std::uint32_t>(Bits(mask))) << index % 64;
-    }
-
     /// Where a plane has the corner that lies farthest along its normal behind it.
     [[gnu::always_inline]] static M AreOutside(T const* planes, unsigned int which, Boxes const& at) noexcept
     {
@@ -111,7 +106,7 @@ struct Visibility
             M const isOutside = AreOutside(planes, which, at);
             if (streams.bits != nullptr)
             {
-                AddBits(~isOutside, streams.bits, i);
+                streams.bits[i / 64] |= BitsAt(M(~isOutside), i);
                 continue;
             }
             M const straddled = StraddledBy(planes, which, at);
@@ -140,7 +135,7 @@ struct Visibility
                 distance = Min(Distance(planes + 4 * plane, x, y, z), distance);
             M const isOutside = distance < -radius;
             if (streams.bits != nullptr)
-                AddBits(~isOutside, streams.bits, i);
+                streams.bits[i / 64] |= BitsAt(M(~isOutside), i);
             else
                 StoreCodes(isOutside, distance < radius, streams.codes + i);
         }

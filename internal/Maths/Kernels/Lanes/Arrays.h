@@ -111,6 +111,13 @@ template <typename V>
     StorePoints(upper, numbers + STRIDE / 2, STRIDE);
 }
 
+/// The bits of a mask in a word of bits, for elements from an index on.
+template <typename M>
+[[nodiscard, gnu::always_inline]] inline std::uint64_t BitsAt(M const& mask, std::size_t index) noexcept
+{
+    return static_cast<std::uint64_t>(static_cast<std::uint32_t>(Bits(mask))) << index % 64;
+}
+
 /// One bit for each element, which a function gives a register at a time, from its index.
 /// @return the number of elements.
 template <std::size_t LANES, typename T, typename Function>
@@ -121,7 +128,7 @@ template <std::size_t LANES, typename T, typename Function>
     {
         std::uint64_t word = 0;
         for (std::size_t i = 0; i < 64 && begin + i < count; i += LANES)
-            word |= static_cast<std::uint64_t>(static_cast<std::uint32_t>(Bits(function(begin + i)))) << i;
+            word |= BitsAt(function(begin + i), i);
         streams.bits[begin / 64] = word;
     }
     return count;

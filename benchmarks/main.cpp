@@ -35,6 +35,8 @@ int main(int argc, char** argv)
     bench::peers::AddString();
     bench::AddBatch();
     bench::peers::AddBatch();
+    bench::AddSampling();
+    bench::peers::AddSampling();
     bench::AddScene();
     bench::peers::AddScene();
     bench::glm_plain::Add();

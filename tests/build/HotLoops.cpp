@@ -2,10 +2,12 @@
 // no_calls.py looks at the object file.
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/RNGenerator.h"
+#include "bv/maths/Sampling.h"
 #include "bv/maths/simd/SSERay.h"
 #include "bv/maths/tDepthRay.h"
 #include "bv/maths/tDifferential2.h"
@@ -250,6 +252,22 @@ float Draws(RNGenerator& generator, std::size_t count)
     return sum;
 }
 
+template <typename T>
+T Samples(std::span<tVector3<T> const> normals, std::uint32_t pixel)
+{
+    T sum{};
+    for (std::uint32_t i = 0; i < normals.size(); ++i)
+    {
+        tVector3<T> const direction = SquareToCosineHemisphere(GetOwenSobolPoint<T>(i, pixel), normals[i]);
+        sum += direction.x / GetCosineHemisphereDensity(direction, normals[i]);
+        tVector3<T> const light = SquareToCone(GetR2Point<T>(i), normals[i], 0.75);
+        sum += light.y / GetConeDensity(light, normals[i], 0.75);
+        sum += SquareToDisc(GetSobolPoint<T>(i)).x + SquareToTriangle(GetHaltonPoint<T>(i)).y;
+        sum += SquareToSphere(ShiftAround(GetR2Point<T>(i), tVector2<T>(T{0.5}, T{0.25}))).z;
+    }
+    return sum;
+}
+
 int Packets(simd::SSERay& packet, std::span<tVolumeAABB<float> const> boxes)
 {
     int mask = 0;
@@ -315,6 +333,8 @@ template void Directions(std::span<tVector3<float>>, tMatrix4<float> const&);
 template void Directions(std::span<tVector3<double>>, tMatrix4<double> const&);
 template float Components(std::span<tVector3<float>>, std::span<tVolumeAABB<float> const>, std::size_t);
 template double Components(std::span<tVector3<double>>, std::span<tVolumeAABB<double> const>, std::size_t);
+template float Samples(std::span<tVector3<float> const>, std::uint32_t);
+template double Samples(std::span<tVector3<double> const>, std::uint32_t);
 template float Elements(tMatrix4<float>&);
 template double Elements(tMatrix4<double>&);
 

@@ -30,6 +30,7 @@ void RunHashes();
 void RunTexts();
 void RunStreams();
 void RunExceptions();
+void RunSamples();
 void RunRotations();
 void RunSphereVolumes();
 void RunReciprocals();

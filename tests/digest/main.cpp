@@ -32,6 +32,7 @@ int main()
     digest::RunTexts();
     digest::RunStreams();
     digest::RunExceptions();
+    digest::RunSamples();
     digest::RunRotations();
     digest::RunSphereVolumes();
     digest::RunReciprocals();

@@ -2,6 +2,7 @@
 // file defines.
 
 #include <cstddef>
+#include <cstdint>
 #include <istream>
 #include <ostream>
 #include <span>
@@ -296,6 +297,33 @@ struct OfPrecisions
         three = map(three) + map.Direction(three) + tPreparedTransform<T>()(three);
         return UseVector(streams, tVector2<T>(values), two, values, index) &&
                UseVector(streams, tVector3<T>(values), three, values, index) && two == tVector2<T>();
+    }
+
+    static T Samples(tVector2<T> const& square, tVector3<T> const& direction, tVector3<T> const& normal, T cosine)
+    {
+        tVector3<T> const sum = SquareToTriangle(square) + SquareToTriangle(square, direction, normal, direction) +
+                                SquareToSphere(square) + SquareToHemisphere(square) +
+                                SquareToHemisphere(square, normal) + SquareToCosineHemisphere(square) +
+                                SquareToCosineHemisphere(square, normal) + SquareToCone(square, cosine) +
+                                SquareToCone(square, normal, cosine);
+        tVector2<T> const back = SquareToDisc(square) + DiscToSquare(square) + TriangleToSquare(direction) +
+                                 SphereToSquare(direction) + HemisphereToSquare(direction) +
+                                 HemisphereToSquare(direction, normal) + CosineHemisphereToSquare(direction) +
+                                 CosineHemisphereToSquare(direction, normal) + ConeToSquare(direction, cosine) +
+                                 ConeToSquare(direction, normal, cosine);
+        return sum.x + back.x + GetDiscDensity(square) + GetTriangleDensity(direction, normal, direction) +
+               GetSphereDensity<T>() + GetHemisphereDensity(direction) + GetHemisphereDensity(direction, normal) +
+               GetCosineHemisphereDensity(direction) + GetCosineHemisphereDensity(direction, normal) +
+               GetConeDensity(direction, cosine) + GetConeDensity(direction, normal, cosine);
+    }
+
+    static T Sequences(std::uint32_t index, unsigned int dimension, T shift)
+    {
+        tVector2<T> const sum = GetHaltonPoint<T>(index) + GetR2Point<T>(index) + GetSobolPoint<T>(index) +
+                                GetOwenSobolPoint<T>(GetShuffledIndex(index, dimension), dimension);
+        return ShiftAround(sum, sum).x + ShiftAround(sum.y, shift) + GetRadicalInverse<T>(index, dimension) +
+               GetHalton<T>(index, dimension) + GetSobol<T>(index, dimension) +
+               GetOwenSobol<T>(index, dimension, dimension);
     }
 
     static T ConvertedVectors(tVector2<Other> const& two, tVector3<Other> const& three)

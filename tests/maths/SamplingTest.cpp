@@ -32,13 +32,13 @@ using Direction = tVector3<T>;
 
 using Long = long double;
 constexpr Long LONG_PI = std::numbers::pi_v<Long>;
+constexpr Long ROOT_HALF = std::numbers::sqrt2_v<Long> / 2;
 
 template <typename T>
 class SamplingTest : public testing::Test
 {
 public:
     static constexpr T LAST = T{1} - EPSILON<T> / T{2}; ///< the largest coordinate of the square
-    static constexpr T ROOT_HALF = static_cast<T>(0.70710678118654752440L);
 };
 
 TYPED_TEST_SUITE(SamplingTest, Precisions);
@@ -78,7 +78,7 @@ Direction<T> AnyNormal(Random& random)
 template <typename Vector>
 void ExpectNear(Vector const& actual, Long x, Long y, Long z, Long units)
 {
-    Long const bound = units * EPSILON<decltype(actual.x)>;
+    Long const bound = units * static_cast<Long>(EPSILON<decltype(actual.x)>);
     EXPECT_LE(std::abs(static_cast<Long>(actual.x) - x), bound);
     EXPECT_LE(std::abs(static_cast<Long>(actual.y) - y), bound);
     if constexpr (requires { actual.z; })
@@ -90,7 +90,7 @@ void ExpectNear(Vector const& actual, Long x, Long y, Long z, Long units)
 template <typename T>
 void ExpectNearSquare(Square<T> const& actual, Square<T> const& expected, Long units)
 {
-    ExpectNear(actual, expected.x, expected.y, 0, units);
+    ExpectNear(actual, static_cast<Long>(expected.x), static_cast<Long>(expected.y), 0, units);
     EXPECT_TRUE(actual.x >= T{0} && actual.x < T{1} && actual.y >= T{0} && actual.y < T{1});
 }
 
@@ -131,8 +131,8 @@ TYPED_TEST(SamplingTest, TheMiddleOfTheSquareIsTheMiddleOfTheDiscAndItsEdgesTheC
     ExpectSameBits(map(T{0.75}, T{0.5}), Square<T>(T{0.5}, T{0}));
     ExpectSameBits(map(T{0.5}, T{0.75}), Square<T>(T{0}, T{0.5}));
     // A diagonal goes to itself: radius 1/2 at 45 degrees.
-    ExpectNear(map(T{0.75}, T{0.75}), 0.5L * this->ROOT_HALF, 0.5L * this->ROOT_HALF, 0, 1);
-    ExpectNear(map(0, 0), -this->ROOT_HALF, -this->ROOT_HALF, 0, 1);
+    ExpectNear(map(T{0.75}, T{0.75}), 0.5L * ROOT_HALF, 0.5L * ROOT_HALF, 0, 1);
+    ExpectNear(map(0, 0), -ROOT_HALF, -ROOT_HALF, 0, 1);
 }
 
 TYPED_TEST(SamplingTest, DiscPointsAreThoseOfTheConcentricMap)
@@ -195,7 +195,7 @@ TYPED_TEST(SamplingTest, TheSphereIsFilledFromPoleToPole)
         Square<T> const square = AnySquare<T>(random);
         Long const z = 1 - 2 * static_cast<Long>(square.x);
         Long const radius = std::sqrt(std::max(0.0L, 1 - z * z));
-        Long const angle = 2 * LONG_PI * square.y;
+        Long const angle = 2 * LONG_PI * static_cast<Long>(square.y);
         ExpectNear(map(square.x, square.y), radius * std::cos(angle), radius * std::sin(angle), z, 2);
     }
 }
@@ -262,7 +262,8 @@ TYPED_TEST(SamplingTest, ANormalTakesThePlaceOfTheZAxis)
 {
     using T = TypeParam;
     Square<T> const square(T(0.3), T(0.9));
-    auto const expectSame = [](Direction<T> const& a, Direction<T> const& b) { ExpectNear(a, b.x, b.y, b.z, 0); };
+    auto const expectSame = [](Direction<T> const& a, Direction<T> const& b)
+    { ExpectNear(a, static_cast<Long>(b.x), static_cast<Long>(b.y), static_cast<Long>(b.z), 0); };
     expectSame(SquareToHemisphere(square, Direction<T>(0, 0, 1)), SquareToHemisphere(square));
     expectSame(SquareToCosineHemisphere(square, Direction<T>(0, 0, 1)), SquareToCosineHemisphere(square));
     expectSame(SquareToCone(square, Direction<T>(0, 0, 1), 0.5), SquareToCone(square, 0.5));
@@ -336,7 +337,7 @@ TYPED_TEST(SamplingTest, AnglesAreCountedFromTheXAxisAllAround)
         Square<T> const point = random.Vector<Square<T>>(-1, 1);
         Long angle = std::atan2(static_cast<Long>(point.y), static_cast<Long>(point.x)) / (2 * LONG_PI);
         angle = angle < 0 ? angle + 1 : angle;
-        EXPECT_LE(std::abs(turns(point.x, point.y) - angle), 2 * EPSILON<T>);
+        EXPECT_LE(std::abs(static_cast<Long>(turns(point.x, point.y)) - angle), static_cast<Long>(2 * EPSILON<T>));
     }
 }
 
@@ -614,7 +615,7 @@ TYPED_TEST(SamplingTest, ArgumentsThatAreScalarsConvert)
     Square<T> const square(T{0.25}, T{0.5});
     EXPECT_TRUE((std::is_same_v<decltype(SquareToCone(square, 0.5)), Direction<T>>));
     EXPECT_TRUE((std::is_same_v<decltype(GetConeDensity(Direction<T>(0, 0, 1), 0)), T>));
-    ExpectSameBits(SquareToCone(square, 0.5), SquareToCone(square, 0.5F));
+    ExpectSameBits(SquareToCone(square, 0.5), SquareToCone(square, T{0.5}));
 }
 
 } // namespace

@@ -280,11 +280,9 @@ template <typename T>
 template <typename T>
 [[nodiscard]] constexpr tVector3<T> SquareToTriangle(tVector2<T> const& square) noexcept
 {
-    bool const isUpper = square.y > square.x;
-    T const half = T{0.5} * (isUpper ? square.x : square.y);
-    T const larger = isUpper ? square.y : square.x;
-    T const rest = larger - half;
-    return {isUpper ? half : rest, isUpper ? rest : half, T{1} - larger};
+    T const half = T{0.5} * (square.y > square.x ? square.x : square.y); // what is left of the smaller one, too
+    T const larger = square.y > square.x ? square.y : square.x;
+    return {square.x - half, square.y - half, T{1} - larger};
 }
 
 /// Point of a triangle, spread evenly by area: its corners weighted by SquareToTriangle(), and summed in their order.
@@ -306,10 +304,8 @@ template <typename T>
 template <typename T>
 [[nodiscard]] constexpr tVector2<T> TriangleToSquare(tVector3<T> const& weights) noexcept
 {
-    bool const isUpper = weights.y > weights.x;
-    T const sum = weights.x + weights.y;
-    return {detail::IntoUnit(isUpper ? weights.x + weights.x : sum),
-            detail::IntoUnit(isUpper ? sum : weights.y + weights.y)};
+    T const smaller = weights.y > weights.x ? weights.x : weights.y;
+    return {detail::IntoUnit(weights.x + smaller), detail::IntoUnit(weights.y + smaller)};
 }
 
 /// Density of SquareToTriangle() per area of a triangle: 1 / area, the same for all its points; +infinity for one

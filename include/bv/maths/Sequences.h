@@ -270,7 +270,8 @@ template <typename T>
 /// @param seed any; each gives other points.
 /// @tparam T `float` or `double`; both instances are in the library.
 template <typename T>
-[[nodiscard]] constexpr tVector2<T> GetOwenSobolPoint(std::uint32_t index, std::uint32_t seed) noexcept
+[[nodiscard, gnu::always_inline]] constexpr tVector2<T> GetOwenSobolPoint(std::uint32_t index,
+                                                                          std::uint32_t seed) noexcept
 {
     return {detail::ScrambledFraction<T>(index, detail::MixSeed(seed, 0)),
             detail::ScrambledFraction<T>(detail::SumAlongPascal(index), detail::MixSeed(seed, 1))};

@@ -115,13 +115,13 @@ inline bool tRay<T>::Clip(tVolumeAABB<T> const& box, T& tNear, T& tFar) const no
 {
     using Lanes = detail::tThree<T>;
     // The lane that counts for nothing is one of x: behind a box's lower corner stands the x of its upper one.
-    Lanes const along = detail::LoadLast<0>(*this);
+    Lanes const along = detail::LoadFresh(direction);
     Lanes const margin = detail::Broadcast<Lanes>(TOLERANCE<T>);
     Lanes const one = detail::Broadcast<Lanes>(T{1});
     auto const crosses = margin < detail::Magnitude(along);
     // Of no axis in particular, so that a loop can keep them; and no division by zero.
     Lanes const reciprocal = one / detail::OrWhereNot(crosses, along, one);
-    Lanes const start = detail::LoadFirst<0>(*this);
+    Lanes const start = detail::LoadFresh(origin);
     Lanes const t1 = (detail::LoadFirst<3>(box) - start - margin) * reciprocal;
     Lanes const t2 = (detail::LoadLast<0>(box) - start + margin) * reciprocal;
     if (detail::AllThree(crosses))

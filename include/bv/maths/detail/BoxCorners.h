@@ -37,6 +37,17 @@ template <typename T, std::size_t OFFSET = 0, typename Object>
     }
 }
 
+/// The components of a vector that may have been stored just before, and in the lane that counts for nothing one of
+/// them. Those of `float` are put together one by one: a load over all three would wait for their stores.
+template <template <typename> typename Vector, typename T>
+[[nodiscard, gnu::always_inline]] inline tThree<T> LoadFresh(Vector<T> const& v) noexcept
+{
+    if constexpr (IS_HALVED<tThree<T>>)
+        return LoadThree<T>(v);
+    else
+        return Four(v.x, v.y, v.z, v.x);
+}
+
 /// The first three of six numbers, and in a lane that counts for nothing a fourth by its index: the lower corner of a
 /// box, the origin of a ray.
 template <int FOURTH = 2, typename T, template <typename> typename Six>

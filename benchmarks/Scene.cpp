@@ -3,6 +3,7 @@
 
 #include "bv/maths/tFrustum.h"
 #include "bv/maths/tMatrix4.h"
+#include "bv/maths/tPreparedTransform.h"
 #include "bv/maths/tRay.h"
 #include "bv/maths/tVector3.h"
 #include "bv/maths/tVolumeAABB.h"
@@ -50,11 +51,13 @@ struct Operations
         return ListVisible(boxes, visible, [view](Box const& box) { return view.ContainsAABB(box) != View::OUTSIDE; });
     }
 
-    static Vector skinned(Affine const* bones, Influences<T> const& influences, Vector const& point)
+    using Bone = bv::maths::tPreparedTransform<T>;
+    static Bone prepared(Affine const& bone) { return Bone(bone); }
+    static Vector skinned(Bone const* bones, Influences<T> const& influences, Vector const& point)
     {
         Vector sum;
         for (std::size_t i = 0; i < INFLUENCE_COUNT; ++i)
-            sum += point.Transformed(bones[influences.bones[i]]) * influences.weights[i];
+            sum += bones[influences.bones[i]](point) * influences.weights[i];
         return sum;
     }
 

@@ -7,7 +7,9 @@
 /// - `Matrix`, `Affine`, `Vector`, `Box`, `View`, and `makeMatrix`, `makeAffine`, `makeVector`, `makeBox` from numbers;
 /// - `chain`, `product`, `inverse` and `view` (the planes of a combined matrix) of projective matrices;
 /// - `composed`, `inverted` and `moved` of the scene graph, `mainView` and `cull` to see what is in view;
-/// - `skinned`, a vertex moved by its bones;
+/// - `skinned`, a vertex moved by its bones; where a library has a form of a matrix for that, `prepared` makes it in
+/// each
+///   pass, from every bone;
 /// - `normalised` and `enter`, the parameter where a ray enters a box, or -1;
 /// - `append`, which gives the numbers of each type, matrices row by row.
 ///
@@ -167,12 +169,25 @@ void AddSkinning()
     auto const points = Build(Numbers(331, 3 * VERTEX_COUNT, -1, 1), 3, Library::makeVector);
     auto const influences = MakeInfluences<T>();
     auto const out = std::make_shared<std::vector<Vector>>(VERTEX_COUNT);
-    auto run = [=]
+    auto const skin = [=](auto const* bonesOfPass)
     {
         Vector* const results = out->data();
         benchmark::DoNotOptimize(results);
         for (std::size_t i = 0; i < VERTEX_COUNT; ++i)
-            results[i] = Library::skinned(bones.data(), influences[i], points[i]);
+            results[i] = Library::skinned(bonesOfPass, influences[i], points[i]);
+    };
+    auto run = [=]
+    {
+        if constexpr (requires { Library::prepared(bones[0]); })
+        {
+            std::vector<decltype(Library::prepared(bones[0]))> prepared;
+            prepared.reserve(bones.size());
+            for (auto const& bone : bones)
+                prepared.push_back(Library::prepared(bone));
+            skin(prepared.data());
+        }
+        else
+            skin(bones.data());
     };
     AddRun(name, VERTEX_COUNT, run);
     AddNumbers(name,

@@ -21,6 +21,8 @@
 #include "bv/Version.h"
 #include "bv/maths/ArithmeticException.h"
 #include "bv/maths/Batch.h"
+#include "bv/maths/Componentwise.h"
+#include "bv/maths/Direction.h"
 #include "bv/maths/DivideByZeroException.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/Integer.h"

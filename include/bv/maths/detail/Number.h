@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// A single number: its bits, and its magnitude.
+/// A single number: its bits, its magnitude and its sign.
 
 #include <cstdint>
 #include <type_traits>
@@ -31,6 +31,18 @@ template <typename To, typename From>
 [[nodiscard, gnu::always_inline]] constexpr double Magnitude(double x) noexcept
 {
     return __builtin_fabs(x);
+}
+
+/// A number with the sign of another one.
+[[nodiscard, gnu::always_inline]] constexpr float WithSignOf(float x, float sign) noexcept
+{
+    return __builtin_copysignf(x, sign);
+}
+
+/// @copydoc WithSignOf(float, float)
+[[nodiscard, gnu::always_inline]] constexpr double WithSignOf(double x, double sign) noexcept
+{
+    return __builtin_copysign(x, sign);
 }
 
 } // namespace bv::maths::detail

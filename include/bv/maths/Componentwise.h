@@ -1,0 +1,239 @@
+#pragma once
+
+/// @file
+/// Tuples and vectors component by component: smaller and larger, magnitudes, clamping, mixing, rounding to whole
+/// numbers, and the smallest and largest component. Integer tuples take part where the operation means something for
+/// them.
+///
+/// Every result is made of comparisons, sums, differences and products in a fixed order, and so has the same bits
+/// everywhere. Arguments may be one and the same object.
+
+#include <type_traits>
+
+#include "bv/Export.h"
+#include "bv/maths/detail/Number.h"
+#include "bv/maths/detail/TupleOrVector.h"
+#include "bv/maths/tTuple2.h"
+#include "bv/maths/tTuple3.h"
+#include "bv/maths/tVector2.h"
+#include "bv/maths/tVector3.h"
+
+namespace bv::maths
+{
+
+namespace detail
+{
+
+/// The first number, unless the second is smaller.
+template <typename T>
+[[nodiscard, gnu::always_inline]] constexpr T SmallerOf(T a, T b) noexcept
+{
+    return b < a ? b : a;
+}
+
+/// The first number, unless the second is larger.
+template <typename T>
+[[nodiscard, gnu::always_inline]] constexpr T LargerOf(T a, T b) noexcept
+{
+    return a < b ? b : a;
+}
+
+/// The number within two bounds; the upper one decides where they are in the wrong order.
+template <typename T>
+[[nodiscard, gnu::always_inline]] constexpr T Between(T x, T low, T high) noexcept
+{
+    return SmallerOf(LargerOf(x, low), high);
+}
+
+/// The magnitude of an integer; that of the smallest `int`, which has none, is itself.
+[[nodiscard, gnu::always_inline]] constexpr int Magnitude(int x) noexcept
+{
+    auto const bits = static_cast<unsigned int>(x);
+    return static_cast<int>(x < 0 ? 0U - bits : bits);
+}
+
+/// From this power of two on, every number is a whole one.
+template <typename T>
+inline constexpr T ALL_WHOLE = sizeof(T) == sizeof(float) ? T(0x1p23) : T(0x1p52);
+
+/// The largest whole number not above a number. Adding ALL_WHOLE rounds the magnitude to a whole number next to it;
+/// what has gone too far takes one step back. No conversion to an integer is needed, for which there may be no such
+/// integer.
+template <typename T>
+[[nodiscard, gnu::always_inline]] constexpr T FloorOf(T x) noexcept
+{
+    T const magnitude = Magnitude(x);
+    T const whole = WithSignOf((magnitude + ALL_WHOLE<T>)-ALL_WHOLE<T>, x);
+    T const below = whole - (x < whole ? T{1} : T{0});
+    return magnitude < ALL_WHOLE<T> ? below : x;
+}
+
+/// The smallest whole number not below a number: FloorOf() from the other side.
+template <typename T>
+[[nodiscard, gnu::always_inline]] constexpr T CeilOf(T x) noexcept
+{
+    return -FloorOf(-x);
+}
+
+} // namespace detail
+
+/// The smaller component of two, each for itself: the first operand's, unless the second's is smaller. So the first
+/// operand's where one of the two is NaN or both are zeros, and a minimum over many that starts at +infinity and is the
+/// first operand takes no notice of NaN.
+template <TupleOrVector V>
+[[nodiscard]] constexpr V Min(V const& a, V const& b) noexcept
+{
+    if constexpr (detail::HAS_Z<V>)
+        return V(detail::SmallerOf(a.x, b.x), detail::SmallerOf(a.y, b.y), detail::SmallerOf(a.z, b.z));
+    else
+        return V(detail::SmallerOf(a.x, b.x), detail::SmallerOf(a.y, b.y));
+}
+
+/// The larger component of two, each for itself: the first operand's, unless the second's is larger. So the first
+/// operand's where one of the two is NaN or both are zeros, and a maximum over many that starts at -infinity and is the
+/// first operand takes no notice of NaN.
+template <TupleOrVector V>
+[[nodiscard]] constexpr V Max(V const& a, V const& b) noexcept
+{
+    if constexpr (detail::HAS_Z<V>)
+        return V(detail::LargerOf(a.x, b.x), detail::LargerOf(a.y, b.y), detail::LargerOf(a.z, b.z));
+    else
+        return V(detail::LargerOf(a.x, b.x), detail::LargerOf(a.y, b.y));
+}
+
+/// The components without their signs, those of zeros and infinities included. The smallest `int`, whose opposite is no
+/// `int`, stays as it is.
+template <SignedTupleOrVector V>
+[[nodiscard]] constexpr V Abs(V const& value) noexcept
+{
+    if constexpr (detail::HAS_Z<V>)
+        return V(detail::Magnitude(value.x), detail::Magnitude(value.y), detail::Magnitude(value.z));
+    else
+        return V(detail::Magnitude(value.x), detail::Magnitude(value.y));
+}
+
+/// Each component within its own bounds: Min(Max(value, low), high). A NaN component stays NaN, a bound that is NaN
+/// bounds nothing, and where the lower bound is above the upper one, the result is the upper one.
+template <TupleOrVector V>
+[[nodiscard]] constexpr V Clamp(V const& value, V const& low, V const& high) noexcept
+{
+    if constexpr (detail::HAS_Z<V>)
+        return V(detail::Between(value.x, low.x, high.x), detail::Between(value.y, low.y, high.y),
+                 detail::Between(value.z, low.z, high.z));
+    else
+        return V(detail::Between(value.x, low.x, high.x), detail::Between(value.y, low.y, high.y));
+}
+
+/// Each component within the same bounds, in the same way.
+template <TupleOrVector V>
+[[nodiscard]] constexpr V Clamp(V const& value, detail::Component<V> low, detail::Component<V> high) noexcept
+{
+    if constexpr (detail::HAS_Z<V>)
+        return V(detail::Between(value.x, low, high), detail::Between(value.y, low, high),
+                 detail::Between(value.z, low, high));
+    else
+        return V(detail::Between(value.x, low, high), detail::Between(value.y, low, high));
+}
+
+/// Linear interpolation between two numbers: a for t = 0, b for t = 1.
+///
+/// Evaluated from the nearer end: a + (b - a) * t for t below 0.5, else b + (b - a) * (t - 1).
+template <typename T>
+requires std::is_floating_point_v<T>
+[[nodiscard]] constexpr T Lerp(T a, std::type_identity_t<T> b, std::type_identity_t<T> t) noexcept
+{
+    bool const isEarly = t < T{0.5};
+    return (isEarly ? a : b) + (b - a) * (isEarly ? t : t - T{1});
+}
+
+/// Linear interpolation, component by component, with one parameter for all. See Lerp(T, T, T).
+template <RealTupleOrVector V>
+[[nodiscard]] constexpr V Lerp(V const& a, V const& b, detail::Component<V> t) noexcept
+{
+    using T = detail::Component<V>;
+    bool const isEarly = t < T{0.5};
+    T const way = isEarly ? t : t - T{1};
+    V const& end = isEarly ? a : b;
+    if constexpr (detail::HAS_Z<V>)
+        return V(end.x + (b.x - a.x) * way, end.y + (b.y - a.y) * way, end.z + (b.z - a.z) * way);
+    else
+        return V(end.x + (b.x - a.x) * way, end.y + (b.y - a.y) * way);
+}
+
+/// Linear interpolation, component by component, with a parameter for each. See Lerp(T, T, T).
+template <RealTupleOrVector V>
+[[nodiscard]] constexpr V Lerp(V const& a, V const& b, V const& t) noexcept
+{
+    if constexpr (detail::HAS_Z<V>)
+        return V(Lerp(a.x, b.x, t.x), Lerp(a.y, b.y, t.y), Lerp(a.z, b.z, t.z));
+    else
+        return V(Lerp(a.x, b.x, t.x), Lerp(a.y, b.y, t.y));
+}
+
+/// The largest whole numbers that are not above the components. Zeros keep their sign; infinities and NaN stay.
+template <RealTupleOrVector V>
+[[nodiscard]] constexpr V Floor(V const& value) noexcept
+{
+    if constexpr (detail::HAS_Z<V>)
+        return V(detail::FloorOf(value.x), detail::FloorOf(value.y), detail::FloorOf(value.z));
+    else
+        return V(detail::FloorOf(value.x), detail::FloorOf(value.y));
+}
+
+/// The smallest whole numbers that are not below the components. Zeros keep their sign, and what is above -1 and below
+/// 0 gives -0; infinities and NaN stay.
+template <RealTupleOrVector V>
+[[nodiscard]] constexpr V Ceil(V const& value) noexcept
+{
+    if constexpr (detail::HAS_Z<V>)
+        return V(detail::CeilOf(value.x), detail::CeilOf(value.y), detail::CeilOf(value.z));
+    else
+        return V(detail::CeilOf(value.x), detail::CeilOf(value.y));
+}
+
+/// The smallest component: the first one, unless a later one is smaller than all before it. So the first of several
+/// equal ones, be they zeros of either sign; a NaN stays the result where it is x, and counts for nothing elsewhere.
+template <TupleOrVector V>
+[[nodiscard]] constexpr detail::Component<V> GetMinComponent(V const& value) noexcept
+{
+    if constexpr (detail::HAS_Z<V>)
+        return detail::SmallerOf(detail::SmallerOf(value.x, value.y), value.z);
+    else
+        return detail::SmallerOf(value.x, value.y);
+}
+
+/// The largest component: the first one, unless a later one is larger than all before it. So the first of several equal
+/// ones, be they zeros of either sign; a NaN stays the result where it is x, and counts for nothing elsewhere.
+template <TupleOrVector V>
+[[nodiscard]] constexpr detail::Component<V> GetMaxComponent(V const& value) noexcept
+{
+    if constexpr (detail::HAS_Z<V>)
+        return detail::LargerOf(detail::LargerOf(value.x, value.y), value.z);
+    else
+        return detail::LargerOf(value.x, value.y);
+}
+
+/// Index of the component that GetMinComponent() gives: 0 = x, 1 = y, 2 = z.
+template <TupleOrVector V>
+[[nodiscard]] constexpr unsigned char GetMinAxis(V const& value) noexcept
+{
+    unsigned char const axis = value.y < value.x ? 1 : 0;
+    if constexpr (detail::HAS_Z<V>)
+        return value.z < detail::SmallerOf(value.x, value.y) ? static_cast<unsigned char>(2) : axis;
+    else
+        return axis;
+}
+
+/// Index of the component that GetMaxComponent() gives, 0 = x, 1 = y, 2 = z: for the longest axis of a box, that of its
+/// diagonal.
+template <TupleOrVector V>
+[[nodiscard]] constexpr unsigned char GetMaxAxis(V const& value) noexcept
+{
+    unsigned char const axis = value.x < value.y ? 1 : 0;
+    if constexpr (detail::HAS_Z<V>)
+        return detail::LargerOf(value.x, value.y) < value.z ? static_cast<unsigned char>(2) : axis;
+    else
+        return axis;
+}
+
+} // namespace bv::maths

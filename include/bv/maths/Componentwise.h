@@ -135,13 +135,22 @@ template <TupleOrVector V>
         return V(detail::Between(value.x, low, high), detail::Between(value.y, low, high));
 }
 
-/// Linear interpolation between two numbers: a for t = 0, b for t = 1.
+/// Linear interpolation between two numbers: a for t = 0, b for t = 1, and beyond them for other t.
 ///
-/// Evaluated from the nearer end: a + (b - a) * t for t below 0.5, else b + (b - a) * (t - 1).
+/// Exact at both ends and between equal numbers, though a zero may have either sign; monotone in t, so that no t from 0
+/// to 1 leads out of the interval. Evaluated from the nearer end: a + (b - a) * t for t below 0.5, else
+/// b + (b - a) * (t - 1). Where b - a overflows or an operand is not finite, the result is infinite or NaN, at the
+/// ends, too.
 template <typename T>
 requires std::is_floating_point_v<T>
 [[nodiscard]] constexpr T Lerp(T a, std::type_identity_t<T> b, std::type_identity_t<T> t) noexcept
 {
+    // Monotone: within a half, rounding keeps the order of products and sums, and t - 1 is exact. Where the halves
+    // meet, let a <= b, and d be b - a rounded, at most e above it. The last t of the first half is (1 - 2^-p) / 2 with
+    // p digits. The product with d is then, rounded, at most d / 2 less a step below d / 2, and that step is at least
+    // e: half a step of d, or a quarter where d is a power of two. So a + (d / 2 - e) <= a + d / 2 - (d - (b - a)) = b
+    // - d / 2, which is the second half's first sum, and rounding keeps that order, too. Below the normal numbers, d is
+    // exact, and of an odd d the last t takes the smaller half.
     bool const isEarly = t < T{0.5};
     return (isEarly ? a : b) + (b - a) * (isEarly ? t : t - T{1});
 }

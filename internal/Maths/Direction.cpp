@@ -11,7 +11,7 @@ detail::Component<V> GetAngle(V const& a, V const& b) noexcept
 {
     V const unitA = a / a.Length();
     V const unitB = b / b.Length();
-    return 2 * std::atan2((unitA - unitB).Length(), (unitA + unitB).Length());
+    return detail::Component<V>{2} * std::atan2((unitA - unitB).Length(), (unitA + unitB).Length());
 }
 
 template BV_TEMPLATE_INSTANCE float Distance(tVector3<float> const&, tVector3<float> const&) noexcept;
@@ -32,6 +32,9 @@ template BV_TEMPLATE_INSTANCE std::optional<tVector2<float>> Refract(tVector2<fl
 template BV_TEMPLATE_INSTANCE tVector2<float> FaceForward(tVector2<float> const&, tVector2<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tVector2<float> Project(tVector2<float> const&, tVector2<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tVector2<float> Reject(tVector2<float> const&, tVector2<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE bool Orthonormalise(tVector3<float>&, tVector3<float>&) noexcept;
+template BV_TEMPLATE_INSTANCE bool Orthonormalise(tVector2<float>&, tVector2<float>&) noexcept;
+template BV_TEMPLATE_INSTANCE bool Orthonormalise(tVector3<float>&, tVector3<float>&, tVector3<float>&) noexcept;
 template BV_TEMPLATE_INSTANCE void EvaluateOrthonormalBasis(tVector3<float> const&, tVector3<float>&,
                                                             tVector3<float>&) noexcept;
 template BV_TEMPLATE_INSTANCE double Distance(tVector3<double> const&, tVector3<double> const&) noexcept;
@@ -52,6 +55,9 @@ template BV_TEMPLATE_INSTANCE std::optional<tVector2<double>> Refract(tVector2<d
 template BV_TEMPLATE_INSTANCE tVector2<double> FaceForward(tVector2<double> const&, tVector2<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tVector2<double> Project(tVector2<double> const&, tVector2<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tVector2<double> Reject(tVector2<double> const&, tVector2<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE bool Orthonormalise(tVector3<double>&, tVector3<double>&) noexcept;
+template BV_TEMPLATE_INSTANCE bool Orthonormalise(tVector2<double>&, tVector2<double>&) noexcept;
+template BV_TEMPLATE_INSTANCE bool Orthonormalise(tVector3<double>&, tVector3<double>&, tVector3<double>&) noexcept;
 template BV_TEMPLATE_INSTANCE void EvaluateOrthonormalBasis(tVector3<double> const&, tVector3<double>&,
                                                             tVector3<double>&) noexcept;
 

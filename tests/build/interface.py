@@ -20,11 +20,22 @@ NAMESPACES = {"bv", "maths", "simd", "detail"}
 
 PRECISIONS = ("float", "double")
 ALL_TYPES = (*PRECISIONS, "int", "unsigned int")
+SHAPES = ("tTuple2", "tTuple3", "tVector2", "tVector3")
+
+# The types that the concepts of the templates over tuples and vectors stand for.
+REAL_VECTORS = [f"{shape}<{kind}>" for shape in SHAPES[2:] for kind in PRECISIONS]
+REAL_GROUPS = REAL_VECTORS + [f"{shape}<{kind}>" for shape in SHAPES[:2] for kind in PRECISIONS]
+SIGNED_GROUPS = REAL_GROUPS + [f"{shape}<int>" for shape in SHAPES[:2]]
+CONCEPTS = {
+    "RealVector": REAL_VECTORS, "RealTupleOrVector": REAL_GROUPS, "SignedTupleOrVector": SIGNED_GROUPS,
+    "TupleOrVector": SIGNED_GROUPS + [f"{shape}<unsigned int>" for shape in SHAPES[:2]]
+}
 
 # owner: the class, with the arguments of a template, or ""; parameters: their types, where those that a declaration
 # depends on are named T0, T1 (of the class, or of a function outside of classes) and U0 (of a member).
 Signature = collections.namedtuple("Signature", "owner name parameters is_const")
-Declaration = collections.namedtuple("Declaration", "signature is_public is_template is_friend is_defaulted")
+# concept: that of a template over tuples or vectors, or "".
+Declaration = collections.namedtuple("Declaration", "signature is_public is_template is_friend is_defaulted concept")
 
 
 def spelling(type_name):
@@ -81,10 +92,19 @@ def declarations():
                     is_public = child.access_specifier in (cindex.AccessSpecifier.PUBLIC, cindex.AccessSpecifier.INVALID)
                     found.append(Declaration(signature(child, owner, names), is_public,
                                              child.kind == cindex.CursorKind.FUNCTION_TEMPLATE, is_friend,
-                                             "default" in ending))
+                                             "default" in ending, concept_of(child)))
 
     walk(unit.cursor, "", {})
     return found
+
+
+def concept_of(cursor):
+    """The concept of a template's first parameter, or ""."""
+    for child in cursor.get_children():
+        if child.kind == cindex.CursorKind.TEMPLATE_TYPE_PARAMETER:
+            first = next(child.get_tokens()).spelling
+            return first if first in CONCEPTS else ""
+    return ""
 
 
 def text_behind(cursor):
@@ -196,5 +216,6 @@ def required():
         signature = declaration.signature
         if not exempt(declaration):
             is_template = re.search(r"\b[TU]\d\b", " ".join((signature.owner, *signature.parameters)))
-            functions |= {instance(signature, kind) for kind in types(signature)} if is_template else {signature}
+            kinds = CONCEPTS.get(declaration.concept) or types(signature)
+            functions |= {instance(signature, kind) for kind in kinds} if is_template else {signature}
     return functions

@@ -8,6 +8,8 @@ namespace bench
 
 void AddBatch();
 void AddBox();
+void AddComponentwise();
+void AddDirection();
 void AddFrustum();
 void AddGenerator();
 void AddHash();
@@ -26,6 +28,8 @@ namespace peers
 
 void AddBatch();
 void AddBox();
+void AddComponentwise();
+void AddDirection();
 void AddFrustum();
 void AddGenerator();
 void AddHash();

@@ -17,6 +17,10 @@ int main(int argc, char** argv)
     bench::peers::AddTransform();
     bench::AddScalar();
     bench::peers::AddScalar();
+    bench::AddComponentwise();
+    bench::peers::AddComponentwise();
+    bench::AddDirection();
+    bench::peers::AddDirection();
     bench::AddBox();
     bench::peers::AddBox();
     bench::AddSphere();

@@ -35,6 +35,7 @@ constexpr char const* LIBRARY = "GLM";
 } // namespace bench::BENCH_GLM
 
 #include "GlmScene.h"
+#include "GlmVectors.h"
 
 namespace bench::BENCH_GLM
 {
@@ -243,6 +244,10 @@ void Add()
     AddScalars<double>();
     AddSceneRows<float, SceneOperations<float>>();
     AddSceneRows<double, SceneOperations<double>>();
+    AddComponentwiseRows<float, VectorOperations<float>>();
+    AddComponentwiseRows<double, VectorOperations<double>>();
+    AddDirectionRows<float, VectorOperations<float>>();
+    AddDirectionRows<double, VectorOperations<double>>();
 
     auto const integers = Integers();
     auto const name = [](char const* operation) { return std::string(operation) + "/integer/" + LIBRARY; };

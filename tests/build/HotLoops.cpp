@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <span>
 
+#include "bv/maths/Componentwise.h"
+#include "bv/maths/Direction.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/RNGenerator.h"
 #include "bv/maths/Sampling.h"
@@ -31,6 +33,39 @@ T Vectors(std::span<tVector3<T> const> a, std::span<tVector3<T> const> b)
     tVector3<T> sum;
     for (std::size_t i = 0; i < a.size(); ++i)
         sum += (a[i] + b[i] * T{2} - a[i] / T{3}).Cross(-b[i]) * a[i].Dot(b[i]) * a[i];
+    return sum.LengthSquared();
+}
+
+template <typename T>
+T Mixed(std::span<tVector3<T> const> a, std::span<tVector3<T> const> b, std::span<T const> shares)
+{
+    tVector3<T> sum;
+    for (std::size_t i = 0; i < a.size(); ++i)
+    {
+        tVector3<T> const within = Clamp(Max(Min(a[i], b[i]), Abs(b[i])), 0, 1);
+        tVector3<T> const mixed = Lerp(Floor(within), Ceil(within), shares[i]);
+        sum += Clamp(Lerp(mixed, b[i], a[i]), a[i], b[i]) * GetMinComponent(a[i]) * GetMaxComponent(b[i]);
+        sum[GetMaxAxis(a[i])] += Lerp(a[i].x, b[i].x, shares[i]) + a[i][GetMinAxis(b[i])];
+    }
+    return sum.LengthSquared();
+}
+
+template <typename T>
+T Bounced(std::span<tVector3<T> const> directions, std::span<tVector3<T> const> normals, T ratio)
+{
+    tVector3<T> sum;
+    for (std::size_t i = 0; i < directions.size(); ++i)
+    {
+        tVector3<T> const& direction = directions[i];
+        tVector3<T> const normal = FaceForward(normals[i], direction);
+        tVector3<T> first = Reject(direction, normal);
+        tVector3<T> second = Project(direction, normal);
+        if (Orthonormalise(first, second))
+            sum += second;
+        EvaluateOrthonormalBasis(normal, first, second);
+        sum += Refract(direction, normal, ratio).value_or(Reflect(direction, normal)) + first +
+               second * (Distance(direction, normal) + DistanceSquared(direction, normal));
+    }
     return sum.LengthSquared();
 }
 
@@ -292,6 +327,10 @@ void MovePackets(std::span<simd::SSERay> packets, tDepthRay<float, bv::IRayPaylo
 
 template float Vectors(std::span<tVector3<float> const>, std::span<tVector3<float> const>);
 template double Vectors(std::span<tVector3<double> const>, std::span<tVector3<double> const>);
+template float Mixed(std::span<tVector3<float> const>, std::span<tVector3<float> const>, std::span<float const>);
+template double Mixed(std::span<tVector3<double> const>, std::span<tVector3<double> const>, std::span<double const>);
+template float Bounced(std::span<tVector3<float> const>, std::span<tVector3<float> const>, float);
+template double Bounced(std::span<tVector3<double> const>, std::span<tVector3<double> const>, double);
 template std::size_t Equal(std::span<float const>, std::span<float const>);
 template std::size_t Equal(std::span<double const>, std::span<double const>);
 template float Boxes(std::span<tVolumeAABB<float>>, std::span<tVector3<float> const>, tVolumeSphere<float> const&);

@@ -43,7 +43,7 @@ def spelling(type_name):
     name = re.sub(r"std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> ?>", "string", type_name)
     name = re.sub(r"\bbasic_([io]stream)<char>", r"\1", name)
     name = re.sub(r"\bt[A-Z]\w*(<[^<>]*>)?::", "", name)  # around a type inside of a class
-    name = re.sub(r"\b(bv|maths|simd|std)::|\btypename |(?<=\d)(UL|ul)\b", "", name)
+    name = re.sub(r"\b(bv|maths|simd|detail|std)::|\btypename |(?<=\d)(UL|ul)\b", "", name)
     name = re.sub(r"__attribute__\(\(__vector_size__\((\d+) \* sizeof\(float\)\)\)\) float", r"float __vector(\1)", name)
     name = re.sub(r"(?<=\*) ?const$", "", name)  # of the parameter itself, which no symbol tells of
     name, constants = re.subn(r"\bconst\b", "", name)
@@ -192,8 +192,11 @@ def exempt(declaration):
     return ""
 
 
-def types(signature):
+def types(declaration):
     """The types that a template has an instance for in the library."""
+    if declaration.concept:
+        return CONCEPTS[declaration.concept]
+    signature = declaration.signature
     subject = signature.owner or signature.parameters[-1]
     is_conversion = any("U0" in parameter for parameter in signature.parameters)
     is_stream = signature.name in ("Serialise", "Deserialise", "operator<<")
@@ -216,6 +219,5 @@ def required():
         signature = declaration.signature
         if not exempt(declaration):
             is_template = re.search(r"\b[TU]\d\b", " ".join((signature.owner, *signature.parameters)))
-            kinds = CONCEPTS.get(declaration.concept) or types(signature)
-            functions |= {instance(signature, kind) for kind in kinds} if is_template else {signature}
+            functions |= {instance(signature, kind) for kind in types(declaration)} if is_template else {signature}
     return functions

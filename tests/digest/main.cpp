@@ -22,8 +22,10 @@ int main()
     digest::RunFrusta();
     digest::RunRays();
     digest::RunRayPackets();
+    digest::RunComponentwise();
     digest::RunCoordinateFrames();
     digest::RunDifferentials();
+    digest::RunDirections();
     digest::RunLocalAxes();
     digest::RunBatches();
     digest::RunNoise();
@@ -33,6 +35,7 @@ int main()
     digest::RunStreams();
     digest::RunExceptions();
     digest::RunSamples();
+    digest::RunAngles();
     digest::RunRotations();
     digest::RunSphereVolumes();
     digest::RunReciprocals();

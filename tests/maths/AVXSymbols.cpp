@@ -256,6 +256,14 @@ void UseNoiseBatch(std::span<float> values, std::span<tVector2<float>> two, std:
 }
 
 /// What tuples have in all four instances.
+/// What every tuple and vector has.
+template <typename V, typename T>
+T UseComponents(V const& a, V const& b, T c)
+{
+    V const within = Clamp(Clamp(Min(a, b), a, Max(a, b)), c, c);
+    return within[GetMinAxis(a)] + within[GetMaxAxis(b)] + GetMinComponent(a) + GetMaxComponent(b);
+}
+
 template <typename T>
 struct OfTuples
 {
@@ -265,6 +273,14 @@ struct OfTuples
         tTuple3<T> three(values[0], values[1], values[2]);
         return UseTuple(streams, tTuple2<T>(values), two, values, index) &&
                UseTuple(streams, tTuple3<T>(values), three, values, index);
+    }
+
+    static T Components(tTuple2<T> const& two, tTuple3<T> const& three)
+    {
+        T sum = UseComponents(two, two, three.x) + UseComponents(three, three, two.x);
+        if constexpr (std::is_signed_v<T>)
+            sum += Abs(two).x + Abs(three).x;
+        return sum;
     }
 };
 template struct OfTuples<int>;
@@ -336,6 +352,27 @@ struct OfPrecisions
         tVector3<T> const offset = GetPositionOffset(tVector3<T>(a, b, c), tVector3<T>(c, b, a));
         return (IsEqual(a, b) ? TOLERANCE<T> : CubicSmoothStep(a, b, c)) + QuinticSmoothStep(a, b, c) +
                SmoothStep(a, b, c) + SawTooth(a, b) + offset.x;
+    }
+
+    template <typename V>
+    static T Components(V const& a, V const& b, T c)
+    {
+        V const sum = Lerp(Floor(a), Ceil(b), c) + Lerp(a, b, b);
+        return UseComponents(a, b, sum.x) + GetMaxComponent(Abs(sum)) + Lerp(c, c, c);
+    }
+
+    template <typename V>
+    static T Directions(V const& a, V const& b, V& c)
+    {
+        c = Reflect(a, b) + Refract(a, b, a.x).value_or(a) + FaceForward(a, b) + Project(a, b) + Reject(a, b);
+        return Distance(a, b) + DistanceSquared(a, b) + GetAngle(a, b) + (Orthonormalise(c, c) ? T{1} : T{0});
+    }
+
+    static T VectorsByComponent(tTuple2<T> const& a, tTuple3<T> const& b, tVector2<T>& c, tVector3<T>& d)
+    {
+        EvaluateOrthonormalBasis(d, d, d);
+        T const sum = Directions(c, c, c) + Directions(d, d, d) + (Orthonormalise(d, d, d) ? T{1} : T{0});
+        return Components(a, a, sum) + Components(b, b, sum) + Components(c, c, sum) + Components(d, d, sum);
     }
 
     static bool Matrix(Streams const& streams, tMatrix4<T>& a, tMatrix4<T> const& b, tVector3<T> const& v,

@@ -3,6 +3,7 @@
 /// @file
 /// The rows on directions. A library is a structure of a `NAME`, types `Vector` and `Axes` (of two or three vectors),
 /// `makeVector`, `append`, and what its users write for each operation; what it has no operation for, it leaves out.
+/// (An angle by the arc cosine, which loses half of the digits near 0 and pi, is another operation.)
 
 #include <cstddef>
 #include <string>

@@ -10,7 +10,6 @@
 #include <glm/gtx/orthonormalize.hpp>
 #include <glm/gtx/perpendicular.hpp>
 #include <glm/gtx/projection.hpp>
-#include <glm/gtx/vector_angle.hpp>
 
 #include "ComponentwiseRows.h"
 #include "DirectionRows.h"
@@ -47,7 +46,6 @@ struct VectorOperations
     static T minComponent(Vector const& v) { return glm::compMin(v); }
 
     static T distance(Vector const& a, Vector const& b) { return glm::distance(a, b); }
-    static T angle(Vector const& a, Vector const& b) { return glm::angle(a, b); }
     static Vector reflect(Vector const& v, Vector const& n) { return glm::reflect(v, n); }
     static Vector refract(Vector const& v, Vector const& n) { return glm::refract(v, n, T(REFRACTION)); }
     static Vector faceForward(Vector const& v, Vector const& w) { return glm::faceforward(-v, w, v); }

@@ -1,18 +1,8 @@
 #define BV_INSTANCES // of the inline functions: see bv/Export.h
 #include "bv/maths/Direction.h"
 
-#include <cmath>
-
 namespace bv::maths
 {
-
-template <RealVector V>
-detail::Component<V> GetAngle(V const& a, V const& b) noexcept
-{
-    V const unitA = a / a.Length();
-    V const unitB = b / b.Length();
-    return detail::Component<V>{2} * std::atan2((unitA - unitB).Length(), (unitA + unitB).Length());
-}
 
 template BV_TEMPLATE_INSTANCE float Distance(tVector3<float> const&, tVector3<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE float DistanceSquared(tVector3<float> const&, tVector3<float> const&) noexcept;

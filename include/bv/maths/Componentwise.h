@@ -11,6 +11,8 @@
 #include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/maths/detail/Compiler.h"
+#include "bv/maths/detail/Lanes.h"
 #include "bv/maths/detail/Number.h"
 #include "bv/maths/detail/TupleOrVector.h"
 #include "bv/maths/tTuple2.h"
@@ -73,6 +75,69 @@ template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr T CeilOf(T x) noexcept
 {
     return -FloorOf(-x);
+}
+
+/// FloorOf() of one number by the processor's own instruction.
+[[nodiscard, gnu::always_inline]] inline float FloorByProcessor(float x) noexcept
+{
+    return __builtin_floorf(x);
+}
+
+/// @copydoc FloorByProcessor(float)
+[[nodiscard, gnu::always_inline]] inline double FloorByProcessor(double x) noexcept
+{
+    return __builtin_floor(x);
+}
+
+/// CeilOf() of one number by the processor's own instruction.
+[[nodiscard, gnu::always_inline]] inline float CeilByProcessor(float x) noexcept
+{
+    return __builtin_ceilf(x);
+}
+
+/// @copydoc CeilByProcessor(float)
+[[nodiscard, gnu::always_inline]] inline double CeilByProcessor(double x) noexcept
+{
+    return __builtin_ceil(x);
+}
+
+/// FloorOf(), side by side.
+template <typename L>
+[[nodiscard, gnu::always_inline]] inline L FloorOfLanes(L const& x) noexcept
+{
+    if constexpr (IS_HALVED<L>)
+        return {FloorOfLanes(x.low), FloorOfLanes(x.high)};
+    else
+    {
+        using I = Register<Integer<Element<L>>, sizeof(L)>;
+        L const allWhole = Broadcast<L>(ALL_WHOLE<Element<L>>);
+        L const magnitude = Magnitude(x);
+        I const sign = BitsAs<I>(x) ^ BitsAs<I>(magnitude);
+        L const whole = BitsAs<L>(BitsAs<I>((magnitude + allWhole) - allWhole) | sign);
+        I const step = BitsAs<I>(Broadcast<L>(1)) & BitsAs<I>(x < whole);
+        return Select(magnitude < allWhole, whole - BitsAs<L>(step), x);
+    }
+}
+
+/// The components in a register or two.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline tFour<Component<V>> SideBySide(V const& value) noexcept
+{
+    using T = Component<V>;
+    if constexpr (HAS_Z<V>)
+        return Four(value.x, value.y, value.z, T{});
+    else
+        return Four(value.x, value.y, T{}, T{});
+}
+
+/// The tuple or vector of the first lanes.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline V FromLanes(tFour<Component<V>> const& lanes) noexcept
+{
+    if constexpr (HAS_Z<V>)
+        return V(Get<0>(lanes), Get<1>(lanes), Get<2>(lanes));
+    else
+        return V(Get<0>(lanes), Get<1>(lanes));
 }
 
 } // namespace detail
@@ -183,6 +248,16 @@ template <RealTupleOrVector V>
 template <RealTupleOrVector V>
 [[nodiscard]] constexpr V Floor(V const& value) noexcept
 {
+    if (!std::is_constant_evaluated())
+    {
+        if constexpr (detail::ROUNDS_BY_SUMS)
+            return detail::FromLanes<V>(detail::FloorOfLanes(detail::SideBySide(value)));
+        else if constexpr (detail::HAS_Z<V>)
+            return V(detail::FloorByProcessor(value.x), detail::FloorByProcessor(value.y),
+                     detail::FloorByProcessor(value.z));
+        else
+            return V(detail::FloorByProcessor(value.x), detail::FloorByProcessor(value.y));
+    }
     if constexpr (detail::HAS_Z<V>)
         return V(detail::FloorOf(value.x), detail::FloorOf(value.y), detail::FloorOf(value.z));
     else
@@ -194,6 +269,17 @@ template <RealTupleOrVector V>
 template <RealTupleOrVector V>
 [[nodiscard]] constexpr V Ceil(V const& value) noexcept
 {
+    if (!std::is_constant_evaluated())
+    {
+        if constexpr (detail::ROUNDS_BY_SUMS)
+            return detail::FromLanes<V>(
+                detail::Negated(detail::FloorOfLanes(detail::Negated(detail::SideBySide(value)))));
+        else if constexpr (detail::HAS_Z<V>)
+            return V(detail::CeilByProcessor(value.x), detail::CeilByProcessor(value.y),
+                     detail::CeilByProcessor(value.z));
+        else
+            return V(detail::CeilByProcessor(value.x), detail::CeilByProcessor(value.y));
+    }
     if constexpr (detail::HAS_Z<V>)
         return V(detail::CeilOf(value.x), detail::CeilOf(value.y), detail::CeilOf(value.z));
     else

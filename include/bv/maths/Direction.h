@@ -34,6 +34,18 @@ template <typename T>
     return square >= std::numeric_limits<T>::min() && square <= std::numeric_limits<T>::max();
 }
 
+/// The C library's `atan2`.
+[[nodiscard, gnu::always_inline]] inline float ArcTangent(float y, float x) noexcept
+{
+    return __builtin_atan2f(y, x);
+}
+
+/// @copydoc ArcTangent(float, float)
+[[nodiscard, gnu::always_inline]] inline double ArcTangent(double y, double x) noexcept
+{
+    return __builtin_atan2(y, x);
+}
+
 } // namespace detail
 
 /// Distance between two points: the length of b - a, whose square may overflow or underflow where the distance would
@@ -53,13 +65,18 @@ template <RealVector V>
 
 /// The angle between two directions in radians, from 0 to pi, as exact near both of these as anywhere else.
 ///
-/// 2 * atan2(|a / |a| - b / |b||, |a / |a| + b / |b||), which for equal directions of the same length gives 0 and for
-/// opposite ones pi to the bit. Its bits may differ between C libraries. W. Kahan, "How Futile are Mindless Assessments
+/// 2 * atan2(|u - v|, |u + v|) of the two normalised vectors u and v: 0 for two equal vectors and pi for two opposite
+/// ones, to the bit. Its bits may differ between C libraries. W. Kahan, "How Futile are Mindless Assessments
 /// of Roundoff in Floating-Point Computation?", 2006.
 ///
 /// @param a,b of any length whose square neither overflows nor underflows; zero, infinities and NaN give NaN.
 template <RealVector V>
-[[nodiscard]] detail::Component<V> GetAngle(V const& a, V const& b) noexcept;
+[[nodiscard]] inline detail::Component<V> GetAngle(V const& a, V const& b) noexcept
+{
+    V const unitA = a.Normalised();
+    V const unitB = b.Normalised();
+    return detail::Component<V>{2} * detail::ArcTangent((unitA - unitB).Length(), (unitA + unitB).Length());
+}
 
 /// The direction of what comes from a mirror: vector - normal * (2 * (vector . normal)).
 ///

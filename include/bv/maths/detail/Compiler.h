@@ -30,6 +30,11 @@ constexpr bool HAS_AVX2 = true;
 #else
 constexpr bool HAS_AVX2 = false;
 #endif
+#if defined __SSE2__ && !defined __SSE4_1__
+constexpr bool ROUNDS_BY_SUMS = true; ///< no instruction rounds to whole numbers, and the C library is a call away
+#else
+constexpr bool ROUNDS_BY_SUMS = false;
+#endif
 
 // What is compiled for AVX is made of wider registers and so has names of its own, in an inline namespace, as has what
 // is made of it: a program may hold both (ODR).

@@ -40,18 +40,26 @@ template <typename T>
     return a < b ? b : a;
 }
 
-/// The number within two bounds; the upper one decides where they are in the wrong order.
-template <typename T>
-[[nodiscard, gnu::always_inline]] constexpr T Between(T x, T low, T high) noexcept
-{
-    return SmallerOf(LargerOf(x, low), high);
-}
-
 /// The magnitude of an integer; that of the smallest `int`, which has none, is itself.
 [[nodiscard, gnu::always_inline]] constexpr int Magnitude(int x) noexcept
 {
     auto const bits = static_cast<unsigned int>(x);
     return static_cast<int>(x < 0 ? 0U - bits : bits);
+}
+
+/// The parameter of an interpolation, counted from the end that is nearer: t for t below 0.5, else t - 1. GCC would
+/// make a branch of the choice, which nothing predicts.
+template <typename T>
+[[nodiscard, gnu::always_inline]] constexpr T WayFromNearerEnd(T t) noexcept
+{
+    if (std::is_constant_evaluated())
+        return t < T{0.5} ? t : t - T{1};
+    using L = Register<T, 16>;
+    using I = Register<Integer<T>, 16>;
+    L const lanes{t};
+    I const isEarly = AsBits(BitsAs<I>(lanes < L{T{0.5}}));
+    L const offset = BitsAs<L>(BitsAs<I>(L{T{1}}) & ~isEarly);
+    return Get<0>(lanes - offset);
 }
 
 /// From this power of two on, every number is a whole one.
@@ -182,11 +190,7 @@ template <SignedTupleOrVector V>
 template <TupleOrVector V>
 [[nodiscard]] constexpr V Clamp(V const& value, V const& low, V const& high) noexcept
 {
-    if constexpr (detail::HAS_Z<V>)
-        return V(detail::Between(value.x, low.x, high.x), detail::Between(value.y, low.y, high.y),
-                 detail::Between(value.z, low.z, high.z));
-    else
-        return V(detail::Between(value.x, low.x, high.x), detail::Between(value.y, low.y, high.y));
+    return Min(Max(value, low), high);
 }
 
 /// Each component within the same bounds, in the same way.
@@ -194,10 +198,9 @@ template <TupleOrVector V>
 [[nodiscard]] constexpr V Clamp(V const& value, detail::Component<V> low, detail::Component<V> high) noexcept
 {
     if constexpr (detail::HAS_Z<V>)
-        return V(detail::Between(value.x, low, high), detail::Between(value.y, low, high),
-                 detail::Between(value.z, low, high));
+        return Min(Max(value, V(low, low, low)), V(high, high, high));
     else
-        return V(detail::Between(value.x, low, high), detail::Between(value.y, low, high));
+        return Min(Max(value, V(low, low)), V(high, high));
 }
 
 /// Linear interpolation between two numbers: a for t = 0, b for t = 1, and beyond them for other t.
@@ -217,7 +220,7 @@ requires std::is_floating_point_v<T>
     // - d / 2, which is the second half's first sum, and rounding keeps that order, too. Below the normal numbers, d is
     // exact, and of an odd d the last t takes the smaller half.
     bool const isEarly = t < T{0.5};
-    return (isEarly ? a : b) + (b - a) * (isEarly ? t : t - T{1});
+    return (isEarly ? a : b) + (b - a) * detail::WayFromNearerEnd(t);
 }
 
 /// Linear interpolation, component by component, with one parameter for all. See Lerp(T, T, T).
@@ -226,7 +229,7 @@ template <RealTupleOrVector V>
 {
     using T = detail::Component<V>;
     bool const isEarly = t < T{0.5};
-    T const way = isEarly ? t : t - T{1};
+    T const way = detail::WayFromNearerEnd(t);
     V const& end = isEarly ? a : b;
     if constexpr (detail::HAS_Z<V>)
         return V(end.x + (b.x - a.x) * way, end.y + (b.y - a.y) * way, end.z + (b.z - a.z) * way);

@@ -229,9 +229,10 @@ TYPED_TEST(ComponentwiseTest, LerpIsNearTheExactValue)
         T const a = random.Number<T>(-10, 10);
         T const b = random.Number<T>(-10, 10);
         T const t = random.Number<T>(-1, 2);
-        Wide const exact = Wide{a} + (Wide{b} - Wide{a}) * Wide{t};
+        Wide const from = static_cast<Wide>(a);
+        Wide const exact = from + (static_cast<Wide>(b) - from) * static_cast<Wide>(t);
         // Difference, product and sum, each with half a step of numbers up to 20, 20 and 30.
-        Wide const bound = Wide{EPSILON<T>} * (Wide{16} / 2 + Wide{16} / 2 + Wide{16} / 2);
+        Wide const bound = static_cast<Wide>(EPSILON<T>) * (Wide{16} / 2 + Wide{16} / 2 + Wide{16} / 2);
         EXPECT_LE(std::abs(static_cast<Wide>(Lerp(a, b, t)) - exact), bound) << a << ' ' << b << ' ' << t;
     }
 }

@@ -316,7 +316,7 @@ TYPED_TEST(ComponentwiseTest, LerpGoesOnBeyondItsEndsAndTakesAScalarOfAnyType)
     tVector3<T> const a(1, 2, 3);
     tVector3<T> const b(3, 6, 11);
     ExpectSameBits(Lerp(a, b, 0.25), tVector3<T>(1.5, 3, 5));
-    ExpectSameBits(Lerp(a, b, 0.75F), tVector3<T>(2.5, 5, 9));
+    ExpectSameBits(Lerp(a, b, T{0.75}), tVector3<T>(2.5, 5, 9));
     ExpectSameBits(Lerp(a, b, -1), tVector3<T>(-1, -2, -5));
     ExpectSameBits(Lerp(a, b, 2), tVector3<T>(5, 10, 19));
     ExpectSameBits(Lerp(a, b, {0, 1, 2}), tVector3<T>(1, 6, 19));

@@ -48,6 +48,7 @@
 #include "bv/maths/tDifferential3.h"
 #include "bv/maths/tFrustum.h"
 #include "bv/maths/tMatrix4.h"
+#include "bv/maths/tOrientedBox.h"
 #include "bv/maths/tPlane.h"
 #include "bv/maths/tPreparedTransform.h"
 #include "bv/maths/tRay.h"

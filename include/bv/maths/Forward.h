@@ -32,6 +32,8 @@ class tVolumeAABB;
 template <typename T>
 class tVolumeSphere;
 template <typename T>
+class tOrientedBox;
+template <typename T>
 class tPlane;
 template <typename T>
 class tFrustum;
@@ -72,6 +74,8 @@ using VolumeAABBf = tVolumeAABB<float>;
 using VolumeAABBd = tVolumeAABB<double>;
 using VolumeSpheref = tVolumeSphere<float>;
 using VolumeSphered = tVolumeSphere<double>;
+using OrientedBoxf = tOrientedBox<float>;
+using OrientedBoxd = tOrientedBox<double>;
 using Planef = tPlane<float>;
 using Planed = tPlane<double>;
 using Frustumf = tFrustum<float>;

@@ -39,6 +39,7 @@
 #include "bv/maths/Sampling.h"
 #include "bv/maths/Scalar.h"
 #include "bv/maths/Sequences.h"
+#include "bv/maths/Visibility.h"
 #include "bv/maths/detail/Precision.h"
 #include "bv/maths/simd/SSERay.h"
 #include "bv/maths/tAreaAABB.h"

@@ -61,6 +61,12 @@ public:
     /// @throws bv::InvalidArgumentException when setting a plane reports a division by zero; planes as they are report
     ///         none.
     tFrustum(tMatrix4<T> const& matrix);
+    /// The view between six planes, taken as they are: their normals point inward.
+    constexpr tFrustum(tPlane<T> const& left, tPlane<T> const& right, tPlane<T> const& bottom, tPlane<T> const& top,
+                       tPlane<T> const& nearest, tPlane<T> const& farthest) noexcept
+        : leftPlane{left}, rightPlane{right}, bottomPlane{bottom}, topPlane{top}, nearPlane{nearest}, farPlane{farthest}
+    {
+    }
     /// @}
 
     /// @name Access

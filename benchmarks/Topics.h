@@ -7,6 +7,7 @@ namespace bench
 {
 
 void AddBatch();
+void AddBounds();
 void AddBox();
 void AddComponentwise();
 void AddDirection();
@@ -22,11 +23,13 @@ void AddScene();
 void AddSphere();
 void AddString();
 void AddTransform();
+void AddVisibility();
 
 namespace peers
 {
 
 void AddBatch();
+void AddBounds();
 void AddBox();
 void AddComponentwise();
 void AddDirection();
@@ -42,6 +45,7 @@ void AddScene();
 void AddSphere();
 void AddString();
 void AddTransform();
+void AddVisibility();
 
 } // namespace peers
 

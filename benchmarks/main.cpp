@@ -27,6 +27,10 @@ int main(int argc, char** argv)
     bench::peers::AddSphere();
     bench::AddFrustum();
     bench::peers::AddFrustum();
+    bench::AddBounds();
+    bench::peers::AddBounds();
+    bench::AddVisibility();
+    bench::peers::AddVisibility();
     bench::AddRay();
     bench::peers::AddRay();
     bench::AddNoise();

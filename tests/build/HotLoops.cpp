@@ -7,15 +7,18 @@
 
 #include "bv/maths/Componentwise.h"
 #include "bv/maths/Direction.h"
+#include "bv/maths/Bounds.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/RNGenerator.h"
 #include "bv/maths/Sampling.h"
+#include "bv/maths/Visibility.h"
 #include "bv/maths/simd/SSERay.h"
 #include "bv/maths/tDepthRay.h"
 #include "bv/maths/tDifferential2.h"
 #include "bv/maths/tDifferential3.h"
 #include "bv/maths/tFrustum.h"
 #include "bv/maths/tMatrix4.h"
+#include "bv/maths/tOrientedBox.h"
 #include "bv/maths/tPlane.h"
 #include "bv/maths/tPreparedTransform.h"
 #include "bv/maths/tRay.h"
@@ -91,6 +94,65 @@ T Boxes(std::span<tVolumeAABB<T>> boxes, std::span<tVector3<T> const> points, tV
                    boxes[i].GetDiagonal().y;
     }
     return sum;
+}
+
+template <typename T>
+T Bounds(std::span<tVolumeAABB<T>> boxes, std::span<tVector3<T> const> points)
+{
+    T sum{};
+    for (std::size_t i = 0; i < boxes.size(); ++i)
+    {
+        tVolumeAABB<T> const both = Union(Union(boxes[i], boxes[0]), points[i]);
+        boxes[i] = Intersection(both, boxes[0]);
+        if (Overlaps(both, boxes[0]) && !Contains(both, boxes[0]))
+            sum += GetSurfaceArea(both) + GetClosestPoint(both, points[i]).x + GetCorner(both, 5).y;
+    }
+    return sum;
+}
+
+template <typename T>
+T Areas(std::span<tAreaAABB<T>> boxes, std::span<tVector2<T> const> points)
+{
+    T sum{};
+    for (std::size_t i = 0; i < boxes.size(); ++i)
+    {
+        tAreaAABB<T> const both = Union(Union(boxes[i], boxes[0]), points[i]);
+        boxes[i] = Intersection(both, boxes[0]);
+        if (Overlaps(both, boxes[0]) && !Contains(both, boxes[0]))
+            sum += GetPerimeter(both) + GetClosestPoint(both, points[i]).x + GetCorner(both, 2).y;
+    }
+    return sum;
+}
+
+template <typename T>
+void Around(std::span<tVolumeSphere<T> const> spheres, std::span<tVolumeAABB<T>> boxes)
+{
+    for (std::size_t i = 0; i < spheres.size(); ++i)
+        boxes[i] = GetBound(spheres[i]);
+}
+
+template <typename T>
+std::size_t Turned(std::span<tOrientedBox<T> const> boxes, std::span<tVector3<T> const> points,
+                   std::span<tVolumeAABB<T>> bounds)
+{
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < boxes.size(); ++i)
+    {
+        count += boxes[i].Contains(points[i]) ? 1U : 0U;
+        bounds[i] = boxes[i].GetBound();
+        bounds[i].Expand(boxes[i].GetCorner(7));
+    }
+    return count;
+}
+
+template <typename T>
+std::size_t Seen(std::span<tVolumeSphere<T> const> spheres, std::span<tOrientedBox<T> const> boxes,
+                 tFrustum<T> const& view)
+{
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < spheres.size(); ++i)
+        count += Classify(view, spheres[i]) + Classify(view, boxes[i]) + Classify(view, spheres[i].GetCentre());
+    return count;
 }
 
 template <typename T>
@@ -335,6 +397,20 @@ template std::size_t Equal(std::span<float const>, std::span<float const>);
 template std::size_t Equal(std::span<double const>, std::span<double const>);
 template float Boxes(std::span<tVolumeAABB<float>>, std::span<tVector3<float> const>, tVolumeSphere<float> const&);
 template double Boxes(std::span<tVolumeAABB<double>>, std::span<tVector3<double> const>, tVolumeSphere<double> const&);
+template float Bounds(std::span<tVolumeAABB<float>>, std::span<tVector3<float> const>);
+template float Areas(std::span<tAreaAABB<float>>, std::span<tVector2<float> const>);
+template void Around(std::span<tVolumeSphere<float> const>, std::span<tVolumeAABB<float>>);
+template std::size_t Turned(std::span<tOrientedBox<float> const>, std::span<tVector3<float> const>,
+                            std::span<tVolumeAABB<float>>);
+template std::size_t Seen(std::span<tVolumeSphere<float> const>, std::span<tOrientedBox<float> const>,
+                          tFrustum<float> const&);
+template double Bounds(std::span<tVolumeAABB<double>>, std::span<tVector3<double> const>);
+template double Areas(std::span<tAreaAABB<double>>, std::span<tVector2<double> const>);
+template void Around(std::span<tVolumeSphere<double> const>, std::span<tVolumeAABB<double>>);
+template std::size_t Turned(std::span<tOrientedBox<double> const>, std::span<tVector3<double> const>,
+                            std::span<tVolumeAABB<double>>);
+template std::size_t Seen(std::span<tVolumeSphere<double> const>, std::span<tOrientedBox<double> const>,
+                          tFrustum<double> const&);
 template std::size_t Spheres(std::span<tVolumeSphere<float> const>, std::span<tVector3<float> const>,
                              tVolumeAABB<float> const&);
 template std::size_t Spheres(std::span<tVolumeSphere<double> const>, std::span<tVector3<double> const>,

@@ -18,8 +18,11 @@ int main()
     digest::RunAreas();
     digest::RunVolumes();
     digest::RunSpheres();
+    digest::RunOrientedBoxes();
+    digest::RunBounds();
     digest::RunPlanes();
     digest::RunFrusta();
+    digest::RunVisibility();
     digest::RunRays();
     digest::RunRayPackets();
     digest::RunComponentwise();

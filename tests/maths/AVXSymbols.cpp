@@ -425,6 +425,56 @@ struct OfPrecisions
                volumes[0] == volumes[1] * matrix;
     }
 
+    static bool Bounds(tAreaAABB<T> (&areas)[2], tVolumeAABB<T> (&volumes)[2], tAreaDisc<T> const& disc,
+                       tVolumeSphere<T> const& sphere, tMatrix4<T> const& matrix, tVector2<T> (&p)[4],
+                       tVector3<T> (&q)[8], unsigned int index)
+    {
+        areas[0] = Union(Union(areas[0], areas[1]), p[0]);
+        areas[1] = Intersection(areas[0], GetBound(Union(Union(disc, p[1]), GetBoundingDisc(areas[1]))));
+        volumes[0] = Union(Union(volumes[0], volumes[1]), q[0]);
+        volumes[1] = Intersection(volumes[0], GetBound(Union(Union(sphere, q[1]), GetBoundingSphere(volumes[1]))));
+        GetCorners(areas[0], p);
+        GetCorners(volumes[0], q);
+        return Overlaps(areas[0], areas[1]) && Contains(areas[0], areas[1]) && Overlaps(volumes[0], volumes[1]) &&
+               Contains(volumes[0], volumes[1]) && GetPerimeter(areas[0]) > GetSurfaceArea(volumes[0]) &&
+               GetCorner(areas[0], index) == GetClosestPoint(areas[1], p[2]) &&
+               GetCorner(volumes[0], index) == GetClosestPoint(volumes[1], q[2]) &&
+               ProjectBox(volumes[0], matrix).has_value();
+    }
+
+    static bool Clouds(std::span<tVector2<T> const> two, std::span<tVector3<T> const> three)
+    {
+        return GetBoundingDisc(two) == GetSmallestDisc(two) && GetBoundingSphere(three) == GetSmallestSphere(three);
+    }
+
+    static bool OrientedBoxes(Streams const& streams, tOrientedBox<T>& a, tVolumeAABB<T> const& box,
+                              tMatrix4<T> const& matrix, tVector3<T> (&corners)[8], unsigned int index)
+    {
+        tOrientedBox<T>* const empty = new tOrientedBox<T>; // no constant
+        *empty = tOrientedBox<T>(corners[0], corners[1], corners[2], corners[3], corners[4]);
+        a = tOrientedBox<T>(box, matrix) * matrix;
+        a *= matrix;
+        a.SetCentre(corners[5]);
+        a.SetAxes(corners[6], corners[7], a.GetAxis(index));
+        a.SetHalfExtents(a.GetCentre() + a.GetHalfExtents());
+        a.Deserialise(streams.in).get();
+        a.Serialise(streams.out).flush();
+        a.GetCorners(corners);
+        return a.IsValid() && a.Contains(a.GetCorner(index)) && a.GetBound() == box && a.GetVolume() > corners[0].x &&
+               a == *empty && a != tOrientedBox<T>(box);
+    }
+
+    static bool Visibility(tFrustum<T>& view, tOrientedBox<T> const& box, tVolumeSphere<T> const& sphere,
+                           tMatrix4<T> const& matrix, tAreaAABB<T> const& area, tVector3<T> (&corners)[8])
+    {
+        view = GetParallelView(box);
+        view = GetScreenView(matrix, area);
+        GetCorners(view, corners);
+        tPlane<T> const& plane = view.GetNearPlane();
+        tFrustum<T> const* const planes = new tFrustum<T>(plane, plane, plane, plane, plane, plane);
+        return Classify(view, box) == Classify(view, sphere) && Classify(*planes, GetCorner(view, 1)) == 0;
+    }
+
     static bool Plane(Streams const& streams, tPlane<T>& a, tPlane<T> const& b, tVector3<T> const& p, T const* values)
     {
         a = tPlane<T>(p, values[0]);
@@ -527,13 +577,15 @@ struct OfPrecisions
     static void Conversions(tAreaAABB<T>& area, tAreaAABB<Other> const& otherArea, tVolumeAABB<T>& volume,
                             tVolumeAABB<Other> const& otherVolume, tAreaDisc<T>& disc,
                             tAreaDisc<Other> const& otherDisc, tVolumeSphere<T>& sphere,
-                            tVolumeSphere<Other> const& otherSphere, tPlane<T>& plane, tPlane<Other> const& otherPlane)
+                            tVolumeSphere<Other> const& otherSphere, tPlane<T>& plane, tPlane<Other> const& otherPlane,
+                            tOrientedBox<T>& turned, tOrientedBox<Other> const& otherTurned)
     {
         Convert(area, otherArea);
         Convert(volume, otherVolume);
         Convert(disc, otherDisc);
         Convert(sphere, otherSphere);
         Convert(plane, otherPlane);
+        Convert(turned, otherTurned);
     }
 };
 template struct OfPrecisions<float>;

@@ -83,9 +83,9 @@ template <typename Vector>
 [[nodiscard]] Precise ToPrecise(Vector const& v)
 {
     if constexpr (requires { v.z; })
-        return {v.x, v.y, v.z};
+        return {static_cast<long double>(v.x), static_cast<long double>(v.y), static_cast<long double>(v.z)};
     else
-        return {v.x, v.y, 0};
+        return {static_cast<long double>(v.x), static_cast<long double>(v.y), 0};
 }
 
 /// Solves a system of up to three equations by elimination with pivots.

@@ -1,0 +1,59 @@
+#include <type_traits>
+
+#include <bv/maths/tOrientedBox.h>
+
+#include "Run.h"
+#include "Topics.h"
+
+namespace digest
+{
+
+namespace
+{
+
+template <typename T>
+void AddBox(Digest& digest, tOrientedBox<T> const& box)
+{
+    digest.Add(box.GetCentre(), box.GetAxis(0), box.GetAxis(1), box.GetAxis(2), box.GetHalfExtents());
+}
+
+template <typename T>
+void OrientedBoxes(Digest& digest, Workload& work)
+{
+    using Other = std::conditional_t<sizeof(T) == 4, double, float>;
+    for (unsigned int const rarity : RARITIES)
+        for (int i = 0; i < 2000; ++i)
+        {
+            tOrientedBox<T> const straight(work.Volume<T>(rarity));
+            tMatrix4<T> const matrix = work.AnyMatrix<T>(rarity);
+            tOrientedBox<T> const moved = straight * matrix;
+            tOrientedBox<T> const again = moved * work.AnyMatrix<T>(rarity);
+            tVector3<T> const centre = work.Vector3<T>(rarity);
+            tVector3<T> const x = work.Vector3<T>(rarity);
+            tVector3<T> const y = work.Vector3<T>(rarity);
+            tVector3<T> const z = work.Vector3<T>(rarity);
+            tOrientedBox<T> const any(centre, x, y, z, work.Vector3<T>(rarity));
+            for (tOrientedBox<T> const& box : {straight, moved, again, any})
+            {
+                AddBox(digest, box);
+                AddBox(digest, box * matrix);
+                AddBox<Other>(digest, box);
+                tVector3<T> corners[8];
+                box.GetCorners(corners);
+                for (tVector3<T> const& corner : corners)
+                    digest.Add(corner, box.Contains(corner));
+                digest.Add(box.IsValid(), box.GetVolume(), box.Contains(work.Vector3<T>(rarity)),
+                           box.Contains(box.GetCentre()), box == moved, box != straight);
+                digest.Add(box.GetBound());
+            }
+        }
+}
+
+} // namespace
+
+void RunOrientedBoxes()
+{
+    RunBoth("oriented-boxes", OrientedBoxes<float>, OrientedBoxes<double>);
+}
+
+} // namespace digest

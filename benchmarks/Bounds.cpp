@@ -1,9 +1,6 @@
+#include <cmath>
 #include <cstddef>
-#include <memory>
-#include <optional>
-#include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "bv/maths/Bounds.h"
@@ -17,6 +14,20 @@ namespace bench
 
 namespace
 {
+
+/// What a row keeps of a sphere, which has no default.
+template <typename T>
+struct Kept
+{
+    bv::maths::tVector3<T> centre;
+    T radiusSquared;
+
+    Kept() = default;
+    Kept(bv::maths::tVolumeSphere<T> const& sphere)
+        : centre{sphere.GetCentre()}, radiusSquared{sphere.GetRadiusSquared()}
+    {
+    }
+};
 
 template <typename T>
 void AddPrecision()
@@ -41,8 +52,8 @@ void AddPrecision()
         TELL_VECTOR(numbers, shown.GetMin());
         TELL_VECTOR(numbers, shown.GetMax());
     };
-    auto const tellRadius = [](std::vector<double>& numbers, Sphere const& sphere)
-    { numbers.push_back(static_cast<double>(sphere.GetRadius())); };
+    auto const tellRadius = [](std::vector<double>& numbers, Kept<T> const& sphere)
+    { numbers.push_back(std::sqrt(static_cast<double>(sphere.radiusSquared))); };
     std::vector<Box> const boxes = Build(UnitBoxes(), 6, makeBox);
     std::vector<Box> const others = Build(OtherBoxes(), 6, makeBox);
     std::vector<Vector> const points = Build(UnitPoints(), 3, makeVector);
@@ -64,8 +75,9 @@ void AddPrecision()
         name("projected"), [](Box const& box, Matrix const& matrix) { return ProjectBox(box, matrix).value_or(Box()); },
         tellBox, boxes, Build(ProjectionNumbers(), 16, [](double const* n) { return Matrix(n); }));
     AddAgreedMap(
-        name("sphere and point"), [](Sphere const& sphere, Vector const& point) { return Union(sphere, point); },
-        tellRadius, Build(SphereNumbers(133), 4, makeSphere), points);
+        name("sphere and point"),
+        [](Sphere const& sphere, Vector const& point) -> Kept<T> { return Union(sphere, point); }, tellRadius,
+        Build(SphereNumbers(133), 4, makeSphere), points);
 
     std::vector<std::vector<Vector>> clouds;
     for (std::vector<double> const numbers = CloudNumbers(); clouds.size() < CLOUD_COUNT;)
@@ -76,10 +88,11 @@ void AddPrecision()
     }
     AddMap(
         name("sphere of 128 points"),
-        [](std::vector<Vector> const& cloud) { return bv::maths::GetBoundingSphere(cloud); }, clouds);
+        [](std::vector<Vector> const& cloud) -> Kept<T> { return bv::maths::GetBoundingSphere(cloud); }, clouds);
     AddAgreedMap(
         name("smallest sphere of 128 points"),
-        [](std::vector<Vector> const& cloud) { return bv::maths::GetSmallestSphere(cloud); }, tellRadius, clouds);
+        [](std::vector<Vector> const& cloud) -> Kept<T> { return bv::maths::GetSmallestSphere(cloud); }, tellRadius,
+        clouds);
 }
 
 } // namespace

@@ -106,7 +106,7 @@ public:
     [[nodiscard]] constexpr bool Contains(tVector3<T> const& point) const noexcept;
     /// The axis-aligned box around this one: along each axis of the world, centre -+ (|x axis| * half x + |y axis| *
     /// half y + |z axis| * half z), as it rounds. A box that is not valid gives the empty one.
-    [[nodiscard]] constexpr tVolumeAABB<T> GetBound() const noexcept;
+    [[nodiscard, gnu::always_inline]] constexpr tVolumeAABB<T> GetBound() const noexcept;
     /// Volume: the product of the three extents, (x * y) * z, never clamped: -infinity for the empty box.
     [[nodiscard]] constexpr T GetVolume() const noexcept;
     /// @}

@@ -9,14 +9,67 @@ namespace bv::maths
 namespace
 {
 
-/// The point that three planes have in common; from the products of their normals, by Cramer's rule.
-template <typename T>
-[[nodiscard]] tVector3<T> Meet(tPlane<T> const& a, tPlane<T> const& b, tPlane<T> const& c) noexcept
+/// Planes number by number, one or as many as there are lanes; and points.
+template <typename N>
+struct tPlaneNumbers
 {
-    tVector3<T> const across = b.GetNormal().Cross(c.GetNormal());
-    tVector3<T> const sum = across * a.GetOffset() + c.GetNormal().Cross(a.GetNormal()) * b.GetOffset() +
-                            a.GetNormal().Cross(b.GetNormal()) * c.GetOffset();
-    return sum / -a.GetNormal().Dot(across);
+    N offset, x, y, z;
+};
+template <typename N>
+struct tPointNumbers
+{
+    N x, y, z;
+};
+
+template <typename T>
+[[nodiscard]] tPlaneNumbers<T> NumbersOf(tPlane<T> const& plane) noexcept
+{
+    return {plane.GetOffset(), plane.GetNormal().x, plane.GetNormal().y, plane.GetNormal().z};
+}
+
+/// The vector product of two normals.
+template <typename N>
+[[nodiscard, gnu::always_inline]] inline tPointNumbers<N> Cross(tPlaneNumbers<N> const& a,
+                                                                tPlaneNumbers<N> const& b) noexcept
+{
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+/// The point that three planes have in common; from the products of their normals, by Cramer's rule.
+template <typename N>
+[[nodiscard, gnu::always_inline]] inline tPointNumbers<N> Meet(tPlaneNumbers<N> const& a, tPlaneNumbers<N> const& b,
+                                                               tPlaneNumbers<N> const& c, N const& minusOne) noexcept
+{
+    tPointNumbers<N> const bc = Cross(b, c);
+    tPointNumbers<N> const ca = Cross(c, a);
+    tPointNumbers<N> const ab = Cross(a, b);
+    N const scale = minusOne / (a.x * bc.x + a.y * bc.y + a.z * bc.z);
+    return {(bc.x * a.offset + ca.x * b.offset + ab.x * c.offset) * scale,
+            (bc.y * a.offset + ca.y * b.offset + ab.y * c.offset) * scale,
+            (bc.z * a.offset + ca.z * b.offset + ab.z * c.offset) * scale};
+}
+
+/// As many corners as there are lanes, from one of the near or far plane on.
+template <typename T>
+[[gnu::always_inline]] inline void MeetAll(tPlaneNumbers<detail::tPlaneLanes<T>> const& side,
+                                           tPlaneNumbers<detail::tPlaneLanes<T>> const& height, tPlane<T> const& end,
+                                           tVector3<T>* corners) noexcept
+{
+    using Lanes = detail::tPlaneLanes<T>;
+    tPlaneNumbers<Lanes> const depth{
+        detail::Broadcast<Lanes>(end.GetOffset()), detail::Broadcast<Lanes>(end.GetNormal().x),
+        detail::Broadcast<Lanes>(end.GetNormal().y), detail::Broadcast<Lanes>(end.GetNormal().z)};
+    tPointNumbers<Lanes> const points = Meet(side, height, depth, detail::Broadcast<Lanes>(T{-1}));
+    for (std::size_t lane = 0; lane < detail::COUNT<Lanes>; ++lane)
+        corners[lane] = {points.x[lane], points.y[lane], points.z[lane]};
+}
+
+template <typename T, typename... Plane>
+[[nodiscard, gnu::always_inline]] inline tPlaneNumbers<detail::tPlaneLanes<T>> Beside(tPlane<T> const& first,
+                                                                                      Plane const&... more) noexcept
+{
+    detail::tPlanes<T> const planes = detail::LoadPlanes(first, more...);
+    return {planes.offset, planes.x, planes.y, planes.z};
 }
 
 /// A row of a matrix as the normal and offset of a plane.
@@ -59,16 +112,36 @@ template <typename T>
 template <typename T>
 tVector3<T> GetCorner(tFrustum<T> const& view, unsigned int index) noexcept
 {
-    return Meet((index & 1U) != 0 ? view.GetRightPlane() : view.GetLeftPlane(),
-                (index & 2U) != 0 ? view.GetTopPlane() : view.GetBottomPlane(),
-                (index & 4U) != 0 ? view.GetFarPlane() : view.GetNearPlane());
+    tPointNumbers<T> const point = Meet(NumbersOf((index & 1U) != 0 ? view.GetRightPlane() : view.GetLeftPlane()),
+                                        NumbersOf((index & 2U) != 0 ? view.GetTopPlane() : view.GetBottomPlane()),
+                                        NumbersOf((index & 4U) != 0 ? view.GetFarPlane() : view.GetNearPlane()), T{-1});
+    return {point.x, point.y, point.z};
 }
 
 template <typename T>
 void GetCorners(tFrustum<T> const& view, tVector3<T> (&corners)[8]) noexcept
 {
-    for (unsigned int index = 0; index < 8; ++index)
-        corners[index] = GetCorner(view, index);
+    tPlane<T> const& left = view.GetLeftPlane();
+    tPlane<T> const& right = view.GetRightPlane();
+    tPlane<T> const& bottom = view.GetBottomPlane();
+    tPlane<T> const& top = view.GetTopPlane();
+    if constexpr (detail::COUNT<detail::tPlaneLanes<T>> == 4)
+    {
+        auto const sides = Beside(left, right, left, right);
+        auto const heights = Beside(bottom, bottom, top, top);
+        MeetAll(sides, heights, view.GetNearPlane(), corners);
+        MeetAll(sides, heights, view.GetFarPlane(), corners + 4);
+    }
+    else
+    {
+        auto const sides = Beside(left, right);
+        auto const lower = Beside(bottom, bottom);
+        auto const upper = Beside(top, top);
+        MeetAll(sides, lower, view.GetNearPlane(), corners);
+        MeetAll(sides, upper, view.GetNearPlane(), corners + 2);
+        MeetAll(sides, lower, view.GetFarPlane(), corners + 4);
+        MeetAll(sides, upper, view.GetFarPlane(), corners + 6);
+    }
 }
 
 template <typename T>

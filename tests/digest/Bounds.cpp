@@ -23,7 +23,7 @@ void Bounds(Digest& digest, Workload& work)
             tVolumeAABB<T> const a = work.Volume<T>(rarity);
             tVolumeAABB<T> const b = work.Volume<T>(rarity);
             tVector3<T> const point = work.Vector3<T>(rarity);
-            tVolumeSphere<T> const sphere(work.Vector3<T>(rarity), work.Number<T>(rarity));
+            tVolumeSphere<T> const sphere{work.Vector3<T>(rarity), work.Number<T>(rarity)};
             digest.Add(Union(a, b), Union(a, point), Intersection(a, b), Overlaps(a, b), Contains(a, b), Contains(b, a),
                        GetSurfaceArea(a), GetClosestPoint(a, point), GetBound(sphere));
             tVector3<T> corners[8];
@@ -36,7 +36,7 @@ void Bounds(Digest& digest, Workload& work)
             tAreaAABB<T> const c = work.Area<T>(rarity);
             tAreaAABB<T> const d = work.Area<T>(rarity);
             tVector2<T> const flat = work.Vector2<T>(rarity);
-            tAreaDisc<T> const disc(work.Vector2<T>(rarity), work.Number<T>(rarity));
+            tAreaDisc<T> const disc{work.Vector2<T>(rarity), work.Number<T>(rarity)};
             digest.Add(Union(c, d), Union(c, flat), Intersection(c, d), Overlaps(c, d), Contains(c, d), GetPerimeter(c),
                        GetClosestPoint(c, flat), GetBound(disc), GetCorner(c, 1), GetCorner(c, 2));
         }
@@ -48,13 +48,15 @@ void BoundingSpheres(Digest& digest, Workload& work)
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 1000; ++i)
         {
-            tVolumeSphere<T> const sphere(work.Vector3<T>(rarity), work.Number<T>(rarity));
-            tVolumeSphere<T> const other(work.Vector3<T>(rarity), work.Number<T>(rarity));
-            tAreaDisc<T> const disc(work.Vector2<T>(rarity), work.Number<T>(rarity));
-            tAreaDisc<T> const flat(work.Vector2<T>(rarity), work.Number<T>(rarity));
-            digest.Add(Union(sphere, other), Union(sphere, work.Vector3<T>(rarity)), Union(disc, flat),
-                       Union(disc, work.Vector2<T>(rarity)), GetBoundingSphere(work.Volume<T>(rarity)),
-                       GetBoundingDisc(work.Area<T>(rarity)));
+            tVolumeSphere<T> const sphere{work.Vector3<T>(rarity), work.Number<T>(rarity)};
+            tVolumeSphere<T> const other{work.Vector3<T>(rarity), work.Number<T>(rarity)};
+            tAreaDisc<T> const disc{work.Vector2<T>(rarity), work.Number<T>(rarity)};
+            tAreaDisc<T> const flat{work.Vector2<T>(rarity), work.Number<T>(rarity)};
+            tVector3<T> const point = work.Vector3<T>(rarity);
+            tVector2<T> const flatPoint = work.Vector2<T>(rarity);
+            tVolumeAABB<T> const box = work.Volume<T>(rarity);
+            digest.Add(Union(sphere, other), Union(sphere, point), Union(disc, flat), Union(disc, flatPoint),
+                       GetBoundingSphere(box), GetBoundingDisc(work.Area<T>(rarity)));
 
             std::vector<tVector3<T>> points;
             std::vector<tVector2<T>> flatPoints;

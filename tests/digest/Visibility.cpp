@@ -40,7 +40,7 @@ void Visibility(Digest& digest, Workload& work)
         for (int i = 0; i < 400; ++i)
         {
             tMatrix4<T> const matrix = View<T>(work, rarity);
-            tOrientedBox<T> const room(work.Volume<T>(rarity), work.AnyMatrix<T>(rarity));
+            tOrientedBox<T> const room{work.Volume<T>(rarity), work.AnyMatrix<T>(rarity)}; // drawn in this order
             for (tFrustum<T> const& view : {tFrustum<T>(matrix), GetParallelView(room),
                                             GetScreenView(matrix, tAreaAABB<T>({T(-0.25), T(-0.5)}, {1, T(0.75)})),
                                             GetScreenView(matrix, work.Area<T>(rarity))})
@@ -48,8 +48,8 @@ void Visibility(Digest& digest, Workload& work)
                 AddView(digest, view);
                 for (int k = 0; k < 10; ++k)
                 {
-                    tVolumeSphere<T> const sphere(work.Vector3<T>(rarity), work.Number<T>(rarity));
-                    tOrientedBox<T> const box(work.Volume<T>(rarity), work.AnyMatrix<T>(rarity));
+                    tVolumeSphere<T> const sphere{work.Vector3<T>(rarity), work.Number<T>(rarity)};
+                    tOrientedBox<T> const box{work.Volume<T>(rarity), work.AnyMatrix<T>(rarity)};
                     digest.Add(Classify(view, work.Vector3<T>(rarity)), Classify(view, sphere), Classify(view, box));
                 }
             }

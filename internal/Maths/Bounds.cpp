@@ -61,7 +61,7 @@ template <typename T>
 template <typename T>
 [[nodiscard]] bool IsFinite(T x) noexcept
 {
-    return x - x == T{0};
+    return detail::Magnitude(x) <= std::numeric_limits<T>::max(); // a difference of infinities would raise a flag
 }
 
 template <typename Shape, typename Vector>
@@ -223,7 +223,10 @@ namespace
 template <typename Vector>
 [[nodiscard]] bool HasNoInfinityNorNaN(Vector const& v) noexcept
 {
-    return (v - v).LengthSquared() == 0;
+    if constexpr (requires { v.z; })
+        return IsFinite(v.x) && IsFinite(v.y) && IsFinite(v.z);
+    else
+        return IsFinite(v.x) && IsFinite(v.y);
 }
 
 /// The first point without an infinity or NaN, or the origin.

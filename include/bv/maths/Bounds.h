@@ -223,9 +223,9 @@ template <typename T>
 template <typename T>
 [[nodiscard]] inline tVolumeAABB<T> GetBound(tVolumeSphere<T> const& sphere) noexcept
 {
-    T const radius = sphere.GetRadius();
-    if (!(radius >= T{0}))
+    if (!(sphere.GetRadiusSquared() >= T{0}))
         return {};
+    T const radius = sphere.GetRadius();
     tVector3<T> const reach(radius, radius, radius);
     return {sphere.GetCentre() - reach, sphere.GetCentre() + reach};
 }
@@ -233,9 +233,9 @@ template <typename T>
 template <typename T>
 [[nodiscard]] inline tAreaAABB<T> GetBound(tAreaDisc<T> const& disc) noexcept
 {
-    T const radius = disc.GetRadius();
-    if (!(radius >= T{0}))
+    if (!(disc.GetRadiusSquared() >= T{0}))
         return {};
+    T const radius = disc.GetRadius();
     tVector2<T> const reach(radius, radius);
     return {disc.GetCentre() - reach, disc.GetCentre() + reach};
 }

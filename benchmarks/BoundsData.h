@@ -32,6 +32,22 @@ void AddAgreedMap(std::string const& name, Function function, Tell tell, std::ve
     AddMap(name, function, first, rest...);
 }
 
+/// The same for AddMapBy(): the loop has the object to itself.
+template <typename Object, typename Function, typename Tell, typename In>
+void AddAgreedMapBy(std::string const& name, Object const& object, Function function, Tell tell,
+                    std::vector<In> const& in)
+{
+    AddNumbers(name,
+               [=]
+               {
+                   std::vector<double> numbers;
+                   for (In const& item : in)
+                       tell(numbers, function(object, item));
+                   return numbers;
+               });
+    AddMapBy(name, object, function, in);
+}
+
 /// Tells of a number or a truth value.
 inline constexpr auto TELL_NUMBER = [](std::vector<double>& numbers, auto number)
 { numbers.push_back(static_cast<double>(number)); };

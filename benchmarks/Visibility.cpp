@@ -28,10 +28,10 @@ void AddPrecision()
     { return Vector(static_cast<T>(n[0]), static_cast<T>(n[1]), static_cast<T>(n[2])); };
     Frustum const frustum{Matrix(MainView().projection.data())};
 
-    AddAgreedMap(
-        name("sees points"),
-        [frustum](Vector const& point)
-            __attribute__((always_inline)) { return Classify(frustum, point) != Frustum::OUTSIDE; },
+    AddAgreedMapBy(
+        name("sees points"), frustum, [](Frustum const& frustum, Vector const& point) __attribute__((always_inline)) {
+            return Classify(frustum, point) != Frustum::OUTSIDE;
+        },
         TELL_NUMBER, Build(ScenePoints(), 3, makeVector));
     std::vector<Sphere> const spheres = Build(SceneSpheres(), 4,
                                               [&](double const* n)
@@ -40,18 +40,20 @@ void AddPrecision()
                                                   sphere.SetRadius(static_cast<T>(n[3]));
                                                   return sphere;
                                               });
-    AddAgreedMap(
-        name("sees spheres"),
-        [frustum](Sphere const& sphere)
-            __attribute__((always_inline)) { return Classify(frustum, sphere) != Frustum::OUTSIDE; },
+    AddAgreedMapBy(
+        name("sees spheres"), frustum, [](Frustum const& frustum, Sphere const& sphere) __attribute__((always_inline)) {
+            return Classify(frustum, sphere) != Frustum::OUTSIDE;
+        },
         TELL_NUMBER, spheres);
-    AddAgreedMap(
-        name("classifies spheres"),
-        [frustum](Sphere const& sphere) __attribute__((always_inline)) { return Classify(frustum, sphere); },
+    AddAgreedMapBy(
+        name("classifies spheres"), frustum,
+        [](Frustum const& frustum, Sphere const& sphere)
+            __attribute__((always_inline)) { return Classify(frustum, sphere); },
         TELL_NUMBER, spheres);
-    AddAgreedMap(
-        name("classifies turned boxes"),
-        [frustum](Box const& box) __attribute__((always_inline)) { return Classify(frustum, box); }, TELL_NUMBER,
+    AddAgreedMapBy(
+        name("classifies turned boxes"), frustum,
+        [](Frustum const& frustum, Box const& box) __attribute__((always_inline)) { return Classify(frustum, box); },
+        TELL_NUMBER,
         Build(TurnedBoxes(), 15,
               [&](double const* n) {
                   return Box(makeVector(n), makeVector(n + 3), makeVector(n + 6), makeVector(n + 9),

@@ -30,6 +30,7 @@ void AddImath()
 {
     using Matrix = Imath::Matrix44<T>;
     using Sphere = Imath::Sphere3<T>;
+    using Test = Imath::FrustumTest<T>;
     using Vector = Imath::Vec3<T>;
     Imath::Frustum<T> const frustum(static_cast<T>(View::NEAR_PLANE), static_cast<T>(View::FAR_PLANE),
                                     static_cast<T>(-View::RIGHT), static_cast<T>(View::RIGHT),
@@ -38,22 +39,22 @@ void AddImath()
     for (int row = 0; row < 4; ++row)
         for (int column = 0; column < 4; ++column)
             camera[column][row] = static_cast<T>(MainView().camera[4 * row + column]);
-    Imath::FrustumTest<T> const test(frustum, camera);
+    Test const test(frustum, camera);
     auto const makeVector = [](double const* n) { return Vector(Imath::V3d(n[0], n[1], n[2])); };
 
-    AddAgreedMap(
-        Row<T>("sees points", "Imath"),
-        [test](Vector const& point) __attribute__((always_inline)) { return test.isVisible(point); }, TELL_NUMBER,
-        Build(ScenePoints(), 3, makeVector));
+    AddAgreedMapBy(
+        Row<T>("sees points", "Imath"), test,
+        [](Test const& test, Vector const& point) __attribute__((always_inline)) { return test.isVisible(point); },
+        TELL_NUMBER, Build(ScenePoints(), 3, makeVector));
     std::vector<Sphere> const spheres =
         Build(SceneSpheres(), 4, [&](double const* n) { return Sphere(makeVector(n), static_cast<T>(n[3])); });
-    AddAgreedMap(
-        Row<T>("sees spheres", "Imath"),
-        [test](Sphere const& sphere) __attribute__((always_inline)) { return test.isVisible(sphere); }, TELL_NUMBER,
-        spheres);
-    AddAgreedMap(
-        Row<T>("classifies spheres", "Imath"),
-        [test](Sphere const& sphere) __attribute__((always_inline)) {
+    AddAgreedMapBy(
+        Row<T>("sees spheres", "Imath"), test,
+        [](Test const& test, Sphere const& sphere) __attribute__((always_inline)) { return test.isVisible(sphere); },
+        TELL_NUMBER, spheres);
+    AddAgreedMapBy(
+        Row<T>("classifies spheres", "Imath"), test,
+        [](Test const& test, Sphere const& sphere) __attribute__((always_inline)) {
             return !test.isVisible(sphere) ? 0 : test.completelyContains(sphere) ? 2 : 1;
         },
         TELL_NUMBER, spheres);
@@ -103,31 +104,31 @@ void AddEigen()
         six.offsets[i] = plane[3] / plane.template head<3>().norm();
     }
 
-    AddAgreedMap(
-        Row<T>("sees points", "Eigen"),
-        [six](Vector const& point)
-            __attribute__((always_inline)) { return (six.normals * point + six.offsets).minCoeff() >= 0; },
+    AddAgreedMapBy(
+        Row<T>("sees points", "Eigen"), six, [](Six<T> const& six, Vector const& point) __attribute__((always_inline)) {
+            return (six.normals * point + six.offsets).minCoeff() >= 0;
+        },
         TELL_NUMBER, Build(ScenePoints(), 3, makeVector));
     std::vector<Sphere> const spheres = Build(SceneSpheres(), 4,
                                               [&](double const* n) {
                                                   return Sphere{makeVector(n), static_cast<T>(n[3])};
                                               });
-    AddAgreedMap(
-        Row<T>("sees spheres", "Eigen"),
-        [six](Sphere const& sphere) __attribute__((always_inline)) {
+    AddAgreedMapBy(
+        Row<T>("sees spheres", "Eigen"), six,
+        [](Six<T> const& six, Sphere const& sphere) __attribute__((always_inline)) {
             return (six.normals * sphere.centre + six.offsets).minCoeff() >= -sphere.radius;
         },
         TELL_NUMBER, spheres);
-    AddAgreedMap(
-        Row<T>("classifies spheres", "Eigen"),
-        [six](Sphere const& sphere) __attribute__((always_inline)) {
+    AddAgreedMapBy(
+        Row<T>("classifies spheres", "Eigen"), six,
+        [](Six<T> const& six, Sphere const& sphere) __attribute__((always_inline)) {
             T const distance = (six.normals * sphere.centre + six.offsets).minCoeff();
             return distance < -sphere.radius ? 0 : distance < sphere.radius ? 1 : 2;
         },
         TELL_NUMBER, spheres);
-    AddAgreedMap(
-        Row<T>("classifies turned boxes", "Eigen"),
-        [six](Box const& box) __attribute__((always_inline)) {
+    AddAgreedMapBy(
+        Row<T>("classifies turned boxes", "Eigen"), six,
+        [](Six<T> const& six, Box const& box) __attribute__((always_inline)) {
             Distances const distances = six.normals * box.centre + six.offsets;
             Distances const reaches = (six.normals * box.axes).cwiseAbs() * box.halves;
             if ((distances + reaches).minCoeff() < 0)

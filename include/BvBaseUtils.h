@@ -27,6 +27,7 @@
 #include "bv/maths/DivideByZeroException.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/Integer.h"
+#include "bv/maths/Intersect.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/LocalAxes.h"
 #include "bv/maths/MathsException.h"
@@ -54,12 +55,14 @@
 #include "bv/maths/tPlane.h"
 #include "bv/maths/tPreparedTransform.h"
 #include "bv/maths/tRay.h"
+#include "bv/maths/tReciprocalRay.h"
 #include "bv/maths/tTuple2.h"
 #include "bv/maths/tTuple3.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
 #include "bv/maths/tVolumeAABB.h"
 #include "bv/maths/tVolumeSphere.h"
+#include "bv/maths/tWatertightRay.h"
 
 #if defined __AVX__
 #include "bv/maths/simd/AVXRay.h"

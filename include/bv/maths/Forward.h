@@ -39,6 +39,12 @@ template <typename T>
 class tFrustum;
 template <typename T>
 class tRay;
+template <typename T>
+class tReciprocalRay;
+template <typename T>
+class tWatertightRay;
+template <typename T>
+struct tTriangleHit;
 template <typename T, typename Payload>
 class tDepthRay;
 template <typename T>
@@ -82,6 +88,12 @@ using Frustumf = tFrustum<float>;
 using Frustumd = tFrustum<double>;
 using Rayf = tRay<float>;
 using Rayd = tRay<double>;
+using ReciprocalRayf = tReciprocalRay<float>;
+using ReciprocalRayd = tReciprocalRay<double>;
+using WatertightRayf = tWatertightRay<float>;
+using WatertightRayd = tWatertightRay<double>;
+using TriangleHitf = tTriangleHit<float>;
+using TriangleHitd = tTriangleHit<double>;
 using DepthRayf = tDepthRay<float, IRayPayloadInternal>;
 using DepthRayd = tDepthRay<double, IRayPayloadInternal>;
 using CoordinateFramef = tCoordinateFrame<float>;

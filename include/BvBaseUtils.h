@@ -42,6 +42,7 @@
 #include "bv/maths/Sequences.h"
 #include "bv/maths/Visibility.h"
 #include "bv/maths/detail/Precision.h"
+#include "bv/maths/simd/PacketTriangles.h"
 #include "bv/maths/simd/SSERay.h"
 #include "bv/maths/tAreaAABB.h"
 #include "bv/maths/tAreaDisc.h"

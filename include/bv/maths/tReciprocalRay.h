@@ -66,8 +66,8 @@ public:
     /// A box that lies wholly behind the origin is missed. A ray along a face of the box meets it, and so does a ray
     /// that touches an edge or a corner. A face at NaN narrows nothing; an end of the interval that is NaN stays so and
     /// misses.
-    /// @param box what to clip against; valid, since of two faces either may be met first. One of the three slabs of
-    ///        the empty box suffices for a miss where the ray does not run along it.
+    /// @param box what to clip against; valid, since of two faces either may be met first: a ray that crosses all three
+    ///        slabs keeps its interval in the empty box.
     /// @param[in,out] tNear lower end of the interval.
     /// @param[in,out] tFar upper end of the interval. Both hold what the three slabs make of them, also for a miss.
     /// @return whether anything is left ahead of the origin.

@@ -103,7 +103,7 @@ template <typename Number>
 std::size_t Job<T>::Components<Number>::FindStep() const noexcept
 {
     bool isSeparate = true;
-    bool isTogether = together != 0;
+    bool isTogether = together == 3 || together == 6;
     for (std::size_t i = 0; i < count; ++i)
     {
         bool const isArray = strides[i] == sizeof(T);

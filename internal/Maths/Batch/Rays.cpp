@@ -1,6 +1,7 @@
 #include "bv/maths/batch/Rays.h"
 
 #include "Maths/Batch/Job.h"
+#include "bv/maths/tWatertightRay.h"
 
 namespace bv::maths
 {
@@ -44,6 +45,41 @@ std::size_t ClipSpheres(tRay<T> const& ray, tSpheresIn<T> spheres, tSpanOut<T> e
     return job.Read(spheres).Write(entries).Write(exits).WriteBits(hits).Count(kernels.clipSpheres, constants);
 }
 
+namespace
+{
+
+template <typename T>
+std::size_t CountHits(Loop<T> loop, tVector3<T> const& first, tVector3<T> const& second, unsigned int options,
+                      tVectorsIn<T> a, tVectorsIn<T> b, tVectorsIn<T> c, T tNear, T tFar, tSpanOut<T> t, tSpanOut<T> u,
+                      tSpanOut<T> v, BitSpan hits)
+{
+    T const constants[] = {first.x, first.y, first.z, second.x, second.y, second.z, tNear, tFar};
+    Job<T> job("IntersectTriangles", a.size());
+    return job.Read(a).Read(b).Read(c).Write(t).Write(u).Write(v).WriteBits(hits).Count(loop, constants, options);
+}
+
+} // namespace
+
+template <typename T>
+std::size_t IntersectTriangles(tRay<T> const& ray, tVectorsIn<T> a, tVectorsIn<T> b, tVectorsIn<T> c,
+                               std::type_identity_t<T> tNear, std::type_identity_t<T> tFar, tSpanOut<T> t,
+                               tSpanOut<T> u, tSpanOut<T> v, BitSpan hits)
+{
+    GeometryKernels<T> const& kernels = ChosenKernels();
+    return CountHits<T>(kernels.intersect, ray.origin, ray.direction, 0, a, b, c, tNear, tFar, t, u, v, hits);
+}
+
+template <typename T>
+std::size_t IntersectTriangles(tWatertightRay<T> const& ray, tVectorsIn<T> a, tVectorsIn<T> b, tVectorsIn<T> c,
+                               std::type_identity_t<T> tNear, std::type_identity_t<T> tFar, tSpanOut<T> t,
+                               tSpanOut<T> u, tSpanOut<T> v, BitSpan hits)
+{
+    GeometryKernels<T> const& kernels = ChosenKernels();
+    unsigned int const axes = ray.GetAxis(0) | ray.GetAxis(1) << 2 | ray.GetAxis(2) << 4;
+    return CountHits<T>(kernels.intersectWatertight, ray.GetStart(), ray.GetShear(), axes, a, b, c, tNear, tFar, t, u,
+                        v, hits);
+}
+
 template BV_TEMPLATE_INSTANCE std::size_t ClipBoxes(tRay<float> const&, float, float, tBoxesIn<float>, tSpanOut<float>,
                                                     BitSpan);
 template BV_TEMPLATE_INSTANCE std::size_t ClipBoxes(tRay<double> const&, double, double, tBoxesIn<double>,
@@ -56,5 +92,20 @@ template BV_TEMPLATE_INSTANCE std::size_t ClipSpheres(tRay<float> const&, tSpher
                                                       tSpanOut<float>, BitSpan);
 template BV_TEMPLATE_INSTANCE std::size_t ClipSpheres(tRay<double> const&, tSpheresIn<double>, tSpanOut<double>,
                                                       tSpanOut<double>, BitSpan);
+template BV_TEMPLATE_INSTANCE std::size_t IntersectTriangles(tRay<float> const&, tVectorsIn<float>, tVectorsIn<float>,
+                                                             tVectorsIn<float>, float, float, tSpanOut<float>,
+                                                             tSpanOut<float>, tSpanOut<float>, BitSpan);
+template BV_TEMPLATE_INSTANCE std::size_t IntersectTriangles(tRay<double> const&, tVectorsIn<double>,
+                                                             tVectorsIn<double>, tVectorsIn<double>, double, double,
+                                                             tSpanOut<double>, tSpanOut<double>, tSpanOut<double>,
+                                                             BitSpan);
+template BV_TEMPLATE_INSTANCE std::size_t IntersectTriangles(tWatertightRay<float> const&, tVectorsIn<float>,
+                                                             tVectorsIn<float>, tVectorsIn<float>, float, float,
+                                                             tSpanOut<float>, tSpanOut<float>, tSpanOut<float>,
+                                                             BitSpan);
+template BV_TEMPLATE_INSTANCE std::size_t IntersectTriangles(tWatertightRay<double> const&, tVectorsIn<double>,
+                                                             tVectorsIn<double>, tVectorsIn<double>, double, double,
+                                                             tSpanOut<double>, tSpanOut<double>, tSpanOut<double>,
+                                                             BitSpan);
 
 } // namespace bv::maths

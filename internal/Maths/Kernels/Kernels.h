@@ -22,11 +22,11 @@ namespace bv::maths
 {
 
 /// What a loop reads and writes, component by component: x, y, z of vectors; those of two vectors for boxes and rays;
-/// those of the centre and the squared radius of spheres.
+/// those of the centre and the squared radius of spheres; those of three corners of triangles.
 template <typename T>
 struct Streams
 {
-    static constexpr std::size_t COMPONENTS = 7;
+    static constexpr std::size_t COMPONENTS = 9;
 
     T const* in[COMPONENTS];
     T* out[COMPONENTS];
@@ -83,6 +83,12 @@ struct GeometryKernels
     Loop<T> clipRays;
     /// The same for a ray, an origin and a direction, and spheres.
     Loop<T> clipSpheres;
+    /// Where a ray of an origin, a direction and an interval meets triangles: its parameter, infinity for a miss, and
+    /// the weights of two corners, 0 for a miss; and bits of those that it meets.
+    Loop<T> intersect;
+    /// The same of a ray that is made ready: where it starts, its shear and the interval. The options are its three
+    /// axes, two bits each.
+    Loop<T> intersectWatertight;
     /// Bits of the pairs of numbers that are equal by IsEqual().
     Loop<T> compare;
     /// Extends the sides of a box by points.

@@ -14,6 +14,7 @@
 #include "Maths/Kernels/Noise/Single.h"
 #include "Maths/Kernels/Rays.h"
 #include "Maths/Kernels/Transforms.h"
+#include "Maths/Kernels/Triangles.h"
 #include "Maths/Kernels/Visibility.h"
 
 namespace bv::maths
@@ -29,6 +30,7 @@ template <typename T, std::size_t BYTES>
     using Boxes = Bounds<T, BYTES>;
     using Views = Visibility<T, BYTES>;
     using Clips = Rays<T, BYTES>;
+    using Meetings = Triangles<T, BYTES>;
     return {.project = Moving::Project,
             .move = Moving::Move,
             .toClip = Moving::ToClip,
@@ -41,6 +43,8 @@ template <typename T, std::size_t BYTES>
             .clipBoxes = Clips::ClipBoxes,
             .clipRays = Clips::ClipRays,
             .clipSpheres = Clips::ClipSpheres,
+            .intersect = Meetings::Intersect,
+            .intersectWatertight = Meetings::IntersectWatertight,
             .compare = Comparison<T, BYTES>::Compare,
             .grow = Boxes::Grow,
             .extend = Boxes::Extend,

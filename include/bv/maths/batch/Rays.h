@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// One ray against arrays of boxes and spheres, and arrays of rays against a sphere. See bv/maths/Batch.h for what all
-/// batch forms have in common.
+/// One ray against arrays of boxes, spheres and triangles, and arrays of rays against a sphere. See bv/maths/Batch.h
+/// for what all batch forms have in common.
 
 #include <span>
 
@@ -46,6 +46,27 @@ template <typename T>
 std::size_t ClipSpheres(tRay<T> const& ray, tSpheresIn<T> spheres, tSpanOut<T> entries, tSpanOut<T> exits,
                         BitSpan hits);
 
+/// Intersects a ray with triangles, each as IntersectTriangle() does, the fast way.
+///
+/// Corners component by component, in arrays of numbers, are the fast layout; other ones are copied.
+/// @param a,b,c the corners, those of one triangle at the same index.
+/// @param tNear,tFar the parameters that count.
+/// @param[out] t the parameters of the hits, and infinity for a triangle that the ray misses.
+/// @param[out] u,v the weights of b and c, and 0 for a miss.
+/// @param[out] hits the bits of the triangles that it meets.
+/// @return how many it meets.
+/// @throws bv::InvalidArgumentException for different lengths.
+template <typename T>
+std::size_t IntersectTriangles(tRay<T> const& ray, tVectorsIn<T> a, tVectorsIn<T> b, tVectorsIn<T> c,
+                               std::type_identity_t<T> tNear, std::type_identity_t<T> tFar, tSpanOut<T> t,
+                               tSpanOut<T> u, tSpanOut<T> v, BitSpan hits);
+
+/// The same with the watertight test, for a ray that is made ready.
+template <typename T>
+std::size_t IntersectTriangles(tWatertightRay<T> const& ray, tVectorsIn<T> a, tVectorsIn<T> b, tVectorsIn<T> c,
+                               std::type_identity_t<T> tNear, std::type_identity_t<T> tFar, tSpanOut<T> t,
+                               tSpanOut<T> u, tSpanOut<T> v, BitSpan hits);
+
 extern template BV_TEMPLATE std::size_t ClipBoxes(tRay<float> const&, float, float, tBoxesIn<float>, tSpanOut<float>,
                                                   BitSpan);
 extern template BV_TEMPLATE std::size_t ClipBoxes(tRay<double> const&, double, double, tBoxesIn<double>,
@@ -58,5 +79,18 @@ extern template BV_TEMPLATE std::size_t ClipSpheres(tRay<float> const&, tSpheres
                                                     tSpanOut<float>, BitSpan);
 extern template BV_TEMPLATE std::size_t ClipSpheres(tRay<double> const&, tSpheresIn<double>, tSpanOut<double>,
                                                     tSpanOut<double>, BitSpan);
+extern template BV_TEMPLATE std::size_t IntersectTriangles(tRay<float> const&, tVectorsIn<float>, tVectorsIn<float>,
+                                                           tVectorsIn<float>, float, float, tSpanOut<float>,
+                                                           tSpanOut<float>, tSpanOut<float>, BitSpan);
+extern template BV_TEMPLATE std::size_t IntersectTriangles(tRay<double> const&, tVectorsIn<double>, tVectorsIn<double>,
+                                                           tVectorsIn<double>, double, double, tSpanOut<double>,
+                                                           tSpanOut<double>, tSpanOut<double>, BitSpan);
+extern template BV_TEMPLATE std::size_t IntersectTriangles(tWatertightRay<float> const&, tVectorsIn<float>,
+                                                           tVectorsIn<float>, tVectorsIn<float>, float, float,
+                                                           tSpanOut<float>, tSpanOut<float>, tSpanOut<float>, BitSpan);
+extern template BV_TEMPLATE std::size_t IntersectTriangles(tWatertightRay<double> const&, tVectorsIn<double>,
+                                                           tVectorsIn<double>, tVectorsIn<double>, double, double,
+                                                           tSpanOut<double>, tSpanOut<double>, tSpanOut<double>,
+                                                           BitSpan);
 
 } // namespace bv::maths

@@ -33,6 +33,8 @@ int main(int argc, char** argv)
     bench::peers::AddVisibility();
     bench::AddRay();
     bench::peers::AddRay();
+    bench::AddIntersect();
+    bench::peers::AddIntersect();
     bench::AddNoise();
     bench::peers::AddNoise();
     bench::AddGenerator();

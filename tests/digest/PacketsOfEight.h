@@ -26,4 +26,14 @@ struct EightRays
 void ClipEight(bv::maths::DepthRayf const* rays, bv::maths::Matrix4f const& matrix, bv::maths::VolumeAABBf const& box,
                EightRays& results);
 
+/// What both tests of a packet of eight rays against a triangle give: masks, and t, u and v.
+struct PacketMeetings
+{
+    std::uint32_t mask[2][8];
+    float hits[2][3][8];
+};
+
+/// Intersects eight rays with a triangle, the fast way and the watertight one.
+void MeetEight(bv::maths::DepthRayf const* rays, bv::maths::Vector3f const (&corners)[3], PacketMeetings& results);
+
 } // namespace digest

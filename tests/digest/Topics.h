@@ -24,6 +24,7 @@ void RunVisibility();
 void RunRays();
 void RunRayPackets();
 void RunComponentwise();
+void RunIntersections();
 void RunCoordinateFrames();
 void RunDifferentials();
 void RunDirections();

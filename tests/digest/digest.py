@@ -11,7 +11,7 @@ import subprocess
 import sys
 
 MACHINE_DEPENDENT = "machine-dependent."
-OPTIONAL = {"packets-avx.float"}
+OPTIONAL = {"packet-triangles-avx.float", "packets-avx.float"}
 
 
 def parse(text):

@@ -26,6 +26,7 @@ int main()
     digest::RunRays();
     digest::RunRayPackets();
     digest::RunComponentwise();
+    digest::RunIntersections();
     digest::RunCoordinateFrames();
     digest::RunDifferentials();
     digest::RunDirections();

@@ -14,4 +14,6 @@ using PacketTypes = testing::Types<maths::simd::AVXRay, maths::simd::SSERay>;
 
 #include "maths/RayPacketTests.h"
 
+#include "maths/PacketTriangleTests.h"
+
 static_assert(bv::maths::simd::AVXRay::WIDTH == 8);

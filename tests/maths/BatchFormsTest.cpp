@@ -16,6 +16,7 @@
 
 #include "bv/InvalidArgumentException.h"
 #include "bv/maths/DivideByZeroException.h"
+#include "bv/maths/Intersect.h"
 #include "bv/maths/MatrixException.h"
 #include "bv/maths/RNGenerator.h"
 #include "bv/maths/tMatrix4.h"
@@ -756,6 +757,66 @@ TYPED_TEST(BatchFormsTest, ARayMeetsBoxesAsOneByOne)
     EXPECT_GT(hitCount, 1000U);
 }
 
+TYPED_TEST(BatchFormsTest, ARayMeetsTrianglesAsOneByOne)
+{
+    using T = TypeParam;
+    constexpr T INF = std::numeric_limits<T>::infinity();
+    std::mt19937 generator(19);
+    T const intervals[][2] = {{0, INF}, {-INF, INF}, {0, 30}, {5, 2}};
+    std::size_t hitCount = 0;
+    std::vector<std::size_t> const lengths = Lengths();
+    for (tRay<T> const& ray : RaysOfAllKinds<T>(generator, 120))
+    {
+        std::size_t const length = lengths[generator() % (lengths.size() - 6)];
+        std::vector<tVector3<T>> corners[3];
+        for (std::vector<tVector3<T>>& list : corners)
+            list = RandomPoints<T>(generator, length, -40, 40);
+        auto const special = SpecialPoints<T>();
+        for (std::size_t i = 0; i < length; ++i)
+        {
+            if (i % 3 == 0) // at a corner, and at an edge
+                corners[i % 2][i] = ray.origin + ray.direction * T(i + 1);
+            if (i % 3 == 1)
+                corners[1][i] = (ray.origin + ray.direction * T(4)) * T{2} - corners[0][i];
+            if (i % 11 == 7)
+                corners[2][i] = special[generator() % special.size()];
+        }
+        auto const [tNear, tFar] = intervals[generator() % 4];
+        for (int kind = 0; kind < Layout<T>::KINDS; ++kind)
+        {
+            Layout<T> a(kind, corners[0]);
+            Layout<T> b(kind == 0 ? 2 : kind, corners[1]);
+            Layout<T> c(2, corners[2]);
+            auto const expect = [&](auto const& from)
+            {
+                std::vector<T> t(length, 7);
+                std::vector<T> u(length, 7);
+                std::vector<T> v(length, 7);
+                std::vector<std::uint64_t> bits(GetBitWords(length), 55);
+                std::size_t const count =
+                    IntersectTriangles(from, a.Get(), b.Get(), c.Get(), tNear, tFar, t, u, v, bits);
+                std::size_t expected = 0;
+                for (std::size_t i = 0; i < length; ++i)
+                {
+                    tTriangleHit<T> hit{INF, 0, 0};
+                    bool const isHit =
+                        IntersectTriangle(from, corners[0][i], corners[1][i], corners[2][i], tNear, tFar, hit);
+                    expected += isHit ? 1U : 0U;
+                    EXPECT_EQ((bits[i / 64] >> i % 64 & 1U) != 0, isHit) << i;
+                    ExpectSameBits(t[i], hit.t);
+                    ExpectSameBits(u[i], hit.u);
+                    ExpectSameBits(v[i], hit.v);
+                }
+                EXPECT_EQ(count, expected);
+                hitCount += count;
+            };
+            expect(ray);
+            expect(tWatertightRay<T>(ray));
+        }
+    }
+    EXPECT_GT(hitCount, 1000U);
+}
+
 TYPED_TEST(BatchFormsTest, RaysMeetASphereAndARaySpheresAsOneByOne)
 {
     using T = TypeParam;
@@ -1022,6 +1083,16 @@ TYPED_TEST(BatchFormsTest, EveryDifferentLengthIsAnError)
         {"ClipRays", [&] { ClipRays(tRayView<T const>(rays), sphere, numbers, numbers, moreBits); }},
         {"ClipSpheres", [&] { ClipSpheres(ray, spheres, fewerNumbers, numbers, bits); }},
         {"ClipSpheres", [&] { ClipSpheres(ray, spheres, numbers, numbers, moreBits); }},
+        {"IntersectTriangles",
+         [&] { IntersectTriangles(ray, vectors, fewer, vectors, 0, 1, numbers, numbers, numbers, bits); }},
+        {"IntersectTriangles",
+         [&] { IntersectTriangles(ray, vectors, vectors, fewer, 0, 1, numbers, numbers, numbers, bits); }},
+        {"IntersectTriangles",
+         [&] { IntersectTriangles(ray, vectors, vectors, vectors, 0, 1, fewerNumbers, numbers, numbers, bits); }},
+        {"IntersectTriangles",
+         [&] { IntersectTriangles(tWatertightRay<T>(ray), vectors, vectors, vectors, 0, 1, numbers, numbers, fewerNumbers, bits); }},
+        {"IntersectTriangles",
+         [&] { IntersectTriangles(ray, vectors, vectors, vectors, 0, 1, numbers, numbers, numbers, moreBits); }},
         {"CompareNumbers", [&] { CompareNumbers(numbers, fewerNumbers, bits); }},
         {"CompareNumbers", [&] { CompareNumbers(numbers, numbers, moreBits); }},
         {"tVectorView", [&] { tVectorView<T>(numbers, numbers, fewerNumbers); }},

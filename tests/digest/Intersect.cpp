@@ -1,0 +1,184 @@
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+#include <bv/maths/Batch.h>
+#include <bv/maths/Intersect.h>
+#include <bv/maths/simd/PacketTriangles.h>
+#include <bv/maths/simd/SSERay.h>
+#include <bv/maths/tReciprocalRay.h>
+
+#include "PacketsOfEight.h"
+#include "Run.h"
+#include "Topics.h"
+
+namespace digest
+{
+
+namespace
+{
+
+/// Three corners, which a ray often meets, now and then on an edge or a corner.
+template <typename T>
+struct Corners
+{
+    tVector3<T> a, b, c;
+
+    Corners(Workload& work, tRay<T> const& ray, unsigned int rarity)
+        : a{work.Vector3<T>(rarity)}, b{work.Vector3<T>(rarity)}, c{work.Vector3<T>(rarity)}
+    {
+        tVector3<T> const target = ray.origin + ray.direction * static_cast<T>(work.Below(8));
+        switch (work.Below(4))
+        {
+        case 0: // a corner
+            a = target;
+            break;
+        case 1: // the middle of an edge
+            c = target + target - b;
+            break;
+        case 2: // inside
+            c = target * T{3} - a - b;
+            break;
+        default:
+            break;
+        }
+    }
+};
+
+template <typename T>
+tRay<T> AnyRay(Workload& work, unsigned int rarity)
+{
+    tVector3<T> const origin = work.Vector3<T>(rarity);
+    return {origin, work.Direction<T>(rarity)};
+}
+
+template <typename T>
+void Intersections(Digest& digest, Workload& work)
+{
+    for (unsigned int const rarity : RARITIES)
+        for (int i = 0; i < 6000; ++i)
+        {
+            tRay<T> const ray = AnyRay<T>(work, rarity);
+            auto const [a, b, c] = Corners<T>(work, ray, rarity);
+            T const tNear = work.OneIn(2) ? T{0} : work.Number<T>(rarity);
+            T const tFar = work.OneIn(2) ? T{100} : work.Number<T>(rarity);
+            tTriangleHit<T> hit{};
+            digest.Add(IntersectTriangle(ray, a, b, c, tNear, tFar, hit));
+            digest.Add(hit.t, hit.u, hit.v);
+            digest.Add(IntersectTriangle(tWatertightRay<T>(ray), a, b, c, tNear, tFar, hit));
+            digest.Add(hit.t, hit.u, hit.v);
+
+            T t{}, u{}, v{};
+            tPlane<T> const plane(a, work.Number<T>(rarity));
+            digest.Add(IntersectPlane(ray, plane, tNear, tFar, t));
+            digest.Add(t);
+            digest.Add(IntersectDisc(ray, a, b, work.Number<T>(rarity), tNear, tFar, t));
+            digest.Add(t);
+            digest.Add(GetBarycentric(ray.origin, a, b, c, u, v));
+            digest.Add(u, v);
+            digest.Add(OverlapsTriangle(work.Volume<T>(rarity), a, b, c));
+
+            T lo = tNear;
+            T hi = tFar;
+            digest.Add(tReciprocalRay<T>(ray).Clip(work.Volume<T>(rarity), lo, hi));
+            digest.Add(lo, hi);
+
+            tDepthRay<T, bv::IRayPayloadInternal> depthRay(ray.origin, ray.direction);
+            depthRay.dOriginDu = work.Vector3<T>(0);
+            depthRay.dOriginDv = work.Vector3<T>(0);
+            depthRay.dDirectionDu = work.Vector3<T>(0);
+            depthRay.dDirectionDv = work.Vector3<T>(rarity);
+            tDifferential3<T> position;
+            tDifferential2<T> weights;
+            digest.Add(GetHitDifferentials(depthRay, a, b, c, hit.t, position, weights));
+            digest.Add(position, weights);
+            auto const moved = TransformRay(depthRay, work.AnyMatrix<T>(rarity));
+            digest.Add(moved.origin, moved.direction, moved.dOriginDu, moved.dDirectionDv);
+        }
+}
+
+template <typename T>
+void Batches(Digest& digest, Workload& work)
+{
+    for (unsigned int const rarity : RARITIES)
+        for (std::size_t length = 0; length < 200; length += 7)
+        {
+            tRay<T> const ray = AnyRay<T>(work, rarity);
+            std::vector<tVector3<T>> a, b, c;
+            for (std::size_t i = 0; i < length; ++i)
+            {
+                Corners<T> const corners(work, ray, rarity);
+                a.push_back(corners.a);
+                b.push_back(corners.b);
+                c.push_back(corners.c);
+            }
+            std::vector<T> t(length), u(length), v(length);
+            std::vector<std::uint64_t> bits(GetBitWords(length));
+            auto const add = [&](auto const& from)
+            {
+                digest.Add(IntersectTriangles(from, a, b, c, 0, 100, t, u, v, bits));
+                for (std::size_t i = 0; i < length; ++i)
+                    digest.Add(t[i], u[i], v[i]);
+                for (std::uint64_t const word : bits)
+                    digest.Add(word);
+            };
+            add(ray);
+            add(tWatertightRay<T>(ray));
+        }
+}
+
+void MeetFour(DepthRayf const* rays, Vector3f const (&corners)[3], PacketMeetings& results)
+{
+    auto const& [a, b, c] = corners;
+    for (int half = 0; half < 8; half += 4)
+    {
+        simd::SSERay packet;
+        packet.Initialise(rays + half);
+        simd::tPacketHits<simd::SSERay> hits{};
+        __m128 const lo = _mm_setzero_ps();
+        __m128 const hi = _mm_set1_ps(100.0F);
+        for (int test = 0; test < 2; ++test)
+        {
+            __m128 const mask =
+                test == 0 ? IntersectTriangle(packet, a, b, c, lo, hi, hits)
+                          : IntersectTriangle(simd::tWatertightPacket<simd::SSERay>(packet), a, b, c, lo, hi, hits);
+            std::memcpy(results.mask[test] + half, &mask, sizeof mask);
+            std::memcpy(results.hits[test][0] + half, &hits.t, sizeof hits.t);
+            std::memcpy(results.hits[test][1] + half, &hits.u, sizeof hits.u);
+            std::memcpy(results.hits[test][2] + half, &hits.v, sizeof hits.v);
+        }
+    }
+}
+
+/// The same topic for either width: what it adds does not depend on it.
+template <typename Meet>
+void Packets(Digest& digest, Workload& work, Meet meet)
+{
+    for (unsigned int const rarity : RARITIES)
+        for (int i = 0; i < 3000; ++i)
+        {
+            DepthRayf rays[8];
+            for (DepthRayf& ray : rays)
+                static_cast<tRay<float>&>(ray) = AnyRay<float>(work, rarity);
+            Corners<float> const corners(work, rays[work.Below(8)], rarity);
+            PacketMeetings results{};
+            meet(rays, {corners.a, corners.b, corners.c}, results);
+            for (int test = 0; test < 2; ++test)
+                for (int k = 0; k < 8; ++k)
+                    digest.Add(results.mask[test][k], results.hits[test][0][k], results.hits[test][1][k],
+                               results.hits[test][2][k]);
+        }
+}
+
+} // namespace
+
+void RunIntersections()
+{
+    RunBoth("intersections", Intersections<float>, Intersections<double>);
+    RunBoth("batch-triangles", Batches<float>, Batches<double>);
+    Run("packet-triangles-sse.float", [](Digest& digest, Workload& work) { Packets(digest, work, MeetFour); });
+    if (__builtin_cpu_supports("avx"))
+        Run("packet-triangles-avx.float", [](Digest& digest, Workload& work) { Packets(digest, work, MeetEight); });
+}
+
+} // namespace digest

@@ -191,6 +191,10 @@ template BV_TEMPLATE_INSTANCE bool IntersectDisc(tRay<float> const&, tVector3<fl
                                                  float, float, float, float&) noexcept;
 template BV_TEMPLATE_INSTANCE bool IntersectDisc(tRay<double> const&, tVector3<double> const&, tVector3<double> const&,
                                                  double, double, double, double&) noexcept;
+template BV_TEMPLATE_INSTANCE bool ClipOrientedBox(tRay<float> const&, tOrientedBox<float> const&, float&,
+                                                   float&) noexcept;
+template BV_TEMPLATE_INSTANCE bool ClipOrientedBox(tRay<double> const&, tOrientedBox<double> const&, double&,
+                                                   double&) noexcept;
 template BV_TEMPLATE_INSTANCE tRay<float> TransformRay(tRay<float> const&, tMatrix4<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tRay<double> TransformRay(tRay<double> const&, tMatrix4<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tDepthRay<float, IRayPayloadInternal>

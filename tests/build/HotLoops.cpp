@@ -8,10 +8,12 @@
 #include "bv/maths/Componentwise.h"
 #include "bv/maths/Direction.h"
 #include "bv/maths/Bounds.h"
+#include "bv/maths/Intersect.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/RNGenerator.h"
 #include "bv/maths/Sampling.h"
 #include "bv/maths/Visibility.h"
+#include "bv/maths/simd/PacketTriangles.h"
 #include "bv/maths/simd/SSERay.h"
 #include "bv/maths/tDepthRay.h"
 #include "bv/maths/tDifferential2.h"
@@ -22,6 +24,7 @@
 #include "bv/maths/tPlane.h"
 #include "bv/maths/tPreparedTransform.h"
 #include "bv/maths/tRay.h"
+#include "bv/maths/tReciprocalRay.h"
 #include "bv/maths/tVolumeAABB.h"
 #include "bv/maths/tVolumeSphere.h"
 
@@ -387,6 +390,64 @@ void MovePackets(std::span<simd::SSERay> packets, tDepthRay<float, bv::IRayPaylo
     }
 }
 
+template <typename T>
+T Meetings(std::span<tVector3<T> const> corners, tRay<T> const& ray)
+{
+    tWatertightRay<T> const prepared(ray);
+    tTriangleHit<T> hit{0, 0, 0};
+    T nearest = 1000;
+    T sum{};
+    for (std::size_t i = 2; i < corners.size(); ++i)
+    {
+        if (IntersectTriangle(prepared, corners[i - 2], corners[i - 1], corners[i], 0, nearest, hit))
+            nearest = hit.t;
+        if (IntersectTriangle(ray, corners[i - 2], corners[i - 1], corners[i], 0, 1000, hit))
+            sum += hit.u + hit.v;
+        T u{}, v{};
+        if (GetBarycentric(ray.origin, corners[i - 2], corners[i - 1], corners[i], u, v))
+            sum += u + v;
+    }
+    return sum + nearest;
+}
+
+template <typename T>
+T MeetShapes(std::span<tPlane<T> const> planes, std::span<tOrientedBox<T> const> turned,
+             std::span<tVolumeAABB<T> const> boxes, tMatrix4<T> const& matrix, tRay<T> ray)
+{
+    T sum{};
+    for (std::size_t i = 0; i < planes.size(); ++i)
+    {
+        ray = TransformRay(ray, matrix);
+        T t{}, tNear{}, tFar{100};
+        if (IntersectPlane(ray, planes[i], 0, 100, t) ||
+            IntersectDisc(ray, turned[i].GetCentre(), planes[i].GetNormal(), 2, 0, 100, t))
+            sum += t;
+        if (ClipOrientedBox(ray, turned[i], tNear, tFar) || tReciprocalRay<T>(ray).Clip(boxes[i], tNear, tFar))
+            sum += tNear;
+    }
+    return sum;
+}
+
+int PacketMeetings(simd::SSERay const& packet, std::span<tVector3<float> const> corners)
+{
+    simd::tWatertightPacket<simd::SSERay> const prepared(packet);
+    simd::tPacketHits<simd::SSERay> hits{};
+    __m128 const tNear = _mm_setzero_ps();
+    int mask = 0;
+    for (std::size_t i = 2; i < corners.size(); ++i)
+        mask |= _mm_movemask_ps(
+                    IntersectTriangle(packet, corners[i - 2], corners[i - 1], corners[i], tNear, hits.t, hits)) |
+                _mm_movemask_ps(
+                    IntersectTriangle(prepared, corners[i - 2], corners[i - 1], corners[i], tNear, hits.t, hits));
+    return mask;
+}
+
+template float Meetings(std::span<tVector3<float> const>, tRay<float> const&);
+template double Meetings(std::span<tVector3<double> const>, tRay<double> const&);
+template float MeetShapes(std::span<tPlane<float> const>, std::span<tOrientedBox<float> const>,
+                          std::span<tVolumeAABB<float> const>, tMatrix4<float> const&, tRay<float>);
+template double MeetShapes(std::span<tPlane<double> const>, std::span<tOrientedBox<double> const>,
+                           std::span<tVolumeAABB<double> const>, tMatrix4<double> const&, tRay<double>);
 template float Vectors(std::span<tVector3<float> const>, std::span<tVector3<float> const>);
 template double Vectors(std::span<tVector3<double> const>, std::span<tVector3<double> const>);
 template float Mixed(std::span<tVector3<float> const>, std::span<tVector3<float> const>, std::span<float const>);

@@ -177,7 +177,9 @@ def exempt(declaration):
         return "private"
     if declaration.is_defaulted:
         return "the compiler's own"
-    if owner in ("tRayPacket", "SSELanes", "AVXLanes"):
+    packets = ("tRayPacket", "tWatertightPacket")
+    if owner in (*packets, "SSELanes", "AVXLanes") or any(
+            packet in parameter for packet in packets for parameter in declaration.signature.parameters):
         return "inline whole, since a symbol with code for AVX could be shared with code for other processors"
     if owner in ("tNumberView", "tVectorView", "tBoxView", "tRayView", "tSphereView"):
         return "of a view, and inlined by force"

@@ -1,4 +1,5 @@
-"""Fails when a consumer's hot loops call anything, except on the cold paths that throw."""
+"""Fails when a consumer's hot loops call anything, except on the cold paths: those that throw, and those that decide what
+lies on an edge."""
 import os
 import subprocess
 import sys
@@ -19,7 +20,7 @@ listing = subprocess.run(["nm", "-C", "--undefined-only", objectFile], check=Tru
 undefined = [line.split(None, 1)[1] for line in listing.splitlines()]
 # The personality is what a throw needs.
 harmless = {"_GLOBAL_OFFSET_TABLE_", "__gxx_personality_v0"}
-calls = [name for name in undefined if "Throw" not in name and name not in harmless]
+calls = [name for name in undefined if "Throw" not in name and "MeetOnEdge" not in name and name not in harmless]
 
 # A body that the compiler emitted out of line is a call as well, wherever it stands.
 listing = subprocess.run(["nm", "-C", "--defined-only", objectFile], check=True, capture_output=True, text=True).stdout

@@ -80,6 +80,11 @@ void Intersections(Digest& digest, Workload& work)
 
             T lo = tNear;
             T hi = tFar;
+            tOrientedBox<T> const turned(a, b, c, work.Direction<T>(rarity), work.Vector3<T>(rarity));
+            digest.Add(ClipOrientedBox(ray, turned, lo, hi));
+            digest.Add(lo, hi);
+            lo = tNear;
+            hi = tFar;
             digest.Add(tReciprocalRay<T>(ray).Clip(work.Volume<T>(rarity), lo, hi));
             digest.Add(lo, hi);
 

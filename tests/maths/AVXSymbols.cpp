@@ -211,6 +211,11 @@ typename Packet::Vector UsePacket(DepthRayf const* rays, Matrix4f const& matrix,
     packet.Initialise(rays);
     Packet copy = packet;
     packet = copy.Transform(matrix);
+    simd::tWatertightPacket<Packet> const prepared(packet);
+    simd::tPacketHits<Packet> hits{t[0], t[0], t[1]};
+    tVector3<float> const& corner = box.GetMin();
+    t[0] += IntersectTriangle(packet, corner, corner, box.GetMax(), t[0], t[1], hits);
+    t[0] += IntersectTriangle(prepared, corner, corner, box.GetMax(), t[0], t[1], hits) + hits.t + hits.u + hits.v;
     return packet.Clip(box, t[0], t[1]) + packet.GetOrigin()[0] + packet.GetDirection()[1] +
            packet.GetInvDirection()[2];
 }
@@ -508,6 +513,38 @@ struct OfPrecisions
         depthRay = tDepthRay<T, IRayPayloadInternal>(p, p);
         return ray.Clip(box, t[0], t[1]) && ray.Clip(sphere, t[0], t[1]) && depthRay.Clip(box, t[0], t[1]) &&
                depthRay.ClipDiff(sphere, t[0], t[1], d[0], d[1]);
+    }
+
+    static bool Intersections(tRay<T> const& ray, tVolumeAABB<T> const& box, tOrientedBox<T> const& turned,
+                              tPlane<T> const& plane, tVector3<T> const& p, T (&t)[2])
+    {
+        tTriangleHit<T> hit{};
+        tWatertightRay<T>& prepared = *new tWatertightRay<T>; // no constant
+        prepared = tWatertightRay<T>(ray);
+        tReciprocalRay<T>& slabs = *new tReciprocalRay<T>;
+        slabs = tReciprocalRay<T>(ray);
+        return IntersectTriangle(ray, p, p, p, 0, 1, hit) && IntersectTriangle(prepared, p, p, p, 0, 1, hit) &&
+               IntersectPlane(ray, plane, 0, 1, t[0]) && IntersectDisc(ray, p, p, 1, 0, 1, t[0]) &&
+               ClipOrientedBox(ray, turned, t[0], t[1]) && OverlapsTriangle(box, p, p, p) &&
+               GetBarycentric(p, p, p, p, t[0], t[1]) && slabs.Clip(box, t[0], t[1]) &&
+               slabs.GetOrigin() == slabs.GetReciprocal() && prepared.GetStart() == prepared.GetShear() &&
+               prepared.GetAxis(0) == prepared.GetAxis(1);
+    }
+
+    static bool MovedRays(tDepthRay<T, IRayPayloadInternal> const& ray, tMatrix4<T> const& matrix,
+                          tVector3<T> const& p, tDifferential3<T>& position, tDifferential2<T>& weights)
+    {
+        tRay<T> const& plain = ray;
+        tRay<T> const moved = TransformRay(plain, matrix);
+        return TransformRay(ray, matrix).origin == moved.origin &&
+               GetHitDifferentials(ray, p, p, p, 1, position, weights);
+    }
+
+    static std::size_t Triangles(tRay<T> const& ray, std::span<tVector3<T>> points, std::span<T> numbers, BitSpan bits)
+    {
+        return IntersectTriangles(ray, points, points, points, 0, 1, numbers, numbers, numbers, bits) +
+               IntersectTriangles(tWatertightRay<T>(ray), points, points, points, 0, 1, numbers, numbers, numbers,
+                                  bits);
     }
 
     static bool Differentials(tDifferential2<T> (&two)[2], tDifferential3<T> (&three)[2], tMatrix4<T> const& matrix,

@@ -334,6 +334,53 @@ TYPED_TEST(IntersectTest, DiscsHaveTheirRim)
     ExpectSameBits(t, T{77});
 }
 
+TYPED_TEST(IntersectTest, ATurnedBoxIsClippedAlongItsAxes)
+{
+    using T = TypeParam;
+    // Turned by the angle of 3, 4, 5 around z, and so are the rays: what is along x in the box is along (0.6, 0.8, 0).
+    tVector3<T> const x(T(0.6), T(0.8), 0), y(T(-0.8), T(0.6), 0), z(0, 0, 1);
+    tOrientedBox<T> const box({1, 2, 3}, x, y, z, {2, 1, T(0.5)});
+    auto const clip = [&](tVector3<T> const& seenOrigin, tVector3<T> const& seenDirection, T& tNear, T& tFar)
+    {
+        auto const turn = [&](tVector3<T> const& v) { return x * v.x + y * v.y + z * v.z; };
+        return ClipOrientedBox(tRay<T>(turn(seenOrigin) + tVector3<T>(1, 2, 3), turn(seenDirection)), box, tNear, tFar);
+    };
+    T const bound = T(50) * EPSILON<T>; // the tolerance of the faces, and some roundings
+    T tNear = 0, tFar = 100;
+    EXPECT_TRUE(clip({-5, T(0.5), T(0.25)}, {1, 0, 0}, tNear, tFar));
+    EXPECT_NEAR(tNear, T{3}, bound);
+    EXPECT_NEAR(tFar, T{7}, bound);
+    tNear = 0, tFar = 100;
+    EXPECT_FALSE(clip({-5, T(1.1), 0}, {1, 0, 0}, tNear, tFar));
+    tNear = 0, tFar = 100;
+    EXPECT_TRUE(clip({0, 4, 0}, {0, -2, 0}, tNear, tFar));
+    EXPECT_NEAR(tNear, T(1.5), bound);
+    EXPECT_NEAR(tFar, T(2.5), bound);
+    tNear = 0, tFar = 100;
+    EXPECT_FALSE(clip({0, 4, 0}, {0, 2, 0}, tNear, tFar)); // behind
+    tNear = 5, tFar = 9;
+    EXPECT_FALSE(ClipOrientedBox(tRay<T>({0, 0, 0}, {1, 0, 0}), tOrientedBox<T>(), tNear, tFar));
+    ExpectSameBits(tNear, T{5});
+    ExpectSameBits(tFar, T{9});
+
+    // Along the axes of the world, it is the other box.
+    Random random(13);
+    int hits = 0;
+    for (int i = 0; i < 5000; ++i)
+    {
+        tVector3<T> const corner(T(random.Whole(1, 8)), T(random.Whole(1, 8)), T(random.Whole(1, 8)));
+        tVolumeAABB<T> const straight(-corner, corner);
+        tRay<T> const ray(random.Vector<tVector3<T>>(-20, 20), random.Vector<tVector3<T>>(-1, 1));
+        T lo = 0, hi = 100, turnedLo = 0, turnedHi = 100;
+        bool const isHit = ray.Clip(straight, lo, hi);
+        ASSERT_EQ(ClipOrientedBox(ray, tOrientedBox<T>(straight), turnedLo, turnedHi), isHit);
+        ExpectSameBits(turnedLo, lo);
+        ExpectSameBits(turnedHi, hi);
+        hits += isHit ? 1 : 0;
+    }
+    EXPECT_GT(hits, 200);
+}
+
 TYPED_TEST(IntersectTest, AMovedRayKeepsItsParameter)
 {
     using T = TypeParam;

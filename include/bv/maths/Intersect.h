@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Rays against triangles, planes and discs, triangles against boxes, rays moved by a matrix, and the barycentric
-/// coordinates of a hit with their derivatives.
+/// Rays against triangles, planes, discs and turned boxes, triangles against boxes, rays moved by a matrix, and the
+/// barycentric coordinates of a hit with their derivatives.
 ///
 /// The same for all intersections: a ray is hit at the parameter t, at the point origin + t * direction, whatever the
 /// length of the direction. The caller gives the interval of parameters that count, say 0 and the farthest distance of
@@ -23,6 +23,7 @@
 #include "bv/maths/tDifferential2.h"
 #include "bv/maths/tDifferential3.h"
 #include "bv/maths/tMatrix4.h"
+#include "bv/maths/tOrientedBox.h"
 #include "bv/maths/tPlane.h"
 #include "bv/maths/tRay.h"
 #include "bv/maths/tVector2.h"
@@ -145,6 +146,29 @@ IntersectDisc(tRay<T> const& ray, tVector3<T> const& centre, tVector3<T> const& 
         return false;
     t = at;
     return true;
+}
+
+/// Narrows [tNear, tFar] to the part of a ray inside a box that may be turned.
+///
+/// The ray is seen along the axes of the box, from its centre, as (origin - centre).Dot(axis) and direction.Dot(axis),
+/// and clipped as tRay::Clip() does: faces are widened by `TOLERANCE`, and what that function says of parallel rays and
+/// NaN holds here. A box that is not valid is a miss that changes nothing.
+/// @param[in,out] tNear,tFar the interval; for a miss, what the axes up to that one made of it.
+/// @return whether anything is left of it.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline bool ClipOrientedBox(tRay<T> const& ray, tOrientedBox<T> const& box, T& tNear,
+                                                              T& tFar) noexcept
+{
+    if (!box.IsValid())
+        return false;
+    tVector3<T> const way = ray.origin - box.GetCentre();
+    tVector3<T> const& d = ray.direction;
+    tVector3<T> const& x = box.GetAxis(0);
+    tVector3<T> const& y = box.GetAxis(1);
+    tVector3<T> const& z = box.GetAxis(2);
+    tVector3<T> const& half = box.GetHalfExtents();
+    tRay<T> const seen({way.Dot(x), way.Dot(y), way.Dot(z)}, {d.Dot(x), d.Dot(y), d.Dot(z)});
+    return seen.Clip(tVolumeAABB<T>(-half, half), tNear, tFar);
 }
 
 /// The ray moved by a matrix, with its parameter kept: the matrix moves the point at t of the ray to the point at t of
@@ -324,6 +348,10 @@ extern template BV_TEMPLATE bool IntersectDisc(tRay<float> const&, tVector3<floa
                                                float, float, float, float&) noexcept;
 extern template BV_TEMPLATE bool IntersectDisc(tRay<double> const&, tVector3<double> const&, tVector3<double> const&,
                                                double, double, double, double&) noexcept;
+extern template BV_TEMPLATE bool ClipOrientedBox(tRay<float> const&, tOrientedBox<float> const&, float&,
+                                                 float&) noexcept;
+extern template BV_TEMPLATE bool ClipOrientedBox(tRay<double> const&, tOrientedBox<double> const&, double&,
+                                                 double&) noexcept;
 extern template BV_TEMPLATE tRay<float> TransformRay(tRay<float> const&, tMatrix4<float> const&) noexcept;
 extern template BV_TEMPLATE tRay<double> TransformRay(tRay<double> const&, tMatrix4<double> const&) noexcept;
 extern template BV_TEMPLATE tDepthRay<float, IRayPayloadInternal>

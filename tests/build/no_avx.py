@@ -6,7 +6,7 @@ import sys
 
 # The registers of these loops have 32 or 64 bytes, which is a part of their names.
 BATCH_LOOPS = re.compile(
-    r"((Transforms|Bounds|Visibility|Rays|Comparison|Inverse)<(float|double), |Generator<|NoiseAtPoint<)(32|64)ul>|"
+    r"((Transforms|Triangles|Bounds|Visibility|Rays|Comparison|Inverse)<(float|double), |Generator<|NoiseAtPoint<)(32|64)ul>|"
     r"NoiseBlock<[^()]*, (32|64)ul, |ByteHashes<\d+ul, (32|64)ul>|Avx2Kernels|Avx512Kernels")
 
 listing = subprocess.run(["objdump", "-d", "-C", "--no-show-raw-insn", sys.argv[1]], check=True, capture_output=True,

@@ -80,7 +80,8 @@ void Intersections(Digest& digest, Workload& work)
 
             T lo = tNear;
             T hi = tFar;
-            tOrientedBox<T> const turned(a, b, c, work.Direction<T>(rarity), work.Vector3<T>(rarity));
+            tVector3<T> const axis = work.Direction<T>(rarity);
+            tOrientedBox<T> const turned(a, b, c, axis, work.Vector3<T>(rarity));
             digest.Add(ClipOrientedBox(ray, turned, lo, hi));
             digest.Add(lo, hi);
             lo = tNear;

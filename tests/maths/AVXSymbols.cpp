@@ -531,8 +531,8 @@ struct OfPrecisions
                prepared.GetAxis(0) == prepared.GetAxis(1);
     }
 
-    static bool MovedRays(tDepthRay<T, IRayPayloadInternal> const& ray, tMatrix4<T> const& matrix,
-                          tVector3<T> const& p, tDifferential3<T>& position, tDifferential2<T>& weights)
+    static bool MovedRays(tDepthRay<T, IRayPayloadInternal> const& ray, tMatrix4<T> const& matrix, tVector3<T> const& p,
+                          tDifferential3<T>& position, tDifferential2<T>& weights)
     {
         tRay<T> const& plain = ray;
         tRay<T> const moved = TransformRay(plain, matrix);

@@ -55,6 +55,7 @@
 #include "bv/maths/tOrientedBox.h"
 #include "bv/maths/tPlane.h"
 #include "bv/maths/tPreparedTransform.h"
+#include "bv/maths/tQuaternion.h"
 #include "bv/maths/tRay.h"
 #include "bv/maths/tReciprocalRay.h"
 #include "bv/maths/tTuple2.h"

@@ -24,6 +24,8 @@ class tMatrix4;
 template <typename T>
 class tPreparedTransform;
 template <typename T>
+class tQuaternion;
+template <typename T>
 class tAreaAABB;
 template <typename T>
 class tAreaDisc;
@@ -72,6 +74,8 @@ using Matrix4f = tMatrix4<float>;
 using Matrix4d = tMatrix4<double>;
 using PreparedTransformf = tPreparedTransform<float>;
 using PreparedTransformd = tPreparedTransform<double>;
+using Quaternionf = tQuaternion<float>;
+using Quaterniond = tQuaternion<double>;
 using AreaAABBf = tAreaAABB<float>;
 using AreaAABBd = tAreaAABB<double>;
 using AreaDiscf = tAreaDisc<float>;

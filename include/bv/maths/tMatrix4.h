@@ -305,6 +305,7 @@ public:
 
 private:
     friend class tVector3<T>;
+    friend class tQuaternion<T>;
     friend struct detail::MatrixAccess;
 
     static constexpr unsigned long long ROW_1 = 0;

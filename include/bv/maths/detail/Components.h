@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The components of tuples and vectors by index.
+/// The components of tuples, vectors and quaternions by index.
 
 #include <bit>
 #include <cstddef>
@@ -18,6 +18,11 @@ inline constexpr T Vector::*PLANE_COMPONENTS[2] = {&Vector::x, &Vector::y};
 /// The components of a type in space.
 template <typename Vector, typename T>
 inline constexpr T Vector::*SPACE_COMPONENTS[3] = {&Vector::x, &Vector::y, &Vector::z};
+
+/// The components of a quaternion.
+template <typename Quaternion, typename T>
+inline constexpr T Quaternion::*QUATERNION_COMPONENTS[4] = {&Quaternion::x, &Quaternion::y, &Quaternion::z,
+                                                            &Quaternion::w};
 
 /// Points to the component at an index in one of the tables. Where a pointer to a member is its offset in bytes, the
 /// program's run computes it, which is faster than a table: the components lie side by side from the start.

@@ -15,6 +15,8 @@ int main(int argc, char** argv)
     bench::peers::AddMatrix();
     bench::AddTransform();
     bench::peers::AddTransform();
+    bench::AddQuaternion();
+    bench::peers::AddQuaternion();
     bench::AddScalar();
     bench::peers::AddScalar();
     bench::AddComponentwise();

@@ -34,6 +34,7 @@ constexpr char const* LIBRARY = "GLM";
 
 } // namespace bench::BENCH_GLM
 
+#include "GlmQuaternion.h"
 #include "GlmScene.h"
 #include "GlmVectors.h"
 
@@ -242,6 +243,8 @@ void Add()
     AddTransforms<double>();
     AddScalars<float>();
     AddScalars<double>();
+    AddQuaternionRows<float, QuaternionOperations<float>>();
+    AddQuaternionRows<double, QuaternionOperations<double>>();
     AddSceneRows<float, SceneOperations<float>>();
     AddSceneRows<double, SceneOperations<double>>();
     AddComponentwiseRows<float, VectorOperations<float>>();

@@ -23,6 +23,7 @@
 #include "bv/maths/tOrientedBox.h"
 #include "bv/maths/tPlane.h"
 #include "bv/maths/tPreparedTransform.h"
+#include "bv/maths/tQuaternion.h"
 #include "bv/maths/tRay.h"
 #include "bv/maths/tReciprocalRay.h"
 #include "bv/maths/tVolumeAABB.h"
@@ -321,6 +322,23 @@ void Directions(std::span<tVector3<T>> directions, tMatrix4<T> const& matrix)
 }
 
 template <typename T>
+T Quaternions(std::span<tQuaternion<T>> turns, std::span<tVector3<T>> directions, tQuaternion<T> const& turn)
+{
+    T sum{};
+    for (std::size_t i = 0; i < turns.size(); ++i)
+    {
+        directions[i] = turns[i].Rotate(directions[i]);
+        sum +=
+            turns[i].GetMatrix()[1] + turns[i].Inverted().Dot(turn) + (turn + turns[i] / T{2} - turn * T{3}).Length();
+        turns[i] *= turn.Conjugated();
+        turns[i].Normalise();
+        if (turns[i] == turn || turns[i].IsSameRotation(turns[0]))
+            turns[i] = Nlerp(turns[i], turn, sum);
+    }
+    return sum;
+}
+
+template <typename T>
 T Components(std::span<tVector3<T>> points, std::span<tVolumeAABB<T> const> boxes, std::size_t axis)
 {
     T sum{};
@@ -507,6 +525,8 @@ template void Prepared(std::span<tVector3<float>>, std::span<tVector3<float>>, t
 template void Prepared(std::span<tVector3<double>>, std::span<tVector3<double>>, tMatrix4<double> const&);
 template void Directions(std::span<tVector3<float>>, tMatrix4<float> const&);
 template void Directions(std::span<tVector3<double>>, tMatrix4<double> const&);
+template float Quaternions(std::span<tQuaternion<float>>, std::span<tVector3<float>>, tQuaternion<float> const&);
+template double Quaternions(std::span<tQuaternion<double>>, std::span<tVector3<double>>, tQuaternion<double> const&);
 template float Components(std::span<tVector3<float>>, std::span<tVolumeAABB<float> const>, std::size_t);
 template double Components(std::span<tVector3<double>>, std::span<tVolumeAABB<double> const>, std::size_t);
 template float Samples(std::span<tVector3<float> const>, std::uint32_t);

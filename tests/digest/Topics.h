@@ -13,6 +13,7 @@ void RunMatrixConstruction();
 void RunMatrixArithmetic();
 void RunMatrixBuilders();
 void RunTransforms();
+void RunQuaternions();
 void RunAreas();
 void RunVolumes();
 void RunSpheres();
@@ -39,6 +40,7 @@ void RunExceptions();
 void RunSamples();
 void RunAngles();
 void RunRotations();
+void RunTurns();
 void RunSphereVolumes();
 void RunReciprocals();
 

@@ -15,6 +15,7 @@ int main()
     digest::RunMatrixArithmetic();
     digest::RunMatrixBuilders();
     digest::RunTransforms();
+    digest::RunQuaternions();
     digest::RunAreas();
     digest::RunVolumes();
     digest::RunSpheres();

@@ -352,6 +352,29 @@ struct OfPrecisions
         return tVector2<T>(two).x + tVector3<T>(three).x;
     }
 
+    static bool Quaternions(Streams const& streams, T const* values, std::size_t index, tMatrix4<T> const& matrix,
+                            tVector3<T> const& v)
+    {
+        using Quaternion = tQuaternion<T>;
+        Quaternion const read(values);
+        Quaternion a(values[0], values[1], values[2], values[3]);
+        a[index] = read[index];
+        a *= read * Quaternion(matrix) * Quaternion::RotateAxis(v, values[0]) * Quaternion::RotateBetween(v, v);
+        a += -read + a - (T{2} * read) * values[1] / values[2] + Quaternion();
+        a -= read.Normalised() + read.Conjugated() + read.Inverted();
+        a *= values[0];
+        a /= values[1];
+        a.Normalise().Conjugate().Invert();
+        a += Slerp(a, read, values[2]) + Nlerp(a, read, values[3]) + Exp(a) + Log(read) + Pow(a, values[0]);
+        a.Deserialise(streams.in).get();
+        a.Serialise(streams.out) << a;
+        return a == read && a.IsSameRotation(read) && a.Dot(read) + a.LengthSquared() > a.Length() &&
+               a.GetAngle() > values[0] && a.GetAxis() == a.Rotate(v) && a.GetMatrix().IsOrthonormal() &&
+               a.GetHash32() == a.GetHash8();
+    }
+
+    static T ConvertedQuaternion(tQuaternion<Other> const& q) { return tQuaternion<T>(q).x; }
+
     static T Scalars(T a, T b, T c)
     {
         tVector3<T> const offset = GetPositionOffset(tVector3<T>(a, b, c), tVector3<T>(c, b, a));

@@ -10,6 +10,7 @@
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/IsEqual.h"
+#include "bv/maths/detail/Compiler.h"
 #include "bv/maths/detail/Components.h"
 #include "bv/maths/detail/Lanes.h"
 #include "bv/maths/detail/Precision.h"
@@ -28,8 +29,8 @@ namespace bv::maths
 ///
 /// The components lie side by side in memory, x first and w last, with nothing before, between or after them. No
 /// operation checks for zero or for length 1: IEEE arithmetic stands. Every sum runs from x to w, where nothing else is
-/// said. What goes through sin(), cos(), asin(), atan2(), exp(), log() and pow() of the C library may differ in its
-/// last bits between these libraries, and says so; all else has the same bits everywhere.
+/// said. What goes through functions of the C library, such as sin(), says so: its last bits may differ between
+/// these libraries. All else has the same bits everywhere.
 ///
 /// W. R. Hamilton, "On Quaternions; or on a new System of Imaginaries in Algebra", 1844; K. Shoemake, "Animating
 /// Rotation with Quaternion Curves", 1985.
@@ -65,32 +66,32 @@ public:
     {
     }
     /// The rotation of a matrix: the identity for one in state IDENTITY, whatever the elements hold, and otherwise what
-    /// the upper left 3x3 says, which must be a rotation and is not checked. Of the two opposite quaternions, it is the
-    /// one whose largest component is positive.
+    /// the upper left 3x3 says, which must be a rotation and is not checked. The result has length 1.
     ///
-    /// The four products of one component with all are sums and differences of elements: (4xx, 4xy, 4xz, 4xw) is
-    /// (1 + m11 - m22 - m33, m12 + m21, m13 + m31, m32 - m23), and so on. Those of a component whose square is at least
-    /// 1/4 are taken and normalised, so that no rotation loses digits: if m33 < 0, those of x where m11 > m22 and of y
-    /// otherwise; else those of z where m11 < -m22 and of w otherwise. M. Day, "Converting a Rotation Matrix to a
-    /// Quaternion", 2015.
+    /// The products of one component with all four are sums and differences of elements: those of x are a quarter of
+    /// (1 + m11 - m22 - m33, m12 + m21, m13 + m31, m32 - m23), and so on. Those of a component of at least 1/2 are
+    /// taken and normalised, so that no rotation loses digits: if m33 < 0, of x where m11 > m22 and of y elsewhere;
+    /// else of z where m11 < -m22 and of w elsewhere. That component is positive. M. Day, "Converting a Rotation Matrix
+    /// to a Quaternion", 2015.
     explicit tQuaternion(tMatrix4<T> const& matrix) noexcept;
 
     /// Rotation about an axis through the origin, of length 1.
     ///
-    /// The identity for an angle of 0 and for a direction that is zero. Unlike tMatrix4::RotateAxis(), it is exact
-    /// about this: no other angle and no other finite direction is too small. Goes through sin() and cos() of the C
-    /// library.
+    /// The identity for an angle of 0, and for a direction that is zero, whatever the angle. Unlike
+    /// tMatrix4::RotateAxis(), it is exact about this: no other angle and no other finite direction is too small.
+    /// Infinities and NaN give NaN. Goes through sin() and cos() of the C library.
     ///
     /// @param direction of the axis, of any length.
     /// @param angle in radians; positive turns counter-clockwise when the direction points at the viewer.
     [[nodiscard]] static tQuaternion RotateAxis(tVector3<T> const& direction, T angle) noexcept;
     /// The rotation by the smallest angle that turns one direction to another, of length 1.
     ///
-    /// Directions that are opposite to within rounding are turned about an axis perpendicular to the first one, which
-    /// is the product of that and the coordinate axis that it has least of, x before y before z; w is then 0. Up to
-    /// there, the axis is that of the plane of the two, without loss of digits: with the directions a and b at length
-    /// 1, the quaternion is (a cross (b - a), 1 + a.b) where a.b >= 0, and (a cross (a + b), |a + b|^2 / 2) elsewhere,
-    /// normalised. A zero vector gives the identity; infinities and NaN give NaN.
+    /// With a = from and b = to, it is (a cross (b - a), |a||b| + a.b), normalised. Where a.b < -|a||b| / 2, or a
+    /// squared length is not from 1/4 to 4, the two are brought to length 1 in `double` first, and where a.b < 0 then,
+    /// it is (a cross (a + b), |a + b|^2 / 2): neither small angles nor directions that are nearly opposite lose
+    /// digits. Those that are opposite to within the rounding of `double` are turned about the product of the first and
+    /// the coordinate axis that it has least of, x before y before z; w is then 0. A zero vector gives the identity;
+    /// infinities and NaN give NaN.
     ///
     /// @param from,to of any lengths.
     [[nodiscard]] static tQuaternion RotateBetween(tVector3<T> const& from, tVector3<T> const& to) noexcept;
@@ -112,9 +113,9 @@ public:
 
     /// @name Queries
     /// @{
-    /// Scalar product: of two of length 1, the cosine of half the angle between them.
+    /// Scalar product, (xx + zz) + (yy + ww): of two of length 1, the cosine of half the angle between them.
     [[nodiscard]] constexpr T Dot(tQuaternion const& other) const noexcept;
-    /// Sum of the squared components.
+    /// Sum of the squared components, in the order of Dot().
     [[nodiscard]] constexpr T LengthSquared() const noexcept { return Dot(*this); }
     /// Euclidean length: the square root of LengthSquared(), which may overflow or underflow where the length would
     /// not.
@@ -125,7 +126,7 @@ public:
     /// The conjugate, (-x, -y, -z, w): the opposite rotation, for length 1.
     [[nodiscard]] constexpr tQuaternion Conjugated() const noexcept { return {-x, -y, -z, w}; }
     /// The inverse for any length: each component of the conjugate divided by LengthSquared(). Zero gives NaN.
-    [[nodiscard]] constexpr tQuaternion Inverted() const noexcept { return Conjugated() / LengthSquared(); }
+    [[nodiscard]] constexpr tQuaternion Inverted() const noexcept;
     /// The angle of the rotation in radians, from 0 to 2 pi, for any length: 2 * atan2(|(x, y, z)|, w). Accurate near 0
     /// and 2 pi, too. From the opposite quaternion, 2 pi minus this angle. Goes through atan2() of the C library.
     [[nodiscard]] T GetAngle() const noexcept;
@@ -214,27 +215,48 @@ public:
 template <typename T>
 constexpr T tQuaternion<T>::Dot(tQuaternion const& other) const noexcept
 {
-    return x * other.x + y * other.y + z * other.z + w * other.w;
+    return (x * other.x + z * other.z) + (y * other.y + w * other.w);
 }
 
 template <typename T>
 inline tQuaternion<T> tQuaternion<T>::Normalised() const noexcept
 {
-    return *this * (T{1} / Length());
+    using Lanes = detail::tFour<T>;
+    Lanes const q = detail::LoadFour<T>(*this);
+    T const length = detail::SquareRoot(detail::SumOfFour<T>(q * q));
+    return detail::MakeFrom<tQuaternion, T>(q * detail::Broadcast<Lanes>(T{1} / length));
+}
+
+template <typename T>
+constexpr tQuaternion<T> tQuaternion<T>::Inverted() const noexcept
+{
+    if (std::is_constant_evaluated())
+        return Conjugated() / LengthSquared();
+    detail::tFour<T> const q = detail::LoadFour<T>(*this);
+    T const lengthSquared = detail::SumOfFour<T>(q * q);
+    return detail::MakeFrom<tQuaternion, T>(detail::Negated(detail::WithOppositeFourth<T>(q)) /
+                                            detail::Broadcast<detail::tFour<T>>(lengthSquared));
 }
 
 template <typename T>
 inline tMatrix4<T> tQuaternion<T>::GetMatrix() const noexcept
 {
     using Matrix = tMatrix4<T>;
-    if (x == T{0} && y == T{0} && z == T{0} && w == w)
+    detail::tFour<T> const q = detail::LoadFour<T>(*this);
+    if ((detail::Bits(q == detail::tFour<T>{}) & 7) == 7 && w == w)
         return Matrix();
-    return Matrix(detail::RotationRows<T>(detail::LoadFour<T>(*this), T{2} / LengthSquared()), Matrix::ORTHONORMAL);
+    return Matrix(detail::RotationRows<T>(q, T{2} / detail::SumOfFour<T>(q * q)), Matrix::ORTHONORMAL);
 }
 
 template <typename T>
 constexpr tVector3<T> tQuaternion<T>::Rotate(tVector3<T> const& vector) const noexcept
 {
+    if constexpr (detail::ROTATES_IN_LANES<T>)
+    {
+        if (!std::is_constant_evaluated())
+            return detail::FirstThree<T>(
+                detail::RotatedBy<T>(detail::LoadFour<T>(*this), detail::Four(vector.x, vector.y, vector.z, T{0})));
+    }
     tVector3<T> const axis(x, y, z);
     tVector3<T> const cross = axis.Cross(vector);
     tVector3<T> const twice = cross + cross;
@@ -261,9 +283,8 @@ constexpr tQuaternion<T> tQuaternion<T>::operator*(tQuaternion const& other) con
                 (w * other.y + (y * other.w + z * other.x)) - x * other.z,
                 (w * other.z + (z * other.w + x * other.y)) - y * other.x,
                 (w * other.w - (x * other.x + y * other.y)) - z * other.z};
-    tQuaternion product;
-    detail::StoreInto(detail::HamiltonProduct<T>(detail::LoadFour<T>(*this), detail::LoadFour<T>(other)), product);
-    return product;
+    return detail::MakeFrom<tQuaternion, T>(
+        detail::HamiltonProduct<T>(detail::LoadFour<T>(*this), detail::LoadFour<T>(other)));
 }
 
 template <typename T>
@@ -275,7 +296,10 @@ constexpr tQuaternion<T> tQuaternion<T>::operator*(T scalar) const noexcept
 template <typename T>
 constexpr tQuaternion<T> tQuaternion<T>::operator/(T scalar) const noexcept
 {
-    return {x / scalar, y / scalar, z / scalar, w / scalar};
+    if (std::is_constant_evaluated())
+        return {x / scalar, y / scalar, z / scalar, w / scalar};
+    using Lanes = detail::tFour<T>;
+    return detail::MakeFrom<tQuaternion, T>(detail::LoadFour<T>(*this) / detail::Broadcast<Lanes>(scalar));
 }
 
 template <typename T>
@@ -294,21 +318,21 @@ template <typename T>
 }
 
 /// Interpolation at constant angular speed, the shorter way: from `a` at t = 0 to `b`, or to its opposite where
-/// Dot() is negative, at t = 1, both to the bit. Other t go on along the same great circle.
+/// Dot() is negative, at t = 1, both exactly. Other t go on along the same great circle.
 ///
-/// Both must have length 1. With the angle from a to b, which is 2 * asin(|b - a| / 2), the result is
-/// a * (sin((1 - t) * angle) / sin(angle)) + b * (sin(t * angle) / sin(angle)), not normalised; where the sine is 0,
-/// a * (1 - t) + b * t. The angle is at most pi/2, so that neither a small one nor quaternions that are nearly
-/// opposite, which are nearly the same rotation, lose digits. Goes through sin() and asin() of the C library. K.
-/// Shoemake, "Animating Rotation with Quaternion Curves", 1985.
+/// Both must have length 1, which the result has, too, to within rounding. It is a * u + b * v with u and v computed in
+/// `double`, the same bits everywhere for t from 0 to 1: sin(t * angle) / sin(angle) comes from a power series, for the
+/// half of the way on which t is. So the angle is at most pi/4, and neither small ones nor quaternions that are nearly
+/// opposite, which are nearly the same rotation, lose digits. Any other t goes through sin() and asin() of the C
+/// library, and NaN gives NaN. K. Shoemake, "Animating Rotation with Quaternion Curves", 1985; D. Eberly, "A Fast and
+/// Accurate Algorithm for Computing SLERP", 2011.
 template <typename T>
 [[nodiscard]] tQuaternion<T> Slerp(tQuaternion<T> const& a, tQuaternion<T> const& b,
                                    std::type_identity_t<T> t) noexcept;
 
-/// Interpolation along the chord, the shorter way, normalised: (a * (1 - t) + c * t).Normalised(), where c is the
-/// opposite of b if Dot() is negative and b otherwise. The way is that of Slerp(), and the speed is not constant:
-/// halfway from end to middle, the angle is off by at most a quarter of a degree for rotations 30 degrees apart, and by
-/// 4 degrees for those 180 degrees apart.
+/// Interpolation along the chord, the shorter way, normalised: (a * (1 - t) + b * s).Normalised(), where s is -t if
+/// Dot() is negative and t otherwise. The way is that of Slerp(), and the speed is not constant: between rotations 90
+/// degrees apart, the angle is off by up to 1 degree; between those 180 degrees apart, by up to 8.2.
 template <typename T>
 [[nodiscard]] tQuaternion<T> Nlerp(tQuaternion<T> const& a, tQuaternion<T> const& b,
                                    std::type_identity_t<T> t) noexcept;
@@ -341,6 +365,18 @@ extern template BV_TEMPLATE tQuaternion<float>::tQuaternion(tQuaternion<double> 
 extern template BV_TEMPLATE tQuaternion<double>::tQuaternion(tQuaternion<float> const&) noexcept;
 extern template BV_TEMPLATE tQuaternion<float> operator*(float, tQuaternion<float> const&) noexcept;
 extern template BV_TEMPLATE tQuaternion<double> operator*(double, tQuaternion<double> const&) noexcept;
+template <typename T>
+inline tQuaternion<T> Nlerp(tQuaternion<T> const& a, tQuaternion<T> const& b, std::type_identity_t<T> t) noexcept
+{
+    using Lanes = detail::tFour<T>;
+    Lanes const start = detail::LoadFour<T>(a);
+    Lanes const end = detail::LoadFour<T>(b);
+    T const share = detail::SumOfFour<T>(start * end) < T{0} ? -t : t;
+    Lanes const sum = start * detail::Broadcast<Lanes>(T{1} - t) + end * detail::Broadcast<Lanes>(share);
+    T const length = detail::SquareRoot(detail::SumOfFour<T>(sum * sum));
+    return detail::MakeFrom<tQuaternion<T>, T>(sum * detail::Broadcast<Lanes>(T{1} / length));
+}
+
 extern template BV_TEMPLATE tQuaternion<float> Slerp(tQuaternion<float> const&, tQuaternion<float> const&,
                                                      float) noexcept;
 extern template BV_TEMPLATE tQuaternion<double> Slerp(tQuaternion<double> const&, tQuaternion<double> const&,

@@ -66,6 +66,11 @@ constexpr bool GROWS_BOXES_IN_PAIRS = HAS_SSE2 && sizeof(T) == sizeof(double);
 template <typename T>
 constexpr bool MEASURES_AXES_TOGETHER = HAS_SSE2 && !(IS_CLANG && sizeof(T) == sizeof(double));
 
+/// A quaternion and a vector of `float` fill a register each; those of `double` fill two, which take longer to turn
+/// than to compute. From AVX2 on, compilers make wider vectors of a loop over single numbers.
+template <typename T>
+constexpr bool ROTATES_IN_LANES = HAS_SSE2 && !HAS_AVX2 && sizeof(T) == sizeof(float);
+
 /// The address of an object. Clang would take the alignment of its type for granted, which an object in a packed record
 /// does not have.
 [[nodiscard, gnu::always_inline]] inline std::uintptr_t AddressOf(void const* object) noexcept

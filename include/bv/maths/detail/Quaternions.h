@@ -46,6 +46,31 @@ template <typename T>
     }
 }
 
+/// Writes four numbers into an object of them.
+template <typename Object, typename T>
+[[nodiscard, gnu::always_inline]] inline Object MakeFrom(tFour<T> const& lanes) noexcept
+{
+    Object object;
+    StoreInto(lanes, object);
+    return object;
+}
+
+/// The sum of four numbers, (first + third) + (second + fourth).
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline T SumOfFour(tFour<T> const& a) noexcept
+{
+    if constexpr (IS_HALVED<tFour<T>>)
+    {
+        auto const pairs = a.low + a.high;
+        return pairs[0] + pairs[1];
+    }
+    else
+    {
+        tFour<T> const pairs = a + Choose<2, 3, 0, 1>(a);
+        return pairs[0] + pairs[1];
+    }
+}
+
 /// The product of two quaternions: (w * b + (second + third)) - fourth in each lane, where the sum in the middle has
 /// the opposite sign in the last.
 template <typename T>
@@ -81,6 +106,19 @@ template <typename T>
 [[nodiscard, gnu::always_inline]] inline tRows<T> RotationRows(tFour<T> const& q, T scale) noexcept
 {
     using Row = tFour<T>;
+    if constexpr (sizeof(T) == sizeof(double))
+    {
+        // One by one: two registers, or the halves of one, take longer to turn than to compute.
+        T const x = Get<0>(q), y = Get<1>(q), z = Get<2>(q), w = Get<3>(q);
+        T const xs = x * scale, ys = y * scale, zs = z * scale;
+        T const xx = x * xs, yy = y * ys, zz = z * zs;
+        T const xy = x * ys, yz = y * zs, zx = z * xs;
+        T const wx = w * xs, wy = w * ys, wz = w * zs;
+        T const zero{0};
+        T const one{1};
+        return {Four(one - (yy + zz), xy - wz, zx + wy, zero), Four(xy + wz, one - (zz + xx), yz - wx, zero),
+                Four(zx - wy, yz + wx, one - (xx + yy), zero), Four(zero, zero, zero, one)};
+    }
     Row const v = Choose<0, 1, 2, 7>(q, Row{});
     Row const scaled = v * Broadcast<Row>(scale);
     Row const squares = v * scaled;                                       // xx, yy, zz

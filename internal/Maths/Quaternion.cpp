@@ -29,7 +29,7 @@ struct Range<float>
 template <>
 struct Range<double>
 {
-    static constexpr double SMALL_SQUARE = 0x1p-500, LARGE_SQUARE = 0x1p500, UP = 0x1p800, DOWN = 0x1p-800;
+    static constexpr double SMALL_SQUARE = 0x1p-500, LARGE_SQUARE = 0x1p500, UP = 0x1p700, DOWN = 0x1p-600;
 };
 
 template <typename T>
@@ -342,10 +342,10 @@ tQuaternion<T> Slerp(tQuaternion<T> const& a, tQuaternion<T> const& b, std::type
     Lanes const end = other * detail::Broadcast<Lanes>(sign);
     Lanes const sum = start + end;
     Lanes const difference = start - end;
-    double const chordSquared = detail::SumOfFour<T>(difference * difference);
+    auto const chordSquared = static_cast<double>(detail::SumOfFour<T>(difference * difference));
     double const middle = detail::SquareRoot(static_cast<double>(detail::SumOfFour<T>(sum * sum)));
     double const versine = chordSquared / (4 + 2 * middle);
-    double const position = t;
+    auto const position = static_cast<double>(t);
     Pair weights;
     if (position >= 0 && position <= 1)
     {

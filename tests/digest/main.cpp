@@ -42,6 +42,7 @@ int main()
     digest::RunSamples();
     digest::RunAngles();
     digest::RunRotations();
+    digest::RunTurns();
     digest::RunSphereVolumes();
     digest::RunReciprocals();
 }

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <limits>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -227,9 +228,10 @@ TYPED_TEST(QuaternionTest, SumsAndScalarProductsGoByComponents)
     ExpectSame(c /= T{3}, a);
     ExpectSame(c *= b, a * b);
     c = b;
-    ExpectSame(c *= c, b * b);
+    Q const& itself = c;
+    ExpectSame(c *= itself, b * b);
     c = b;
-    ExpectSame(c -= c, Q(0, 0, 0, 0));
+    ExpectSame(c -= itself, Q(0, 0, 0, 0));
     c = b;
     ExpectSame(c *= c.w, Q(40, 48, -56, 64));
     c = b;
@@ -516,6 +518,15 @@ TYPED_TEST(QuaternionTest, DirectionsOfAnyLengthAreTurned)
     ExpectNumbers(Q::RotateBetween({0, 1, 0}, {0, 0, 0}), Q());
     EXPECT_TRUE(IsAllNaN(Q::RotateBetween({QUIET_NAN<T>, 0, 0}, {0, 1, 0})));
     EXPECT_TRUE(IsAllNaN(Q::RotateBetween({1, 0, 0}, {0, INF<T>, 0})));
+    for (int exponent = std::numeric_limits<T>::min_exponent; exponent < std::numeric_limits<T>::max_exponent;
+         ++exponent)
+    {
+        T const size = std::ldexp(T{1}, exponent);
+        ExpectNear(Q::RotateBetween({size, 0, 0}, {0, size, 0}), Q(0, 0, root, root), 1);
+        ExpectNear(Q::RotateAxis({0, size, 0}, PI<T>), Q(0, 1, 0, 0), 1);
+        ExpectSameBits(Q(0, 0, -size, size).GetAxis(), tVector3<T>(0, 0, -1));
+        EXPECT_EQ(Q(0, 0, -size, size).GetAngle(), PI<T> / 2);
+    }
     // A small angle keeps its digits.
     T const small = sizeof(T) == 4 ? T(1e-12) : T(1e-30);
     EXPECT_NEAR(Q::RotateBetween({1, 0, 0}, {1, small, 0}).z / (small / 2), T{1}, 2 * EPSILON<T>);

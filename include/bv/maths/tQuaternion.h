@@ -145,7 +145,7 @@ public:
     [[nodiscard, gnu::always_inline]] constexpr tVector3<T> Rotate(tVector3<T> const& vector) const noexcept;
     /// Whether two quaternions of one length are the same rotation: whether this one equals the other or its opposite,
     /// by the tolerant `==`.
-    [[nodiscard]] constexpr bool IsSameRotation(tQuaternion const& other) const noexcept
+    [[nodiscard, gnu::always_inline]] constexpr bool IsSameRotation(tQuaternion const& other) const noexcept
     {
         return *this == other || *this == -other;
     }

@@ -41,6 +41,7 @@
 #include "bv/maths/Scalar.h"
 #include "bv/maths/Sequences.h"
 #include "bv/maths/Visibility.h"
+#include "bv/maths/View.h"
 #include "bv/maths/detail/Precision.h"
 #include "bv/maths/simd/PacketTriangles.h"
 #include "bv/maths/simd/SSERay.h"

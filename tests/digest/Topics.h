@@ -30,6 +30,7 @@ void RunCoordinateFrames();
 void RunDifferentials();
 void RunDirections();
 void RunLocalAxes();
+void RunViews();
 void RunBatches();
 void RunNoise();
 void RunGenerators();

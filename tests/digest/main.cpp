@@ -32,6 +32,7 @@ int main()
     digest::RunDifferentials();
     digest::RunDirections();
     digest::RunLocalAxes();
+    digest::RunViews();
     digest::RunBatches();
     digest::RunNoise();
     digest::RunGenerators();

@@ -3,32 +3,11 @@
 #include <algorithm>
 
 #include "Maths/Batch/Job.h"
+#include "bv/maths/detail/MatrixAccess.h"
 #include "bv/maths/tMatrix4.h"
 
 namespace bv::maths
 {
-
-namespace detail
-{
-
-/// The way to the elements and the state of a matrix.
-struct MatrixAccess
-{
-    template <typename T>
-    static void Set(tMatrix4<T>& matrix, T const* values) noexcept
-    {
-        matrix.RepairMemory();
-        StoreRows(LoadRows(values), matrix.elements);
-        matrix.state = tMatrix4<T>::GENERAL;
-    }
-    template <typename T>
-    [[nodiscard]] static bool IsGeneral(tMatrix4<T> const& matrix) noexcept
-    {
-        return matrix.state > tMatrix4<T>::ORTHONORMAL;
-    }
-};
-
-} // namespace detail
 
 namespace
 {
@@ -120,7 +99,7 @@ public:
     }
     void CopyTo(tMatrix4<T>& result, std::size_t index) const noexcept
     {
-        detail::MatrixAccess::Set(result, values[index]);
+        detail::MatrixAccess::Set(result, detail::LoadRows<T>(values[index]), tMatrix4<T>::GENERAL);
     }
 };
 

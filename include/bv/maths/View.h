@@ -1,0 +1,419 @@
+#pragma once
+
+/// @file
+/// Cameras: where they stand, how they project, the way between pixels and the scene, and matrices that are taken
+/// apart.
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <type_traits>
+#include <utility>
+
+#include "bv/Export.h"
+#include "bv/maths/Forward.h"
+#include "bv/maths/detail/MatrixAccess.h"
+#include "bv/maths/detail/Number.h"
+#include "bv/maths/detail/Rows.h"
+#include "bv/maths/tMatrix4.h"
+#include "bv/maths/tRay.h"
+#include "bv/maths/tVector2.h"
+#include "bv/maths/tVector3.h"
+
+namespace bv::maths
+{
+
+/// @name Cameras
+/// A camera looks down its -z axis; x points to the right of the picture and y to its top.
+/// @{
+
+/// The matrix from the world to a camera, the view matrix: the inverse of PlaceCamera(), computed as such. Its rows are
+/// the right, the upper and the backward direction; each element of its fourth column is 0 - the scalar product of the
+/// row with the eye.
+///
+/// State: GENERAL, since inverses and products in state ORTHONORMAL drop a translation; ORTHONORMAL for an eye at the
+/// origin, where there is none.
+///
+/// The line of sight is target - eye. Its directions are unit vectors for vectors of any finite length. Where up lies
+/// within some 8 epsilon of the line of sight, or is zero, the right direction is the part of the x axis that is
+/// perpendicular to the line; of the z axis, where the x component of the line is larger than both others. An eye at
+/// the target gives NaN in the first three rows, and so do NaN and infinities in an argument, but for the fourth column
+/// of PlaceCamera().
+///
+/// @param eye where the camera stands.
+/// @param target a point in the middle of the picture.
+/// @param up a direction that points to the top of the picture, of any length.
+/// @tparam T `float` or `double`; both instances are in the library, as of all templates here.
+template <typename T>
+[[nodiscard]] tMatrix4<T> LookAt(tVector3<T> const& eye, tVector3<T> const& target, tVector3<T> const& up) noexcept;
+
+/// The matrix from a camera to the world: the right, the upper and the backward direction and the eye are its columns.
+/// Arguments, edges and states are those of LookAt().
+template <typename T>
+[[nodiscard]] tMatrix4<T> PlaceCamera(tVector3<T> const& eye, tVector3<T> const& target,
+                                      tVector3<T> const& up) noexcept;
+
+/// @}
+
+/// @name Projections
+/// They look down -z, as tMatrix4::PerspectiveProjection() does, and map what they show to -1 to 1 in x and y. All are
+/// in state GENERAL. NaN and infinities are not rejected: they give NaN or infinities.
+/// @{
+
+/// What a projection makes of the distance from the near to the far plane.
+enum class DepthRange : std::uint32_t
+{
+    MINUS_ONE_TO_ONE = 0, ///< as OpenGL and tMatrix4::PerspectiveProjection() have it; any unknown value counts as this
+    ZERO_TO_ONE = 1,      ///< as Direct3D, Metal and Vulkan have it
+    ONE_TO_ZERO = 2       ///< reversed: 1 at the near plane, so that floating-point depths keep their precision afar
+};
+
+/// Central projection of a symmetric view: the picture spans the vertical field of view. The values of
+/// PerspectiveFromTangent() for `std::tan(fieldOfView / 2)`, whose bits may differ between C libraries.
+///
+/// @param fieldOfView angle from the bottom to the top of the picture in radians.
+/// @param aspect width of the picture by its height.
+/// @param nearPlane,farPlane,range as PerspectiveFromTangent() has them.
+/// @throws InvalidArgumentException when the angle is not above 0 and below pi, the aspect is 0, or near and far are
+///         IsEqual(); NaN passes.
+template <typename T>
+[[nodiscard]] tMatrix4<T>
+PerspectiveFromFieldOfView(T fieldOfView, std::type_identity_t<T> aspect, std::type_identity_t<T> nearPlane,
+                           std::type_identity_t<T> farPlane, DepthRange range = DepthRange::MINUS_ONE_TO_ONE);
+
+/// The same without a trigonometric function, so that the bits are the same everywhere: m11 = 1 / (tangent * aspect)
+/// and m22 = 1 / tangent. With n and f for the planes and d = f - n, m33 and m34 are
+/// - for MINUS_ONE_TO_ONE -(f + n) / d and ((-2 * f) * n) / d, as in tMatrix4::PerspectiveProjection(),
+/// - for ZERO_TO_ONE -f / d and n * m33,
+/// - for ONE_TO_ZERO n / d and f * m33.
+///
+/// A far plane at +infinity is no limit to the view. They then are the limits of these: -1 and -2 * n, -1 and -n, 0 and
+/// n. The reversed one is that of E. Lengyel, "Projection Matrix Tricks", 2007, and N. Reed, "Depth Precision
+/// Visualized", 2015.
+///
+/// @param tangent half the height of the picture by its distance from the eye: the tangent of half the vertical field
+///        of view. A negative one turns the picture by half a turn.
+/// @param aspect width of the picture by its height; a negative one mirrors the picture.
+/// @param nearPlane,farPlane distances along -z; neither their signs nor their order are checked.
+/// @param range what the planes are mapped to.
+/// @throws InvalidArgumentException when the tangent or the aspect is 0, or near and far are IsEqual().
+template <typename T>
+[[nodiscard]] tMatrix4<T> PerspectiveFromTangent(T tangent, std::type_identity_t<T> aspect,
+                                                 std::type_identity_t<T> nearPlane, std::type_identity_t<T> farPlane,
+                                                 DepthRange range = DepthRange::MINUS_ONE_TO_ONE);
+
+/// tMatrix4::PerspectiveProjection() for any range of depth and, at +infinity, without a far plane: m33 and m34 are
+/// those of PerspectiveFromTangent(), all others those of the member.
+///
+/// @throws InvalidArgumentException when the two ends of one extent are IsEqual().
+template <typename T>
+[[nodiscard]] tMatrix4<T> PerspectiveProjection(T left, std::type_identity_t<T> right, std::type_identity_t<T> bottom,
+                                                std::type_identity_t<T> top, std::type_identity_t<T> nearPlane,
+                                                std::type_identity_t<T> farPlane,
+                                                DepthRange range = DepthRange::MINUS_ONE_TO_ONE);
+
+/// tMatrix4::OrthogonalProjection() for any range of depth. With p = 1 / (far - near), m33 and m34 are -p and -near * p
+/// for ZERO_TO_ONE, p and far * p for ONE_TO_ZERO; all others are those of the member. There is no parallel projection
+/// without a far plane: one at +infinity gives NaN, or the depth 0 everywhere for ZERO_TO_ONE.
+///
+/// @throws InvalidArgumentException when the two ends of one extent are IsEqual().
+template <typename T>
+[[nodiscard]] tMatrix4<T> OrthographicProjection(T left, std::type_identity_t<T> right, std::type_identity_t<T> bottom,
+                                                 std::type_identity_t<T> top, std::type_identity_t<T> nearPlane,
+                                                 std::type_identity_t<T> farPlane,
+                                                 DepthRange range = DepthRange::MINUS_ONE_TO_ONE);
+
+/// @}
+
+/// The rays of a camera through the pixels of its picture.
+///
+/// Pixels are counted from the top left corner of the picture, x to the right and y down, and are one unit wide: the
+/// middle of the first one is at (0.5, 0.5), the bottom right corner is the size of the picture.
+///
+/// Rays of a central projection start at the eye. Those of a parallel one start in the plane of the eye, z = 0 of the
+/// camera, and not at the near plane. So the rays do not depend on the range of depth. Their directions have length 1.
+///
+/// What a step by one pixel changes is computed once; a ray costs six products and sums for its point of the picture.
+///
+/// @tparam T `float` or `double`; both instances are in the library.
+template <typename T>
+class tPixelRays
+{
+    tVector3<T> origin; ///< start at the top left corner
+    tVector3<T> corner; ///< direction there, as long as the projection has it
+    tVector3<T> right;  ///< what one pixel to the right changes
+    tVector3<T> down;   ///< what one pixel down changes
+    bool isParallel;    ///< whether it changes the start rather than the direction
+
+public:
+    /// @name Construction
+    /// @{
+    /// The rays of a projection, whose elements are read whatever its state. It may be any that is built here or by
+    /// tMatrix4, and any other whose first two rows are (m11, 0, m13, m14) and (0, m22, m23, m24), and whose fourth is
+    /// (0, 0, 0, 1), a parallel projection, or (0, 0, -1, 0) or (0, 0, 1, 0), a central one along -z or z.
+    ///
+    /// @param size width and height of the picture in pixels.
+    /// @param projection from the camera to the picture.
+    /// @param cameraToWorld where the camera stands, such as PlaceCamera(): an affine matrix, which is applied by its
+    ///        state, as vectors are transformed.
+    tPixelRays(tVector2<T> const& size, tMatrix4<T> const& projection, tMatrix4<T> const& cameraToWorld) noexcept;
+    /// @}
+
+    /// @name Queries
+    /// @{
+    /// The ray through a point of the picture. Points outside the picture have rays, too.
+    ///
+    /// With c, r and d for what belongs to the top left corner and to the steps, (c + r * x) + d * y is the start of a
+    /// parallel ray or the direction of a central one, which is then normalised.
+    [[nodiscard, gnu::always_inline]] inline tRay<T> operator()(tVector2<T> const& pixel) const noexcept;
+    /// What one pixel to the right adds to the start of a parallel ray, or to the direction of a central one before
+    /// that is normalised.
+    [[nodiscard]] tVector3<T> const& GetStepRight() const noexcept { return right; }
+    /// What one pixel down adds.
+    [[nodiscard]] tVector3<T> const& GetStepDown() const noexcept { return down; }
+    /// The direction of the ray through a point of the picture before it is normalised. For a central projection of the
+    /// kind that is built here, it reaches from the eye to the plane one unit in front of it.
+    [[nodiscard, gnu::always_inline]] inline tVector3<T> GetDirection(tVector2<T> const& pixel) const noexcept;
+    /// @}
+
+private:
+    [[nodiscard, gnu::always_inline]] tVector3<T> Step(tVector3<T> const& start,
+                                                       tVector2<T> const& pixel) const noexcept
+    {
+        return start + right * pixel.x + down * pixel.y;
+    }
+};
+
+/// @name Pixels
+/// Pixels are counted as tPixelRays counts them: the middle of the first one is at (0.5, 0.5).
+/// @{
+
+/// The ray through a point of the picture: `tPixelRays(size, projection, cameraToWorld)(pixel)`, which is the form for
+/// more than one.
+template <typename T>
+[[nodiscard]] tRay<T> GetPixelRay(tVector2<T> const& pixel, tVector2<T> const& size, tMatrix4<T> const& projection,
+                                  tMatrix4<T> const& cameraToWorld) noexcept;
+
+/// Where a point of the world shows in the picture: x and y in pixels, and z its depth in the range that the projection
+/// has.
+///
+/// The point is transformed as tVector3::Transformed() does it, and divided as there. With (a, b, c) for that, the
+/// pixel is ((a + 1) * (width * 0.5), (1 - b) * (height * 0.5), c). Points outside the picture, or in front of the near
+/// plane or behind the far one, have a place, too.
+///
+/// @param point a point of the world.
+/// @param worldToClip the projection, times the view matrix.
+/// @param size width and height of the picture in pixels.
+/// @return nothing for a point whose w is not above 0: that is beside or behind the eye, or has NaN there.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline std::optional<tVector3<T>>
+GetPixel(tVector3<T> const& point, tMatrix4<T> const& worldToClip, tVector2<T> const& size) noexcept;
+
+/// The distance from the plane of the eye at which a projection gives a depth, measured along the line of sight: of a
+/// central projection m34 / (depth + m33), of a parallel one (m34 - depth) / m33. So the depths of all ranges lead back
+/// to the scene; the depth of the infinitely far gives an infinity, or NaN where m34 is 0.
+///
+/// @param depth as GetPixel() gives it.
+/// @param projection a projection that looks down -z, whose elements are read whatever its state.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline T GetViewDistance(std::type_identity_t<T> depth,
+                                                           tMatrix4<T> const& projection) noexcept;
+
+/// @}
+
+/// @name Inverses
+/// @{
+
+/// The inverse of a matrix, or nothing for one that is singular up to rounding. The scale of a matrix makes no
+/// difference: neither of the whole, nor of single rows or columns.
+///
+/// By state:
+/// - IDENTITY and ORTHONORMAL: as tMatrix4::Inverted(), whatever the elements hold;
+/// - DIAGONAL: as that, too, but nothing when an element of the diagonal or its reciprocal is 0, infinite or NaN;
+/// - otherwise nothing when an element is infinite or NaN, or unless |D| > 8 * epsilon * P, where D is the determinant,
+///   a sum of 24 products, and P the sum of their magnitudes: the permanent of the magnitudes of the elements. The
+///   inverse is in state GENERAL.
+///
+/// The rounding of a determinant is below 4.5 * epsilon * P, and that of its elements can change it by 2 * epsilon * P.
+/// So a matrix that is the rounded form of a singular one never has an inverse, and one with |D| above
+/// 13 * epsilon * P always has. A factor for a row or a column is one for D and P alike, which is not true of the
+/// lengths of rows: a translation would make every small scale look singular. J. Demmel, "The Componentwise Distance to
+/// the Nearest Singular Matrix", 1992; N. Higham, "Accuracy and Stability of Numerical Algorithms", 2002.
+///
+/// The bits are those of tMatrix4::Inverted(), as long as no product over- or underflows in that. Where the magnitudes
+/// in a row add up to more than 2^15, or |D| is below 2^-70 (`double`: 2^120 and 2^-480) or close to its bound, rows
+/// and then columns are scaled first, by powers of two, to a largest magnitude from 1 to 2. Nothing is returned when P
+/// is then still below 2^-50 (`double`: 2^-400), or when an element of the inverse overflows.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline std::optional<tMatrix4<T>> TryInverted(tMatrix4<T> const& matrix) noexcept;
+
+/// The matrix that turns normals where a matrix turns surfaces: the transpose of TryInverted(), with the bits that
+/// ComputeNormalMatrices() has, or nothing where there is no inverse. The result is for directions,
+/// tVector3::TransformedAsVector(); normals are not of length 1 afterwards.
+template <typename T>
+[[nodiscard]] std::optional<tMatrix4<T>> GetNormalMatrix(tMatrix4<T> const& matrix) noexcept;
+
+/// The normal of a surface that a matrix has turned: `normal.TransformedAsVector(*GetNormalMatrix(matrix))`, which is
+/// not normalised, or nothing where there is no such matrix. For many normals, keep the matrix.
+template <typename T>
+[[nodiscard]] std::optional<tVector3<T>> TransformNormal(tMatrix4<T> const& matrix, tVector3<T> const& normal) noexcept;
+
+/// @}
+
+namespace detail
+{
+
+/// TryInverted() for whatever is not plainly regular.
+template <typename T>
+[[nodiscard]] std::optional<tMatrix4<T>> TryInvertedWithCare(tMatrix4<T> const& matrix) noexcept;
+
+/// Within these bounds, no product of a determinant or an inverse overflows, and what underflows is too small to count.
+template <typename T>
+inline constexpr T LARGEST_ROW_SUM = sizeof(T) == sizeof(float) ? T(0x1p15) : T(0x1p120);
+template <typename T>
+inline constexpr T SMALLEST_DETERMINANT = sizeof(T) == sizeof(float) ? T(0x1p-70) : T(0x1p-480);
+/// How large a determinant is, by the sum of the magnitudes of its products, when it is no rounding error.
+template <typename T>
+inline constexpr T SINGULARITY = T{8} * std::numeric_limits<T>::epsilon();
+
+inline namespace BV_REGISTERS
+{
+
+/// The sums of the magnitudes in each row.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline tFour<T> RowSums(T const* m) noexcept
+{
+    tRows<T> const columns = Transposed(LoadRows(m));
+    return Magnitude(columns.row1) + Magnitude(columns.row2) + Magnitude(columns.row3) + Magnitude(columns.row4);
+}
+
+/// Whether a determinant is far from what rounding may have left of 0. The product of the rows' sums is not below the
+/// permanent of the magnitudes, since it has all products of the latter and others.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline bool IsPlainlyRegular(T determinant, tFour<T> const& rowSums) noexcept
+{
+    T const product = Get<0>(rowSums) * Get<1>(rowSums) * (Get<2>(rowSums) * Get<3>(rowSums));
+    T const magnitude = Magnitude(determinant);
+    return magnitude >= SMALLEST_DETERMINANT<T> && magnitude > SINGULARITY<T> * product;
+}
+
+} // namespace BV_REGISTERS
+
+} // namespace detail
+
+template <typename T>
+inline tVector3<T> tPixelRays<T>::GetDirection(tVector2<T> const& pixel) const noexcept
+{
+    return isParallel ? corner : Step(corner, pixel);
+}
+
+template <typename T>
+inline tRay<T> tPixelRays<T>::operator()(tVector2<T> const& pixel) const noexcept
+{
+    if (isParallel)
+        return {Step(origin, pixel), corner};
+    return {origin, Step(corner, pixel).Normalised()};
+}
+
+template <typename T>
+inline std::optional<tVector3<T>> GetPixel(tVector3<T> const& point, tMatrix4<T> const& worldToClip,
+                                           tVector2<T> const& size) noexcept
+{
+    using Matrix = tMatrix4<T>;
+    T const* const m = worldToClip.Get();
+    tVector3<T> place = point;
+    if (!worldToClip.IsDiagonal())
+    {
+        auto const [column1, column2, column3, column4] = detail::Transposed(detail::LoadRows(m));
+        auto const clip = detail::Combine<T>(column1, column2, column3, point.x, point.y, point.z) + column4;
+        T const w = detail::Get<3>(clip);
+        if (!(w > T{0}))
+            return std::nullopt;
+        T const q = T{1} / w;
+        place = {detail::Get<0>(clip) * q, detail::Get<1>(clip) * q, detail::Get<2>(clip) * q};
+    }
+    else if (!worldToClip.IsIdentity())
+    {
+        if (!(m[Matrix::IDX_44] > T{0}))
+            return std::nullopt;
+        T const q = T{1} / m[Matrix::IDX_44];
+        place = {point.x * (q * m[Matrix::IDX_11]), point.y * (q * m[Matrix::IDX_22]), q * m[Matrix::IDX_33] * point.z};
+    }
+    return tVector3<T>((place.x + T{1}) * (size.x * T{0.5}), (T{1} - place.y) * (size.y * T{0.5}), place.z);
+}
+
+template <typename T>
+inline T GetViewDistance(std::type_identity_t<T> depth, tMatrix4<T> const& projection) noexcept
+{
+    T const* const m = projection.Get();
+    T const m33 = m[tMatrix4<T>::IDX_33];
+    T const m34 = m[tMatrix4<T>::IDX_34];
+    return m[tMatrix4<T>::IDX_43] == T{0} ? (m34 - depth) / m33 : m34 / (depth + m33);
+}
+
+template <typename T>
+inline std::optional<tMatrix4<T>> TryInverted(tMatrix4<T> const& matrix) noexcept
+{
+    using Row = detail::tFour<T>;
+    T const* const m = matrix.Get();
+    Row const sums = detail::RowSums(m);
+    if (detail::MatrixAccess::IsGeneral(matrix) &&
+        detail::All(sums <= detail::Broadcast<Row>(detail::LARGEST_ROW_SUM<T>)))
+    {
+        detail::tAdjugate<T> const adjugate(m);
+        if (detail::IsPlainlyRegular<T>(adjugate.determinant, sums))
+        {
+            std::optional<tMatrix4<T>> result(std::in_place);
+            detail::MatrixAccess::Set(*result, adjugate.Inverse(), tMatrix4<T>::GENERAL);
+            return result;
+        }
+    }
+    return detail::TryInvertedWithCare(matrix);
+}
+
+extern template class BV_TEMPLATE tPixelRays<float>;
+extern template class BV_TEMPLATE tPixelRays<double>;
+extern template BV_TEMPLATE tMatrix4<float> LookAt(tVector3<float> const&, tVector3<float> const&,
+                                                   tVector3<float> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<float> PlaceCamera(tVector3<float> const&, tVector3<float> const&,
+                                                        tVector3<float> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<float> PerspectiveFromFieldOfView(float, float, float, float, DepthRange);
+extern template BV_TEMPLATE tMatrix4<float> PerspectiveFromTangent(float, float, float, float, DepthRange);
+extern template BV_TEMPLATE tMatrix4<float> PerspectiveProjection(float, float, float, float, float, float, DepthRange);
+extern template BV_TEMPLATE tMatrix4<float> OrthographicProjection(float, float, float, float, float, float,
+                                                                   DepthRange);
+extern template BV_TEMPLATE tRay<float> GetPixelRay(tVector2<float> const&, tVector2<float> const&,
+                                                    tMatrix4<float> const&, tMatrix4<float> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tVector3<float>> GetPixel(tVector3<float> const&, tMatrix4<float> const&,
+                                                                    tVector2<float> const&) noexcept;
+extern template BV_TEMPLATE float GetViewDistance(float, tMatrix4<float> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tMatrix4<float>> TryInverted(tMatrix4<float> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tMatrix4<float>> detail::TryInvertedWithCare(tMatrix4<float> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tMatrix4<float>> GetNormalMatrix(tMatrix4<float> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tVector3<float>> TransformNormal(tMatrix4<float> const&,
+                                                                           tVector3<float> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<double> LookAt(tVector3<double> const&, tVector3<double> const&,
+                                                    tVector3<double> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<double> PlaceCamera(tVector3<double> const&, tVector3<double> const&,
+                                                         tVector3<double> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<double> PerspectiveFromFieldOfView(double, double, double, double, DepthRange);
+extern template BV_TEMPLATE tMatrix4<double> PerspectiveFromTangent(double, double, double, double, DepthRange);
+extern template BV_TEMPLATE tMatrix4<double> PerspectiveProjection(double, double, double, double, double, double,
+                                                                   DepthRange);
+extern template BV_TEMPLATE tMatrix4<double> OrthographicProjection(double, double, double, double, double, double,
+                                                                    DepthRange);
+extern template BV_TEMPLATE tRay<double> GetPixelRay(tVector2<double> const&, tVector2<double> const&,
+                                                     tMatrix4<double> const&, tMatrix4<double> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tVector3<double>> GetPixel(tVector3<double> const&, tMatrix4<double> const&,
+                                                                     tVector2<double> const&) noexcept;
+extern template BV_TEMPLATE double GetViewDistance(double, tMatrix4<double> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tMatrix4<double>> TryInverted(tMatrix4<double> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tMatrix4<double>>
+detail::TryInvertedWithCare(tMatrix4<double> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tMatrix4<double>> GetNormalMatrix(tMatrix4<double> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tVector3<double>> TransformNormal(tMatrix4<double> const&,
+                                                                            tVector3<double> const&) noexcept;
+
+static_assert(std::is_trivially_copyable_v<tPixelRays<float>> && std::is_trivially_copyable_v<tPixelRays<double>>);
+
+} // namespace bv::maths

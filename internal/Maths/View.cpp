@@ -1,0 +1,424 @@
+#include "bv/maths/View.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <numbers>
+
+#include "bv/InvalidArgumentException.h"
+
+namespace bv::maths
+{
+
+namespace
+{
+
+using detail::Four;
+using detail::Magnitude;
+using detail::MatrixAccess;
+using detail::Place;
+
+constexpr Place FROM_FIELD_OF_VIEW{"bv::maths::PerspectiveFromFieldOfView", 58};
+constexpr Place FROM_TANGENT{"bv::maths::PerspectiveFromTangent", 76};
+constexpr Place PERSPECTIVE{"bv::maths::PerspectiveProjection", 94};
+constexpr Place ORTHOGRAPHIC{"bv::maths::OrthographicProjection", 112};
+
+[[noreturn, gnu::cold]] void ThrowInvalidView(Place const& place)
+{
+    throw InvalidArgumentException(L"Invalid view parameters", "internal\\Maths\\View", place.line, place.member);
+}
+
+// Cameras
+
+/// Where the squared length of a vector, and what is computed with it, neither overflows nor loses digits.
+template <typename T>
+[[nodiscard]] bool IsOfUsualSize(T lengthSquared) noexcept
+{
+    constexpr T LIMIT = sizeof(T) == sizeof(float) ? T(0x1p60) : T(0x1p500);
+    return lengthSquared >= T{1} / LIMIT && lengthSquared <= LIMIT;
+}
+
+template <typename T>
+[[nodiscard]] T LargestMagnitude(tVector3<T> const& v) noexcept
+{
+    return std::max({Magnitude(v.x), Magnitude(v.y), Magnitude(v.z)});
+}
+
+/// A vector in the same direction, of a length whose square is one; zero stays zero.
+template <typename T>
+[[nodiscard]] tVector3<T> OfUsualSize(tVector3<T> const& v) noexcept
+{
+    if (IsOfUsualSize(v.LengthSquared()) || v.LengthSquared() != v.LengthSquared())
+        return v;
+    T const largest = LargestMagnitude(v);
+    return largest == T{0} ? v : v / largest;
+}
+
+template <typename T>
+struct CameraAxes
+{
+    tVector3<T> right, up, back;
+
+    CameraAxes(tVector3<T> const& eye, tVector3<T> const& target, tVector3<T> const& upwards) noexcept
+    {
+        tVector3<T> const forward = OfUsualSize(target - eye).Normalised();
+        tVector3<T> const top = OfUsualSize(upwards);
+        constexpr T PARALLEL = T{8} * std::numeric_limits<T>::epsilon();
+        right = forward.Cross(top);
+        // NaN is not parallel to anything.
+        if (right.LengthSquared() <= PARALLEL * PARALLEL * top.LengthSquared())
+            right = GetRightWithoutUp(forward);
+        right.Normalise();
+        up = right.Cross(forward);
+        back = -forward;
+    }
+
+    /// The part of the x or z axis that is perpendicular to a unit vector.
+    [[nodiscard]] static tVector3<T> GetRightWithoutUp(tVector3<T> const& forward) noexcept
+    {
+        T const alongX = Magnitude(forward.x);
+        bool const isNearX = alongX > Magnitude(forward.y) && alongX > Magnitude(forward.z);
+        tVector3<T> const axis = isNearX ? tVector3<T>(T{0}, T{0}, T{1}) : tVector3<T>(T{1}, T{0}, T{0});
+        return axis - forward * (isNearX ? forward.z : forward.x);
+    }
+};
+
+template <typename T>
+[[nodiscard]] typename tMatrix4<T>::State GetCameraState(tVector3<T> const& eye) noexcept
+{
+    bool const isAtOrigin = eye.x == T{0} && eye.y == T{0} && eye.z == T{0};
+    return isAtOrigin ? tMatrix4<T>::ORTHONORMAL : tMatrix4<T>::GENERAL;
+}
+
+// Projections
+
+/// The two elements of a projection that decide on depths.
+template <typename T>
+struct DepthElements
+{
+    T m33, m34;
+
+    void Set(tMatrix4<T>& matrix) const noexcept
+    {
+        matrix(tMatrix4<T>::IDX_33) = m33;
+        matrix(tMatrix4<T>::IDX_34) = m34;
+    }
+};
+
+template <typename T>
+[[nodiscard]] DepthElements<T> GetCentralDepth(T nearPlane, T farPlane, DepthRange range) noexcept
+{
+    bool const isInfinite = farPlane == std::numeric_limits<T>::infinity();
+    T const depth = farPlane - nearPlane;
+    if (range == DepthRange::ZERO_TO_ONE)
+    {
+        T const m33 = isInfinite ? T{-1} : -farPlane / depth;
+        return {m33, nearPlane * m33};
+    }
+    if (range == DepthRange::ONE_TO_ZERO)
+    {
+        if (isInfinite)
+            return {T{0}, nearPlane};
+        T const m33 = nearPlane / depth;
+        return {m33, farPlane * m33};
+    }
+    if (isInfinite)
+        return {T{-1}, T{-2} * nearPlane};
+    return {-(farPlane + nearPlane) / depth, T{-2} * farPlane * nearPlane / depth};
+}
+
+template <typename T>
+void CheckExtents(T left, T right, T bottom, T top, T nearPlane, T farPlane, Place const& place)
+{
+    if (IsEqual(left, right) || IsEqual(bottom, top) || IsEqual(nearPlane, farPlane))
+        ThrowInvalidView(place);
+}
+
+template <typename T>
+[[nodiscard]] tMatrix4<T> ProjectFromTangent(T tangent, T aspect, T nearPlane, T farPlane, DepthRange range,
+                                             Place const& place)
+{
+    if (tangent == T{0} || aspect == T{0} || IsEqual(nearPlane, farPlane))
+        ThrowInvalidView(place);
+    auto const [m33, m34] = GetCentralDepth(nearPlane, farPlane, range);
+    T const zero{0};
+    return MatrixAccess::Make<T>({Four(T{1} / (tangent * aspect), zero, zero, zero),
+                                  Four(zero, T{1} / tangent, zero, zero), Four(zero, zero, m33, m34),
+                                  Four(zero, zero, T{-1}, zero)},
+                                 tMatrix4<T>::GENERAL);
+}
+
+// Inverses
+
+[[nodiscard]] constexpr std::size_t IndexOf(std::size_t row, std::size_t column) noexcept
+{
+    return 4 * row + column;
+}
+
+/// The permanent of the magnitudes: of pairs of columns, the first two rows have one and the last two the other.
+template <typename T>
+[[nodiscard]] T GetPermanentOfMagnitudes(T const (&m)[16]) noexcept
+{
+    auto const pair = [&m](std::size_t row, std::size_t j, std::size_t k)
+    {
+        return Magnitude(m[IndexOf(row, j)] * m[IndexOf(row + 1, k)]) +
+               Magnitude(m[IndexOf(row, k)] * m[IndexOf(row + 1, j)]);
+    };
+    return pair(0, 0, 1) * pair(2, 2, 3) + pair(0, 0, 2) * pair(2, 1, 3) + pair(0, 0, 3) * pair(2, 1, 2) +
+           pair(0, 1, 2) * pair(2, 0, 3) + pair(0, 1, 3) * pair(2, 0, 2) + pair(0, 2, 3) * pair(2, 0, 1);
+}
+
+/// A matrix whose rows and then columns are scaled by powers of two, so that the largest element of each is from 1 to
+/// 2; rows are larger where a column was scaled up.
+template <typename T>
+struct Equilibrated
+{
+    alignas(16) T elements[16];
+    int rows[4];
+    int columns[4];
+
+    /// @return false for a matrix with a line of zeros, an infinity or NaN.
+    [[nodiscard]] bool Scale(T const* m) noexcept
+    {
+        for (std::size_t i = 0; i < 16; ++i)
+            if (!std::isfinite(elements[i] = m[i]))
+                return false;
+        for (std::size_t row = 0; row < 4; ++row)
+            if (!ScaleLine(row * 4, 1, rows[row]))
+                return false;
+        for (std::size_t column = 0; column < 4; ++column)
+            if (!ScaleLine(column, 4, columns[column]))
+                return false;
+        return true;
+    }
+
+private:
+    [[nodiscard]] bool ScaleLine(std::size_t first, std::size_t step, int& exponent) noexcept
+    {
+        T largest{0};
+        for (std::size_t i = 0; i < 4; ++i)
+            largest = std::max(largest, Magnitude(elements[first + i * step]));
+        if (largest == T{0})
+            return false;
+        exponent = std::ilogb(largest);
+        for (std::size_t i = 0; i < 4; ++i)
+            elements[first + i * step] = std::ldexp(elements[first + i * step], -exponent);
+        return true;
+    }
+};
+
+template <typename T>
+[[nodiscard]] std::optional<tMatrix4<T>> TryInvertedDiagonal(tMatrix4<T> const& matrix) noexcept
+{
+    T const* const m = matrix.Get();
+    for (std::size_t i = 0; i < 16; i += 5)
+        if (m[i] == T{0} || !std::isfinite(m[i]) || !std::isfinite(T{1} / m[i]))
+            return std::nullopt;
+    return MatrixAccess::Make(detail::InverseOfDiagonal(detail::LoadRows(m), detail::DiagonalOf(m)),
+                              tMatrix4<T>::DIAGONAL);
+}
+
+template <typename T>
+[[nodiscard]] std::optional<tMatrix4<T>> TryInvertedGeneral(tMatrix4<T> const& matrix) noexcept
+{
+    constexpr T SMALLEST_PERMANENT = sizeof(T) == sizeof(float) ? T(0x1p-50) : T(0x1p-400);
+    Equilibrated<T> scaled;
+    if (!scaled.Scale(matrix.Get()))
+        return std::nullopt;
+    T const permanent = GetPermanentOfMagnitudes(scaled.elements);
+    detail::tAdjugate<T> const adjugate(scaled.elements);
+    if (permanent < SMALLEST_PERMANENT || !(Magnitude(adjugate.determinant) > detail::SINGULARITY<T> * permanent))
+        return std::nullopt;
+    alignas(16) T inverse[16];
+    detail::StoreRows(adjugate.Inverse(), inverse);
+    for (std::size_t row = 0; row < 4; ++row)
+        for (std::size_t column = 0; column < 4; ++column)
+        {
+            T& element = inverse[IndexOf(row, column)];
+            element = std::ldexp(element, -scaled.columns[row] - scaled.rows[column]);
+            if (!std::isfinite(element))
+                return std::nullopt;
+        }
+    return MatrixAccess::Make(detail::LoadRows<T>(inverse), tMatrix4<T>::GENERAL);
+}
+
+} // namespace
+
+template <typename T>
+tMatrix4<T> LookAt(tVector3<T> const& eye, tVector3<T> const& target, tVector3<T> const& up) noexcept
+{
+    CameraAxes<T> const axes(eye, target, up);
+    auto const row = [&eye](tVector3<T> const& axis) { return Four(axis.x, axis.y, axis.z, T{0} - axis.Dot(eye)); };
+    return MatrixAccess::Make<T>({row(axes.right), row(axes.up), row(axes.back), Four(T{0}, T{0}, T{0}, T{1})},
+                                 GetCameraState(eye));
+}
+
+template <typename T>
+tMatrix4<T> PlaceCamera(tVector3<T> const& eye, tVector3<T> const& target, tVector3<T> const& up) noexcept
+{
+    auto const [right, top, back] = CameraAxes<T>(eye, target, up);
+    return MatrixAccess::Make<T>({Four(right.x, top.x, back.x, eye.x), Four(right.y, top.y, back.y, eye.y),
+                                  Four(right.z, top.z, back.z, eye.z), Four(T{0}, T{0}, T{0}, T{1})},
+                                 GetCameraState(eye));
+}
+
+template <typename T>
+tMatrix4<T> PerspectiveFromFieldOfView(T fieldOfView, std::type_identity_t<T> aspect, std::type_identity_t<T> nearPlane,
+                                       std::type_identity_t<T> farPlane, DepthRange range)
+{
+    if (fieldOfView <= T{0} || fieldOfView >= std::numbers::pi_v<T>)
+        ThrowInvalidView(FROM_FIELD_OF_VIEW);
+    return ProjectFromTangent(std::tan(fieldOfView * T{0.5}), aspect, nearPlane, farPlane, range, FROM_FIELD_OF_VIEW);
+}
+
+template <typename T>
+tMatrix4<T> PerspectiveFromTangent(T tangent, std::type_identity_t<T> aspect, std::type_identity_t<T> nearPlane,
+                                   std::type_identity_t<T> farPlane, DepthRange range)
+{
+    return ProjectFromTangent(tangent, aspect, nearPlane, farPlane, range, FROM_TANGENT);
+}
+
+template <typename T>
+tMatrix4<T> PerspectiveProjection(T left, std::type_identity_t<T> right, std::type_identity_t<T> bottom,
+                                  std::type_identity_t<T> top, std::type_identity_t<T> nearPlane,
+                                  std::type_identity_t<T> farPlane, DepthRange range)
+{
+    CheckExtents(left, right, bottom, top, nearPlane, farPlane, PERSPECTIVE);
+    // Any plane in place of one at infinity, which would make NaN of the depths: they are set below.
+    bool const isInfinite = farPlane == std::numeric_limits<T>::infinity();
+    T const limit = isInfinite ? nearPlane + (T{1} + Magnitude(nearPlane)) : farPlane;
+    tMatrix4<T> result = tMatrix4<T>::PerspectiveProjection(left, right, bottom, top, nearPlane, limit);
+    GetCentralDepth(nearPlane, farPlane, range).Set(result);
+    return result;
+}
+
+template <typename T>
+tMatrix4<T> OrthographicProjection(T left, std::type_identity_t<T> right, std::type_identity_t<T> bottom,
+                                   std::type_identity_t<T> top, std::type_identity_t<T> nearPlane,
+                                   std::type_identity_t<T> farPlane, DepthRange range)
+{
+    CheckExtents(left, right, bottom, top, nearPlane, farPlane, ORTHOGRAPHIC);
+    tMatrix4<T> result = tMatrix4<T>::OrthogonalProjection(left, right, bottom, top, nearPlane, farPlane);
+    T const perDepth = T{1} / (farPlane - nearPlane);
+    if (range == DepthRange::ZERO_TO_ONE)
+        DepthElements<T>{-perDepth, -nearPlane * perDepth}.Set(result);
+    else if (range == DepthRange::ONE_TO_ZERO)
+        DepthElements<T>{perDepth, farPlane * perDepth}.Set(result);
+    return result;
+}
+
+template <typename T>
+tPixelRays<T>::tPixelRays(tVector2<T> const& size, tMatrix4<T> const& projection,
+                          tMatrix4<T> const& cameraToWorld) noexcept
+{
+    using Matrix = tMatrix4<T>;
+    T const* const m = cameraToWorld.Get();
+    auto const turn = [&](tVector3<T> const& v) -> tVector3<T>
+    {
+        if (cameraToWorld.IsIdentity())
+            return v;
+        if (cameraToWorld.IsDiagonal())
+            return {v.x * m[Matrix::IDX_11], v.y * m[Matrix::IDX_22], v.z * m[Matrix::IDX_33]};
+        return {tVector3<T>(m).Dot(v), tVector3<T>(m + 4).Dot(v), tVector3<T>(m + 8).Dot(v)};
+    };
+    T const* const p = projection.Get();
+    T const perX = T{1} / p[Matrix::IDX_11];
+    T const perY = T{1} / p[Matrix::IDX_22];
+    right = turn({T{2} / size.x * perX, T{0}, T{0}});
+    down = turn({T{0}, T{-2} / size.y * perY, T{0}});
+    tVector3<T> const eye = cameraToWorld.IsDiagonal()
+                                ? tVector3<T>()
+                                : tVector3<T>(m[Matrix::IDX_14], m[Matrix::IDX_24], m[Matrix::IDX_34]);
+    T const sense = p[Matrix::IDX_43]; // w is z times this
+    isParallel = sense == T{0};
+    if (isParallel)
+    {
+        origin = turn({(T{-1} - p[Matrix::IDX_14]) * perX, (T{1} - p[Matrix::IDX_24]) * perY, T{0}}) + eye;
+        corner = turn({T{0}, T{0}, T{-1}}).Normalised();
+    }
+    else
+    {
+        origin = eye;
+        corner = turn({(T{-1} - p[Matrix::IDX_13] * sense) * perX, (T{1} - p[Matrix::IDX_23] * sense) * perY, sense});
+    }
+}
+
+template <typename T>
+tRay<T> GetPixelRay(tVector2<T> const& pixel, tVector2<T> const& size, tMatrix4<T> const& projection,
+                    tMatrix4<T> const& cameraToWorld) noexcept
+{
+    return tPixelRays<T>(size, projection, cameraToWorld)(pixel);
+}
+
+template <typename T>
+std::optional<tMatrix4<T>> detail::TryInvertedWithCare(tMatrix4<T> const& matrix) noexcept
+{
+    if (matrix.IsOrthonormal()) // or the identity
+        return matrix.Inverted();
+    return matrix.IsDiagonal() ? TryInvertedDiagonal(matrix) : TryInvertedGeneral(matrix);
+}
+
+template <typename T>
+std::optional<tMatrix4<T>> GetNormalMatrix(tMatrix4<T> const& matrix) noexcept
+{
+    std::optional<tMatrix4<T>> result = TryInverted(matrix);
+    if (result)
+        *result = result->Transposed();
+    return result;
+}
+
+template <typename T>
+std::optional<tVector3<T>> TransformNormal(tMatrix4<T> const& matrix, tVector3<T> const& normal) noexcept
+{
+    std::optional<tMatrix4<T>> const normalMatrix = GetNormalMatrix(matrix);
+    if (!normalMatrix)
+        return std::nullopt;
+    return normal.TransformedAsVector(*normalMatrix);
+}
+
+template class BV_TEMPLATE_INSTANCE tPixelRays<float>;
+template class BV_TEMPLATE_INSTANCE tPixelRays<double>;
+template BV_TEMPLATE_INSTANCE tMatrix4<float> LookAt(tVector3<float> const&, tVector3<float> const&,
+                                                     tVector3<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tMatrix4<float> PlaceCamera(tVector3<float> const&, tVector3<float> const&,
+                                                          tVector3<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tMatrix4<float> PerspectiveFromFieldOfView(float, float, float, float, DepthRange);
+template BV_TEMPLATE_INSTANCE tMatrix4<float> PerspectiveFromTangent(float, float, float, float, DepthRange);
+template BV_TEMPLATE_INSTANCE tMatrix4<float> PerspectiveProjection(float, float, float, float, float, float,
+                                                                    DepthRange);
+template BV_TEMPLATE_INSTANCE tMatrix4<float> OrthographicProjection(float, float, float, float, float, float,
+                                                                     DepthRange);
+template BV_TEMPLATE_INSTANCE tRay<float> GetPixelRay(tVector2<float> const&, tVector2<float> const&,
+                                                      tMatrix4<float> const&, tMatrix4<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE std::optional<tVector3<float>> GetPixel(tVector3<float> const&, tMatrix4<float> const&,
+                                                                      tVector2<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE float GetViewDistance(float, tMatrix4<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<float>> TryInverted(tMatrix4<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<float>>
+detail::TryInvertedWithCare(tMatrix4<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<float>> GetNormalMatrix(tMatrix4<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE std::optional<tVector3<float>> TransformNormal(tMatrix4<float> const&,
+                                                                             tVector3<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tMatrix4<double> LookAt(tVector3<double> const&, tVector3<double> const&,
+                                                      tVector3<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tMatrix4<double> PlaceCamera(tVector3<double> const&, tVector3<double> const&,
+                                                           tVector3<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tMatrix4<double> PerspectiveFromFieldOfView(double, double, double, double, DepthRange);
+template BV_TEMPLATE_INSTANCE tMatrix4<double> PerspectiveFromTangent(double, double, double, double, DepthRange);
+template BV_TEMPLATE_INSTANCE tMatrix4<double> PerspectiveProjection(double, double, double, double, double, double,
+                                                                     DepthRange);
+template BV_TEMPLATE_INSTANCE tMatrix4<double> OrthographicProjection(double, double, double, double, double, double,
+                                                                      DepthRange);
+template BV_TEMPLATE_INSTANCE tRay<double> GetPixelRay(tVector2<double> const&, tVector2<double> const&,
+                                                       tMatrix4<double> const&, tMatrix4<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE std::optional<tVector3<double>> GetPixel(tVector3<double> const&, tMatrix4<double> const&,
+                                                                       tVector2<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE double GetViewDistance(double, tMatrix4<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<double>> TryInverted(tMatrix4<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<double>>
+detail::TryInvertedWithCare(tMatrix4<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<double>> GetNormalMatrix(tMatrix4<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE std::optional<tVector3<double>> TransformNormal(tMatrix4<double> const&,
+                                                                              tVector3<double> const&) noexcept;
+
+} // namespace bv::maths

@@ -1,0 +1,124 @@
+#include <bv/maths/View.h>
+
+#include "Matrices.h"
+#include "Run.h"
+#include "Topics.h"
+
+namespace digest
+{
+
+namespace
+{
+
+constexpr DepthRange RANGES_OF_DEPTH[] = {DepthRange::MINUS_ONE_TO_ONE, DepthRange::ZERO_TO_ONE,
+                                          DepthRange::ONE_TO_ZERO};
+
+template <typename T>
+[[nodiscard]] T Positive(Workload& work) noexcept
+{
+    return work.OneIn(32) ? work.Special<T>() : detail::Magnitude(work.Plain<T>()) + T{0.0625};
+}
+
+/// A projection of any kind, or what its exception says, added by the way.
+template <typename T>
+[[nodiscard]] tMatrix4<T> Projection(Digest& digest, Workload& work)
+{
+    tMatrix4<T> result;
+    DepthRange const range = RANGES_OF_DEPTH[work.Below(3)];
+    T sides[4];
+    for (T& side : sides)
+        side = Positive<T>(work);
+    T const nearPlane = Positive<T>(work);
+    T const farPlane = work.OneIn(4) ? std::numeric_limits<T>::infinity() : nearPlane + Positive<T>(work);
+    unsigned int const kind = work.Below(3);
+    digest.Try(
+        [&]
+        {
+            if (kind == 0)
+                result = PerspectiveFromTangent(sides[0], sides[1], nearPlane, farPlane, range);
+            else if (kind == 1)
+                result = PerspectiveProjection(-sides[0], sides[1], -sides[2], sides[3], nearPlane, farPlane, range);
+            else
+                result = OrthographicProjection(-sides[0], sides[1], -sides[2], sides[3], nearPlane, farPlane, range);
+            return kind;
+        });
+    AddWhole(digest, result);
+    return result;
+}
+
+template <typename T>
+void Views(Digest& digest, Workload& work)
+{
+    for (unsigned int const rarity : RARITIES)
+        for (int i = 0; i < 2000; ++i)
+        {
+            tVector3<T> const eye = work.OneIn(8) ? tVector3<T>() : work.Vector3<T>(rarity);
+            tVector3<T> const target = work.Vector3<T>(rarity);
+            tVector3<T> const up = work.OneIn(4) ? target - eye : work.Direction<T>(rarity);
+            tMatrix4<T> const view = LookAt(eye, target, up);
+            tMatrix4<T> const place = PlaceCamera(eye, target, up);
+            AddWhole(digest, view);
+            AddWhole(digest, place);
+            tMatrix4<T> const projection = Projection<T>(digest, work);
+            tVector2<T> const size(static_cast<T>(work.Below(1000) + 1), static_cast<T>(work.Below(1000) + 1));
+            tPixelRays<T> const rays(size, projection, work.OneIn(4) ? work.AnyMatrix<T>(rarity) : place);
+            digest.Add(rays.GetStepRight(), rays.GetStepDown());
+            for (int j = 0; j < 4; ++j)
+            {
+                tVector2<T> const pixel(work.Plain<T>() * T{50}, work.Plain<T>() * T{50});
+                tRay<T> const ray = rays(pixel);
+                digest.Add(ray.origin, ray.direction, rays.GetDirection(pixel));
+                tVector3<T> const point = work.OneIn(2) ? work.Vector3<T>(rarity) : ray.origin + ray.direction * T{3};
+                auto const shown = GetPixel(point, work.OneIn(4) ? work.AnyMatrix<T>(rarity) : projection * view, size);
+                digest.Add(shown.has_value());
+                if (shown)
+                    digest.Add(*shown, GetViewDistance(shown->z, projection));
+            }
+        }
+}
+
+/// A matrix whose lines have any scales and now and then depend on each other.
+template <typename T>
+[[nodiscard]] tMatrix4<T> Scaled(Workload& work, unsigned int rarity)
+{
+    tMatrix4<T> matrix = work.AnyMatrix<T>(rarity);
+    if (work.OneIn(3))
+        for (std::size_t line = 0; line < 4; ++line)
+        {
+            T const factor = work.OneIn(4) ? detail::Magnitude(work.Special<T>()) : T{1};
+            bool const isRow = work.OneIn(2);
+            for (std::size_t i = 0; i < 4; ++i)
+                matrix(isRow ? 4 * line + i : 4 * i + line) *= factor;
+        }
+    if (work.OneIn(4))
+        for (std::size_t i = 0; i < 4; ++i)
+            matrix(8 + i) = matrix[i] + matrix[4 + i];
+    return matrix;
+}
+
+template <typename T>
+void Inverses(Digest& digest, Workload& work)
+{
+    for (unsigned int const rarity : RARITIES)
+        for (int i = 0; i < 3000; ++i)
+        {
+            tMatrix4<T> const matrix = Scaled<T>(work, rarity);
+            auto const inverse = TryInverted(matrix);
+            digest.Add(inverse.has_value());
+            if (!inverse)
+                continue;
+            AddWhole(digest, *inverse);
+            AddWhole(digest, *GetNormalMatrix(matrix));
+            digest.Add(*TransformNormal(matrix, work.Direction<T>(rarity)));
+        }
+}
+
+} // namespace
+
+void RunViews()
+{
+    RunBoth("views", Views<float>, Views<double>);
+    RunBoth("view-inverses", Inverses<float>, Inverses<double>);
+}
+
+} // namespace digest

@@ -54,6 +54,8 @@
 #include "bv/maths/tFrustum.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tOrientedBox.h"
+#include "bv/maths/tMatrixParts.h"
+#include "bv/maths/tPixelRays.h"
 #include "bv/maths/tPlane.h"
 #include "bv/maths/tPreparedTransform.h"
 #include "bv/maths/tQuaternion.h"

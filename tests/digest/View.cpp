@@ -113,12 +113,37 @@ void Inverses(Digest& digest, Workload& work)
         }
 }
 
+template <typename T>
+void Parts(Digest& digest, Workload& work)
+{
+    for (unsigned int const rarity : RARITIES)
+        for (int i = 0; i < 2000; ++i)
+        {
+            tMatrix4<T> matrix = Scaled<T>(work, rarity);
+            if (!work.OneIn(8))
+            {
+                for (std::size_t j = 12; j < 15; ++j)
+                    matrix(j) = T{0};
+                matrix(15) = T{1};
+            }
+            auto const parts = Decompose(matrix);
+            digest.Add(parts.has_value());
+            if (!parts)
+                continue;
+            auto const& q = parts->rotation;
+            digest.Add(parts->translation, q.x, q.y, q.z, q.w, parts->scale, parts->shear);
+            AddWhole(digest, Compose(*parts));
+            AddWhole(digest, Compose(work.Vector3<T>(rarity), q, work.Vector3<T>(rarity)));
+        }
+}
+
 } // namespace
 
 void RunViews()
 {
     RunBoth("views", Views<float>, Views<double>);
     RunBoth("view-inverses", Inverses<float>, Inverses<double>);
+    RunBoth("matrix-parts", Parts<float>, Parts<double>);
 }
 
 } // namespace digest

@@ -22,6 +22,10 @@ class tVector3;
 template <typename T>
 class tMatrix4;
 template <typename T>
+struct tMatrixParts;
+template <typename T>
+class tPixelRays;
+template <typename T>
 class tPreparedTransform;
 template <typename T>
 class tQuaternion;
@@ -72,6 +76,10 @@ using Vector3f = tVector3<float>;
 using Vector3d = tVector3<double>;
 using Matrix4f = tMatrix4<float>;
 using Matrix4d = tMatrix4<double>;
+using MatrixPartsf = tMatrixParts<float>;
+using MatrixPartsd = tMatrixParts<double>;
+using PixelRaysf = tPixelRays<float>;
+using PixelRaysd = tPixelRays<double>;
 using PreparedTransformf = tPreparedTransform<float>;
 using PreparedTransformd = tPreparedTransform<double>;
 using Quaternionf = tQuaternion<float>;

@@ -13,9 +13,10 @@
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/detail/MatrixAccess.h"
-#include "bv/maths/detail/Number.h"
 #include "bv/maths/detail/Rows.h"
 #include "bv/maths/tMatrix4.h"
+#include "bv/maths/tMatrixParts.h"
+#include "bv/maths/tPixelRays.h"
 #include "bv/maths/tRay.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
@@ -125,65 +126,6 @@ template <typename T>
 
 /// @}
 
-/// The rays of a camera through the pixels of its picture.
-///
-/// Pixels are counted from the top left corner of the picture, x to the right and y down, and are one unit wide: the
-/// middle of the first one is at (0.5, 0.5), the bottom right corner is the size of the picture.
-///
-/// Rays of a central projection start at the eye. Those of a parallel one start in the plane of the eye, z = 0 of the
-/// camera, and not at the near plane. So the rays do not depend on the range of depth. Their directions have length 1.
-///
-/// What a step by one pixel changes is computed once; a ray costs six products and sums for its point of the picture.
-///
-/// @tparam T `float` or `double`; both instances are in the library.
-template <typename T>
-class tPixelRays
-{
-    tVector3<T> origin; ///< start at the top left corner
-    tVector3<T> corner; ///< direction there, as long as the projection has it
-    tVector3<T> right;  ///< what one pixel to the right changes
-    tVector3<T> down;   ///< what one pixel down changes
-    bool isParallel;    ///< whether it changes the start rather than the direction
-
-public:
-    /// @name Construction
-    /// @{
-    /// The rays of a projection, whose elements are read whatever its state. It may be any that is built here or by
-    /// tMatrix4, and any other whose first two rows are (m11, 0, m13, m14) and (0, m22, m23, m24), and whose fourth is
-    /// (0, 0, 0, 1), a parallel projection, or (0, 0, -1, 0) or (0, 0, 1, 0), a central one along -z or z.
-    ///
-    /// @param size width and height of the picture in pixels.
-    /// @param projection from the camera to the picture.
-    /// @param cameraToWorld where the camera stands, such as PlaceCamera(): an affine matrix, which is applied by its
-    ///        state, as vectors are transformed.
-    tPixelRays(tVector2<T> const& size, tMatrix4<T> const& projection, tMatrix4<T> const& cameraToWorld) noexcept;
-    /// @}
-
-    /// @name Queries
-    /// @{
-    /// The ray through a point of the picture. Points outside the picture have rays, too.
-    ///
-    /// With c, r and d for what belongs to the top left corner and to the steps, (c + r * x) + d * y is the start of a
-    /// parallel ray or the direction of a central one, which is then normalised.
-    [[nodiscard, gnu::always_inline]] inline tRay<T> operator()(tVector2<T> const& pixel) const noexcept;
-    /// What one pixel to the right adds to the start of a parallel ray, or to the direction of a central one before
-    /// that is normalised.
-    [[nodiscard]] tVector3<T> const& GetStepRight() const noexcept { return right; }
-    /// What one pixel down adds.
-    [[nodiscard]] tVector3<T> const& GetStepDown() const noexcept { return down; }
-    /// The direction of the ray through a point of the picture before it is normalised. For a central projection of the
-    /// kind that is built here, it reaches from the eye to the plane one unit in front of it.
-    [[nodiscard, gnu::always_inline]] inline tVector3<T> GetDirection(tVector2<T> const& pixel) const noexcept;
-    /// @}
-
-private:
-    [[nodiscard, gnu::always_inline]] tVector3<T> Step(tVector3<T> const& start,
-                                                       tVector2<T> const& pixel) const noexcept
-    {
-        return start + right * pixel.x + down * pixel.y;
-    }
-};
-
 /// @name Pixels
 /// Pixels are counted as tPixelRays counts them: the middle of the first one is at (0.5, 0.5).
 /// @{
@@ -260,6 +202,41 @@ template <typename T>
 
 /// @}
 
+/// @name Parts of a matrix
+/// @{
+
+/// Takes an affine matrix apart: M = T R S, with a translation T, a rotation R and a symmetric S, which scales along
+/// three perpendicular axes. This polar decomposition is unique where no scale is 0, has no preferred axes, and its R
+/// is the rotation closest to M. K. Shoemake, T. Duff, "Matrix Animation and Polar Decomposition", 1992.
+///
+/// A reflection is carried by the sign of S: its three scales are then negative, rather than one of them, since none is
+/// preferred. Where scales are 0 up to rounding, the rotation leaves the axes of these scales where they are, as far as
+/// the others let it. The zero matrix has no rotation.
+///
+/// It is computed in double precision for both types, by rotations that make the columns of the matrix perpendicular:
+/// M. Hestenes, "Inversion of Matrices by Biorthogonalization and Related Results", 1958. A matrix whose columns are
+/// perpendicular to begin with is left as it is, and the shear is then exactly 0. Scales below 2^-500 of the largest
+/// element count as 0.
+///
+/// @param matrix read by its state: IDENTITY has no parts but the defaults, and DIAGONAL is read on its diagonal.
+/// @return nothing when the fourth row is not (0, 0, 0, 1) exactly (of DIAGONAL: m44 is not 1), or an element is
+///         infinite or NaN.
+template <typename T>
+[[nodiscard]] std::optional<tMatrixParts<T>> Decompose(tMatrix4<T> const& matrix) noexcept;
+
+/// Puts a matrix together from its parts: translation, rotation and symmetric part, which is applied first. Each
+/// element of the upper left 3x3 is ((r_i1 * s_1j) + r_i2 * s_2j) + r_i3 * s_3j, with R from tQuaternion::GetMatrix().
+/// The result is classified as a matrix of sixteen numbers is.
+template <typename T>
+[[nodiscard]] tMatrix4<T> Compose(tMatrixParts<T> const& parts) noexcept;
+
+/// The same without shear: the matrix that scales along the axes, then rotates, then moves.
+template <typename T>
+[[nodiscard]] tMatrix4<T> Compose(tVector3<T> const& translation, tQuaternion<T> const& rotation,
+                                  tVector3<T> const& scale) noexcept;
+
+/// @}
+
 namespace detail
 {
 
@@ -300,20 +277,6 @@ template <typename T>
 } // namespace BV_REGISTERS
 
 } // namespace detail
-
-template <typename T>
-inline tVector3<T> tPixelRays<T>::GetDirection(tVector2<T> const& pixel) const noexcept
-{
-    return isParallel ? corner : Step(corner, pixel);
-}
-
-template <typename T>
-inline tRay<T> tPixelRays<T>::operator()(tVector2<T> const& pixel) const noexcept
-{
-    if (isParallel)
-        return {Step(origin, pixel), corner};
-    return {origin, Step(corner, pixel).Normalised()};
-}
 
 template <typename T>
 inline std::optional<tVector3<T>> GetPixel(tVector3<T> const& point, tMatrix4<T> const& worldToClip,
@@ -371,8 +334,6 @@ inline std::optional<tMatrix4<T>> TryInverted(tMatrix4<T> const& matrix) noexcep
     return detail::TryInvertedWithCare(matrix);
 }
 
-extern template class BV_TEMPLATE tPixelRays<float>;
-extern template class BV_TEMPLATE tPixelRays<double>;
 extern template BV_TEMPLATE tMatrix4<float> LookAt(tVector3<float> const&, tVector3<float> const&,
                                                    tVector3<float> const&) noexcept;
 extern template BV_TEMPLATE tMatrix4<float> PlaceCamera(tVector3<float> const&, tVector3<float> const&,
@@ -413,7 +374,13 @@ detail::TryInvertedWithCare(tMatrix4<double> const&) noexcept;
 extern template BV_TEMPLATE std::optional<tMatrix4<double>> GetNormalMatrix(tMatrix4<double> const&) noexcept;
 extern template BV_TEMPLATE std::optional<tVector3<double>> TransformNormal(tMatrix4<double> const&,
                                                                             tVector3<double> const&) noexcept;
-
-static_assert(std::is_trivially_copyable_v<tPixelRays<float>> && std::is_trivially_copyable_v<tPixelRays<double>>);
+extern template BV_TEMPLATE std::optional<tMatrixParts<float>> Decompose(tMatrix4<float> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<float> Compose(tMatrixParts<float> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<float> Compose(tVector3<float> const&, tQuaternion<float> const&,
+                                                    tVector3<float> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tMatrixParts<double>> Decompose(tMatrix4<double> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<double> Compose(tMatrixParts<double> const&) noexcept;
+extern template BV_TEMPLATE tMatrix4<double> Compose(tVector3<double> const&, tQuaternion<double> const&,
+                                                     tVector3<double> const&) noexcept;
 
 } // namespace bv::maths

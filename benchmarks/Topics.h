@@ -26,6 +26,7 @@ void AddSphere();
 void AddString();
 void AddTransform();
 void AddVisibility();
+void AddView();
 
 namespace peers
 {
@@ -50,6 +51,7 @@ void AddSphere();
 void AddString();
 void AddTransform();
 void AddVisibility();
+void AddView();
 
 } // namespace peers
 

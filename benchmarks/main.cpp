@@ -17,6 +17,8 @@ int main(int argc, char** argv)
     bench::peers::AddTransform();
     bench::AddQuaternion();
     bench::peers::AddQuaternion();
+    bench::AddView();
+    bench::peers::AddView();
     bench::AddScalar();
     bench::peers::AddScalar();
     bench::AddComponentwise();

@@ -222,9 +222,11 @@ tMatrix4<T> Compose(tMatrixParts<T> const& parts) noexcept
 template <typename T>
 tMatrix4<T> Compose(tVector3<T> const& translation, tQuaternion<T> const& rotation, tVector3<T> const& scale) noexcept
 {
-    return Compose(tMatrixParts<T>{translation, rotation, scale, {}});
+    return Compose(tMatrixParts<T>(translation, rotation, scale));
 }
 
+template struct BV_TEMPLATE_INSTANCE tMatrixParts<float>;
+template struct BV_TEMPLATE_INSTANCE tMatrixParts<double>;
 template BV_TEMPLATE_INSTANCE std::optional<tMatrixParts<float>> Decompose(tMatrix4<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tMatrix4<float> Compose(tMatrixParts<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tMatrix4<float> Compose(tVector3<float> const&, tQuaternion<float> const&,

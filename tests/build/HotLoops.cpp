@@ -14,6 +14,7 @@
 #include "bv/maths/Sampling.h"
 #include "bv/maths/Visibility.h"
 #include "bv/maths/simd/PacketTriangles.h"
+#include "bv/maths/View.h"
 #include "bv/maths/simd/SSERay.h"
 #include "bv/maths/tDepthRay.h"
 #include "bv/maths/tDifferential2.h"
@@ -362,6 +363,24 @@ T Elements(tMatrix4<T>& matrix)
     return sum;
 }
 
+template <typename T>
+void RaysOfPixels(std::span<tVector2<T> const> pixels, std::span<tRay<T>> rays, tPixelRays<T> const& camera)
+{
+    for (std::size_t i = 0; i < pixels.size(); ++i)
+        rays[i] = camera(pixels[i]);
+}
+
+template <typename T>
+T PixelsOfPoints(std::span<tVector3<T> const> points, tMatrix4<T> const& matrix, tMatrix4<T> const& projection,
+                 tVector2<T> const& size)
+{
+    T sum{};
+    for (tVector3<T> const& point : points)
+        if (auto const pixel = GetPixel(point, matrix, size))
+            sum += pixel->x + pixel->y + GetViewDistance(pixel->z, projection);
+    return sum;
+}
+
 float Draws(RNGenerator& generator, std::size_t count)
 {
     float sum = 0;
@@ -527,6 +546,12 @@ template void Directions(std::span<tVector3<float>>, tMatrix4<float> const&);
 template void Directions(std::span<tVector3<double>>, tMatrix4<double> const&);
 template float Quaternions(std::span<tQuaternion<float>>, std::span<tVector3<float>>, tQuaternion<float> const&);
 template double Quaternions(std::span<tQuaternion<double>>, std::span<tVector3<double>>, tQuaternion<double> const&);
+template void RaysOfPixels(std::span<tVector2<float> const>, std::span<tRay<float>>, tPixelRays<float> const&);
+template void RaysOfPixels(std::span<tVector2<double> const>, std::span<tRay<double>>, tPixelRays<double> const&);
+template float PixelsOfPoints(std::span<tVector3<float> const>, tMatrix4<float> const&, tMatrix4<float> const&,
+                              tVector2<float> const&);
+template double PixelsOfPoints(std::span<tVector3<double> const>, tMatrix4<double> const&, tMatrix4<double> const&,
+                               tVector2<double> const&);
 template float Components(std::span<tVector3<float>>, std::span<tVolumeAABB<float> const>, std::size_t);
 template double Components(std::span<tVector3<double>>, std::span<tVolumeAABB<double> const>, std::size_t);
 template float Samples(std::span<tVector3<float> const>, std::uint32_t);

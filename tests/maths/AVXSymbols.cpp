@@ -527,6 +527,22 @@ struct OfPrecisions
                view.GetFarPlane() == view.GetLeftPlane();
     }
 
+    static bool View(tMatrix4<T>& matrix, tVector3<T>& v, tVector2<T> const& size, tRay<T>& ray, T x)
+    {
+        matrix *= LookAt(v, v, v) * PlaceCamera(v, v, v);
+        matrix += PerspectiveFromFieldOfView(x, x, x, x) + PerspectiveFromTangent(x, x, x, x);
+        matrix -= PerspectiveProjection(x, x, x, x, x, x) - OrthographicProjection(x, x, x, x, x, x);
+        tPixelRays<T> const rays(size, matrix, matrix);
+        ray = rays(size);
+        ray.direction += rays.GetDirection(size) + rays.GetStepRight() + rays.GetStepDown();
+        ray.origin = GetPixelRay(size, size, matrix, matrix).origin;
+        v = GetPixel(v, matrix, size).value_or(v) + TransformNormal(matrix, v).value_or(v);
+        tMatrixParts<T> const parts = Decompose(matrix).value_or(tMatrixParts<T>());
+        matrix = TryInverted(matrix).value_or(Compose(parts)) + GetNormalMatrix(matrix).value_or(matrix) +
+                 Compose(v, parts.rotation, v);
+        return GetViewDistance(x, matrix) > x;
+    }
+
     static bool Rays(tVolumeAABB<T> const& box, tVolumeSphere<T> const& sphere, tVector3<T> const& p, T (&t)[2],
                      tVector2<T> (&d)[2])
     {

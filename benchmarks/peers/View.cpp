@@ -97,7 +97,7 @@ void Add()
 
     auto const parts = PartArguments();
     auto const rotations =
-        Build(parts, 10, [](double const* q) { return glm::qua<T>::wxyz(T(q[3]), T(q[0]), T(q[1]), T(q[2])); });
+        Build(parts, 10, [](double const* q) { return glm::qua<T>(T(q[3]), T(q[0]), T(q[1]), T(q[2])); });
     AddAgreeing(
         Name<T>("view/Compose", LIBRARY),
         [](Vector<T> const& translation, glm::qua<T> const& rotation, Vector<T> const& scale)

@@ -60,12 +60,13 @@ void Views(Digest& digest, Workload& work)
             AddWhole(digest, view);
             AddWhole(digest, place);
             tMatrix4<T> const projection = Projection<T>(digest, work);
-            tVector2<T> const size(static_cast<T>(work.Below(1000) + 1), static_cast<T>(work.Below(1000) + 1));
+            T const width = static_cast<T>(work.Below(1000) + 1);
+            tVector2<T> const size(width, static_cast<T>(work.Below(1000) + 1));
             tPixelRays<T> const rays(size, projection, work.OneIn(4) ? work.AnyMatrix<T>(rarity) : place);
             digest.Add(rays.GetStepRight(), rays.GetStepDown());
             for (int j = 0; j < 4; ++j)
             {
-                tVector2<T> const pixel(work.Plain<T>() * T{50}, work.Plain<T>() * T{50});
+                tVector2<T> const pixel = work.Vector2<T>(0) * T{50};
                 tRay<T> const ray = rays(pixel);
                 digest.Add(ray.origin, ray.direction, rays.GetDirection(pixel));
                 tVector3<T> const point = work.OneIn(2) ? work.Vector3<T>(rarity) : ray.origin + ray.direction * T{3};
@@ -133,7 +134,8 @@ void Parts(Digest& digest, Workload& work)
             auto const& q = parts->rotation;
             digest.Add(parts->translation, q.x, q.y, q.z, q.w, parts->scale, parts->shear);
             AddWhole(digest, Compose(*parts));
-            AddWhole(digest, Compose(work.Vector3<T>(rarity), q, work.Vector3<T>(rarity)));
+            tVector3<T> const translation = work.Vector3<T>(rarity);
+            AddWhole(digest, Compose(translation, q, work.Vector3<T>(rarity)));
         }
 }
 

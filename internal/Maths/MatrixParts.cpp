@@ -15,6 +15,7 @@ namespace bv::maths
 namespace
 {
 
+using detail::Four;
 using Vector = tVector3<double>;
 
 /// Three vectors: the columns of a matrix.
@@ -122,10 +123,9 @@ struct Polar
 
     [[nodiscard]] tQuaternion<double> GetQuaternion() const noexcept
     {
-        auto const row = [this](std::size_t i)
-        { return detail::Four(rotation[i][0], rotation[i][1], rotation[i][2], 0.0); };
+        auto const row = [this](std::size_t i) { return Four(rotation[i][0], rotation[i][1], rotation[i][2], 0.0); };
         return tQuaternion<double>(detail::MatrixAccess::Make<double>(
-            {row(0), row(1), row(2), detail::Four(0.0, 0.0, 0.0, 1.0)}, tMatrix4<double>::ORTHONORMAL));
+            {row(0), row(1), row(2), Four(0.0, 0.0, 0.0, 1.0)}, tMatrix4<double>::ORTHONORMAL));
     }
 };
 
@@ -203,20 +203,17 @@ std::optional<tMatrixParts<T>> Decompose(tMatrix4<T> const& matrix) noexcept
 template <typename T>
 tMatrix4<T> Compose(tMatrixParts<T> const& parts) noexcept
 {
-    tMatrix4<T> const rotation = parts.rotation.GetMatrix();
-    tVector3<T> const& scale = parts.scale;
-    tVector3<T> const& shear = parts.shear;
-    tVector3<T> const columns[] = {
-        {scale.x, shear.x, shear.y}, {shear.x, scale.y, shear.z}, {shear.y, shear.z, scale.z}};
-    T elements[16] = {};
-    for (std::size_t row = 0; row < 3; ++row)
-    {
-        for (std::size_t column = 0; column < 3; ++column)
-            elements[4 * row + column] = tVector3<T>(rotation.Get() + 4 * row).Dot(columns[column]);
-        elements[4 * row + 3] = parts.translation[row];
-    }
-    elements[15] = T{1};
-    return tMatrix4<T>(elements);
+    using Row = detail::tFour<T>;
+    auto const& [offset, rotation, scale, shear] = parts;
+    tMatrix4<T> const turn = rotation.GetMatrix();
+    Row const s1 = Four(scale.x, shear.x, shear.y, T{0});
+    Row const s2 = Four(shear.x, scale.y, shear.z, T{0});
+    Row const s3 = Four(shear.y, shear.z, scale.z, T{0});
+    T m[12];
+    for (std::size_t i = 0; i < 12; i += 4)
+        detail::Store(detail::Combine<T>(s1, s2, s3, turn[i], turn[i + 1], turn[i + 2]), m + i);
+    return tMatrix4<T>(m[0], m[1], m[2], offset.x, m[4], m[5], m[6], offset.y, m[8], m[9], m[10], offset.z, T{0}, T{0},
+                       T{0}, T{1});
 }
 
 template <typename T>

@@ -104,7 +104,7 @@ template <typename T>
 {
     Nine x{};
     for (std::size_t i = 0; i < 9; ++i)
-        x[i] = matrix[i / 3 * 4 + i % 3];
+        x[i] = static_cast<long double>(matrix[i / 3 * 4 + i % 3]);
     for (int round = 0; round < 100; ++round)
     {
         Nine const y = TransposedInverse(x);

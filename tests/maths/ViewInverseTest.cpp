@@ -74,7 +74,7 @@ void ExpectRightAnswer(std::array<Wide, 16> const& m, Random& random, int scales
     for (std::size_t i = 0; i < 16; ++i)
         elements[i] = std::ldexp(static_cast<T>(m[i]), rows[i / 4] + columns[i % 4]);
     bool const hasInverse = TryInverted(MakeMatrix(elements, GENERAL)).has_value();
-    long double const steps = Sums(m).GetRatio() / EPSILON<T>;
+    long double const steps = Sums(m).GetRatio() / static_cast<long double>(EPSILON<T>);
     if (steps <= 3)
     {
         EXPECT_FALSE(hasInverse) << static_cast<double>(steps);
@@ -126,12 +126,14 @@ void ExpectInverse(tMatrix4<T> const& m, tMatrix4<T> const& inverse, T steps)
             long double magnitudes = 0;
             for (std::size_t k = 0; k < 4; ++k)
             {
-                long double const product = static_cast<long double>(m[4 * row + k]) * inverse[4 * k + column];
+                long double const product =
+                    static_cast<long double>(m[4 * row + k]) * static_cast<long double>(inverse[4 * k + column]);
                 sum += product;
                 magnitudes += product < 0 ? -product : product;
             }
             long double const error = sum - (row == column ? 1 : 0);
-            EXPECT_LE(std::abs(error), steps * EPSILON<T> * magnitudes) << row << ", " << column;
+            EXPECT_LE(std::abs(error), static_cast<long double>(steps * EPSILON<T>) * magnitudes)
+                << row << ", " << column;
         }
 }
 

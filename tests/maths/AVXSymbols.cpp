@@ -539,7 +539,8 @@ struct OfPrecisions
         v = GetPixel(v, matrix, size).value_or(v) + TransformNormal(matrix, v).value_or(v);
         tMatrixParts<T> const parts = Decompose(matrix).value_or(tMatrixParts<T>());
         matrix = TryInverted(matrix).value_or(Compose(parts)) + GetNormalMatrix(matrix).value_or(matrix) +
-                 Compose(v, parts.rotation, v);
+                 Compose(tMatrixParts<T>(v, parts.rotation, v));
+        matrix += Compose(v, parts.rotation, v);
         return GetViewDistance(x, matrix) > x;
     }
 

@@ -12,8 +12,9 @@ import statistics
 OURS = "BvBaseUtils"
 HAND_WRITTEN = "hand-written"
 LIMITS = ("memcpy", "memchr")  # what memory allows: no library, so no peer
-TOPICS = ["vector", "matrix", "transform", "scalar", "box", "sphere", "frustum", "bounds", "visibility", "ray", "noise",
-          "generator", "sampling", "batch", "scene", "hash", "string"]
+TOPICS = ["vector", "componentwise", "direction", "matrix", "transform", "view", "quaternion", "scalar", "box", "sphere",
+          "bounds", "frustum", "visibility", "ray", "intersect", "noise", "generator", "sampling", "batch", "scene",
+          "hash", "string"]
 APART = ("hash", "string")  # no mathematics: on a page of their own, in no mean
 V3 = ("gcc-v3", "GCC -O3 -march=x86-64-v3")
 CONTRACTION = ("gcc-v3-contraction", "v3, contraction allowed")

@@ -302,7 +302,7 @@ void ExpectGrowthToHold()
                                        std::sqrt(static_cast<long double>(a.GetRadiusSquared()))) /
                                       2;
             EXPECT_NEAR(static_cast<double>(toPoint.GetRadius()), static_cast<double>(least),
-                        2 * double{range} * double{EPSILON<T>} * 8);
+                        2 * static_cast<double>(range) * static_cast<double>(EPSILON<T>) * 8);
         }
         Round const both = Union(a, b);
         // One of the two as it is, where the other does not reach beyond it but for rounding.
@@ -341,10 +341,10 @@ void ExpectTheSmallest()
         }
         long double const least = SmallestRadius(points);
         // The centre rounds by half a step of its components, and the radius by the slack.
-        double const tolerance =
-            8 * double{EPSILON<T>} * (static_cast<double>(least) + double{smallest.GetCentre().Length()});
-        EXPECT_NEAR(double{smallest.GetRadius()}, static_cast<double>(least), tolerance);
-        EXPECT_GE(double{fast.GetRadius()} + tolerance, static_cast<double>(least));
+        double const tolerance = 8 * static_cast<double>(EPSILON<T>) *
+                                 (static_cast<double>(least) + static_cast<double>(smallest.GetCentre().Length()));
+        EXPECT_NEAR(static_cast<double>(smallest.GetRadius()), static_cast<double>(least), tolerance);
+        EXPECT_GE(static_cast<double>(fast.GetRadius()) + tolerance, static_cast<double>(least));
     }
 }
 

@@ -94,8 +94,10 @@ template <typename T>
 {
     double moved[3];
     for (std::size_t row = 0; row < 3; ++row)
-        moved[row] = double{matrix[4 * row]} * double{point.x} + double{matrix[4 * row + 1]} * double{point.y} +
-                     double{matrix[4 * row + 2]} * double{point.z} + double{matrix[4 * row + 3]};
+        moved[row] = static_cast<double>(matrix[4 * row]) * static_cast<double>(point.x) +
+                     static_cast<double>(matrix[4 * row + 1]) * static_cast<double>(point.y) +
+                     static_cast<double>(matrix[4 * row + 2]) * static_cast<double>(point.z) +
+                     static_cast<double>(matrix[4 * row + 3]);
     return {moved[0], moved[1], moved[2]};
 }
 
@@ -105,12 +107,14 @@ template <typename T>
 {
     double excess = -INF<double>;
     tVector3<double> const way =
-        point - tVector3<double>(double{box.GetCentre().x}, double{box.GetCentre().y}, double{box.GetCentre().z});
+        point - tVector3<double>(static_cast<double>(box.GetCentre().x), static_cast<double>(box.GetCentre().y),
+                                 static_cast<double>(box.GetCentre().z));
     for (std::size_t i = 0; i < 3; ++i)
     {
         tVector3<T> const& axis = box.GetAxis(i);
-        double const along = way.x * double{axis.x} + way.y * double{axis.y} + way.z * double{axis.z};
-        excess = std::fmax(excess, std::abs(along) - double{box.GetHalfExtents()[i]});
+        double const along = way.x * static_cast<double>(axis.x) + way.y * static_cast<double>(axis.y) +
+                             way.z * static_cast<double>(axis.z);
+        excess = std::fmax(excess, std::abs(along) - static_cast<double>(box.GetHalfExtents()[i]));
     }
     return excess;
 }
@@ -255,7 +259,8 @@ TYPED_TEST(OrientedBoxTest, ContainsIsTheThreeCoordinatesAlongTheAxes)
             tMatrix4<TypeParam>::RotateAxis({0, 0, 0}, random.Vector<tVector3<TypeParam>>(-1, 1), TypeParam{2}) *
             tMatrix4<TypeParam>::Translate(centre);
         tVector3<TypeParam> const point = random.Vector<tVector3<TypeParam>>(-3, 3);
-        double const excess = Excess(box, tVector3<double>(double{point.x}, double{point.y}, double{point.z}));
+        double const excess = Excess(box, tVector3<double>(static_cast<double>(point.x), static_cast<double>(point.y),
+                                                           static_cast<double>(point.z)));
         bool const isNearAFace = std::abs(excess) < 1e-5; // where rounding decides
         EXPECT_TRUE(isNearAFace || box.Contains(point) == (excess < 0));
     }
@@ -374,7 +379,7 @@ TYPED_TEST(OrientedBoxTest, ABoxUnderAnyMatrixLiesInTheResult)
         tOrientedBox<TypeParam> const after = before * matrix;
         ExpectPerpendicularUnits(after);
         for (unsigned int i = 0; i < 8; ++i)
-            EXPECT_LE(Excess(after, Moved(matrix, before.GetCorner(i))), 64 * double{EPSILON<TypeParam>});
+            EXPECT_LE(Excess(after, Moved(matrix, before.GetCorner(i))), 64 * static_cast<double>(EPSILON<TypeParam>));
     }
 }
 
@@ -397,7 +402,7 @@ TYPED_TEST(OrientedBoxTest, AxesThatAMatrixMakesZeroOrParallelAreReplaced)
         EXPECT_NEAR(flat.GetVolume(), TypeParam{0}, 256 * EPSILON<TypeParam>);
         ExpectPerpendicularUnits(flat);
         for (unsigned int i = 0; i < 8; ++i)
-            EXPECT_LE(Excess(flat, Moved(matrix, cube.GetCorner(i))), 32 * double{EPSILON<TypeParam>});
+            EXPECT_LE(Excess(flat, Moved(matrix, cube.GetCorner(i))), 32 * static_cast<double>(EPSILON<TypeParam>));
     }
 }
 

@@ -5,16 +5,16 @@
 #include <cstdint>
 #include <span>
 
+#include "bv/maths/Bounds.h"
 #include "bv/maths/Componentwise.h"
 #include "bv/maths/Direction.h"
-#include "bv/maths/Bounds.h"
 #include "bv/maths/Intersect.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/RNGenerator.h"
 #include "bv/maths/Sampling.h"
+#include "bv/maths/View.h"
 #include "bv/maths/Visibility.h"
 #include "bv/maths/simd/PacketTriangles.h"
-#include "bv/maths/View.h"
 #include "bv/maths/simd/SSERay.h"
 #include "bv/maths/tDepthRay.h"
 #include "bv/maths/tDifferential2.h"

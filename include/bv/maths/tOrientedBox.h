@@ -207,18 +207,26 @@ constexpr bool tOrientedBox<T>::Contains(tVector3<T> const& point) const noexcep
            detail::Magnitude(way.Dot(axes[1])) <= halfExtents.y && detail::Magnitude(way.Dot(axes[2])) <= halfExtents.z;
 }
 
+namespace detail
+{
+
+/// How far a box of these half extents reaches along an axis on which its own axes have these components.
+template <typename T>
+[[nodiscard, gnu::always_inline]] constexpr T Reach(tVector3<T> const& halfExtents, T x, T y, T z) noexcept
+{
+    return Magnitude(x) * halfExtents.x + Magnitude(y) * halfExtents.y + Magnitude(z) * halfExtents.z;
+}
+
+} // namespace detail
+
 template <typename T>
 constexpr tVolumeAABB<T> tOrientedBox<T>::GetBound() const noexcept
 {
     if (!IsValid())
         return {};
-    auto const reach = [&](T alongX, T alongY, T alongZ)
-    {
-        return detail::Magnitude(alongX) * halfExtents.x + detail::Magnitude(alongY) * halfExtents.y +
-               detail::Magnitude(alongZ) * halfExtents.z;
-    };
-    tVector3<T> const half(reach(axes[0].x, axes[1].x, axes[2].x), reach(axes[0].y, axes[1].y, axes[2].y),
-                           reach(axes[0].z, axes[1].z, axes[2].z));
+    tVector3<T> const half(detail::Reach(halfExtents, axes[0].x, axes[1].x, axes[2].x),
+                           detail::Reach(halfExtents, axes[0].y, axes[1].y, axes[2].y),
+                           detail::Reach(halfExtents, axes[0].z, axes[1].z, axes[2].z));
     return {centre - half, centre + half};
 }
 

@@ -242,14 +242,10 @@ tMatrix4<T> tMatrix4<T>::OrthogonalProjection(T const& left, T const& right, T c
                                               T const& nearPlane, T const& farPlane)
 {
     CheckView(left, right, bottom, top, nearPlane, farPlane, ORTHOGONAL_PROJECTION);
-    T const perWidth = T{1} / (right - left);
-    T const perHeight = T{1} / (top - bottom);
-    T const perDepth = T{1} / (farPlane - nearPlane);
-    return tMatrix4(Rows{Four<T>(T{2} * perWidth, T{0}, T{0}, -(left + right) * perWidth),
-                         Four<T>(T{0}, T{2} * perHeight, T{0}, -(bottom + top) * perHeight),
-                         Four<T>(T{0}, T{0}, T{-2} * perDepth, -(nearPlane + farPlane) * perDepth),
-                         Four<T>(T{0}, T{0}, T{0}, T{1})},
-                    GENERAL);
+    using Row = detail::tFour<T>;
+    Row const lower = Four(left, bottom, nearPlane, nearPlane);
+    Row const upper = Four(right, top, farPlane, farPlane);
+    return tMatrix4(detail::ParallelRows<T>(upper + lower, detail::Broadcast<Row>(T{1}) / (upper - lower)), GENERAL);
 }
 
 template <typename T>

@@ -18,11 +18,6 @@ using detail::Magnitude;
 using detail::MatrixAccess;
 using detail::Place;
 
-constexpr Place FROM_FIELD_OF_VIEW{"bv::maths::PerspectiveFromFieldOfView", 58};
-constexpr Place FROM_TANGENT{"bv::maths::PerspectiveFromTangent", 76};
-constexpr Place PERSPECTIVE{"bv::maths::PerspectiveProjection", 94};
-constexpr Place ORTHOGRAPHIC{"bv::maths::OrthographicProjection", 112};
-
 [[noreturn, gnu::cold]] void ThrowInvalidView(Place const& place)
 {
     throw InvalidArgumentException(L"Invalid view parameters", "internal\\Maths\\View", place.line, place.member);
@@ -44,14 +39,23 @@ template <typename T>
     return std::max({Magnitude(v.x), Magnitude(v.y), Magnitude(v.z)});
 }
 
-/// A vector in the same direction, of a length whose square is one; zero stays zero.
+/// A vector in the same direction, of a length whose square is of usual size, from one that is not; zero stays zero.
 template <typename T>
-[[nodiscard]] tVector3<T> OfUsualSize(tVector3<T> const& v) noexcept
+[[nodiscard, gnu::noinline, gnu::cold]] tVector3<T> OfUsualSize(tVector3<T> const& v) noexcept
 {
-    if (IsOfUsualSize(v.LengthSquared()) || v.LengthSquared() != v.LengthSquared())
-        return v;
     T const largest = LargestMagnitude(v);
-    return largest == T{0} ? v : v / largest;
+    bool const isZeroOrNaN = largest == T{0} || v.LengthSquared() != v.LengthSquared();
+    return isZeroOrNaN ? v : v / largest;
+}
+
+/// The vector of length 1 in the same direction.
+template <typename T>
+[[nodiscard]] inline tVector3<T> DirectionOf(tVector3<T> const& v) noexcept
+{
+    T const lengthSquared = v.LengthSquared();
+    if (IsOfUsualSize(lengthSquared)) [[likely]]
+        return v * (T{1} / detail::SquareRoot(lengthSquared));
+    return OfUsualSize(v).Normalised();
 }
 
 template <typename T>
@@ -59,16 +63,27 @@ struct CameraAxes
 {
     tVector3<T> right, up, back;
 
-    CameraAxes(tVector3<T> const& eye, tVector3<T> const& target, tVector3<T> const& upwards) noexcept
+    [[gnu::always_inline]] CameraAxes(tVector3<T> const& eye, tVector3<T> const& target,
+                                      tVector3<T> const& upwards) noexcept
     {
-        tVector3<T> const forward = OfUsualSize(target - eye).Normalised();
-        tVector3<T> const top = OfUsualSize(upwards);
+        tVector3<T> const forward = DirectionOf(target - eye);
+        tVector3<T> top = upwards;
+        T topSquared = top.LengthSquared();
+        if (!IsOfUsualSize(topSquared)) [[unlikely]]
+        {
+            top = OfUsualSize(top);
+            topSquared = top.LengthSquared();
+        }
         constexpr T PARALLEL = T{8} * std::numeric_limits<T>::epsilon();
-        right = forward.Cross(top);
+        tVector3<T> side = forward.Cross(top);
+        T sideSquared = side.LengthSquared();
         // NaN is not parallel to anything.
-        if (right.LengthSquared() <= PARALLEL * PARALLEL * top.LengthSquared())
-            right = GetRightWithoutUp(forward);
-        right.Normalise();
+        if (sideSquared <= PARALLEL * PARALLEL * topSquared) [[unlikely]]
+        {
+            side = GetRightWithoutUp(forward);
+            sideSquared = side.LengthSquared();
+        }
+        right = side * (T{1} / detail::SquareRoot(sideSquared));
         up = right.Cross(forward);
         back = -forward;
     }
@@ -88,64 +103,6 @@ template <typename T>
 {
     bool const isAtOrigin = eye.x == T{0} && eye.y == T{0} && eye.z == T{0};
     return isAtOrigin ? tMatrix4<T>::ORTHONORMAL : tMatrix4<T>::GENERAL;
-}
-
-// Projections
-
-/// The two elements of a projection that decide on depths.
-template <typename T>
-struct DepthElements
-{
-    T m33, m34;
-
-    void Set(tMatrix4<T>& matrix) const noexcept
-    {
-        matrix(tMatrix4<T>::IDX_33) = m33;
-        matrix(tMatrix4<T>::IDX_34) = m34;
-    }
-};
-
-template <typename T>
-[[nodiscard]] DepthElements<T> GetCentralDepth(T nearPlane, T farPlane, DepthRange range) noexcept
-{
-    bool const isInfinite = farPlane == std::numeric_limits<T>::infinity();
-    T const depth = farPlane - nearPlane;
-    if (range == DepthRange::ZERO_TO_ONE)
-    {
-        T const m33 = isInfinite ? T{-1} : -farPlane / depth;
-        return {m33, nearPlane * m33};
-    }
-    if (range == DepthRange::ONE_TO_ZERO)
-    {
-        if (isInfinite)
-            return {T{0}, nearPlane};
-        T const m33 = nearPlane / depth;
-        return {m33, farPlane * m33};
-    }
-    if (isInfinite)
-        return {T{-1}, T{-2} * nearPlane};
-    return {-(farPlane + nearPlane) / depth, T{-2} * farPlane * nearPlane / depth};
-}
-
-template <typename T>
-void CheckExtents(T left, T right, T bottom, T top, T nearPlane, T farPlane, Place const& place)
-{
-    if (IsEqual(left, right) || IsEqual(bottom, top) || IsEqual(nearPlane, farPlane))
-        ThrowInvalidView(place);
-}
-
-template <typename T>
-[[nodiscard]] tMatrix4<T> ProjectFromTangent(T tangent, T aspect, T nearPlane, T farPlane, DepthRange range,
-                                             Place const& place)
-{
-    if (tangent == T{0} || aspect == T{0} || IsEqual(nearPlane, farPlane))
-        ThrowInvalidView(place);
-    auto const [m33, m34] = GetCentralDepth(nearPlane, farPlane, range);
-    T const zero{0};
-    return MatrixAccess::Make<T>({Four(T{1} / (tangent * aspect), zero, zero, zero),
-                                  Four(zero, T{1} / tangent, zero, zero), Four(zero, zero, m33, m34),
-                                  Four(zero, zero, T{-1}, zero)},
-                                 tMatrix4<T>::GENERAL);
 }
 
 // Inverses
@@ -263,48 +220,25 @@ tMatrix4<T> PlaceCamera(tVector3<T> const& eye, tVector3<T> const& target, tVect
 }
 
 template <typename T>
-tMatrix4<T> PerspectiveFromFieldOfView(T fieldOfView, std::type_identity_t<T> aspect, std::type_identity_t<T> nearPlane,
-                                       std::type_identity_t<T> farPlane, DepthRange range)
+T detail::GetTangentOfHalf(T fieldOfView)
 {
     if (fieldOfView <= T{0} || fieldOfView >= std::numbers::pi_v<T>)
-        ThrowInvalidView(FROM_FIELD_OF_VIEW);
-    return ProjectFromTangent(std::tan(fieldOfView * T{0.5}), aspect, nearPlane, farPlane, range, FROM_FIELD_OF_VIEW);
+        ThrowInvalidView(PERSPECTIVE_FROM_FIELD_OF_VIEW);
+    return std::tan(fieldOfView * T{0.5});
 }
 
 template <typename T>
-tMatrix4<T> PerspectiveFromTangent(T tangent, std::type_identity_t<T> aspect, std::type_identity_t<T> nearPlane,
-                                   std::type_identity_t<T> farPlane, DepthRange range)
+void detail::CheckLens(T tangent, T aspect, T nearPlane, T farPlane, Place const& place)
 {
-    return ProjectFromTangent(tangent, aspect, nearPlane, farPlane, range, FROM_TANGENT);
+    if (tangent == T{0} || aspect == T{0} || IsEqual(nearPlane, farPlane))
+        ThrowInvalidView(place);
 }
 
 template <typename T>
-tMatrix4<T> PerspectiveProjection(T left, std::type_identity_t<T> right, std::type_identity_t<T> bottom,
-                                  std::type_identity_t<T> top, std::type_identity_t<T> nearPlane,
-                                  std::type_identity_t<T> farPlane, DepthRange range)
+void detail::CheckExtents(T left, T right, T bottom, T top, T nearPlane, T farPlane, Place const& place)
 {
-    CheckExtents(left, right, bottom, top, nearPlane, farPlane, PERSPECTIVE);
-    // Any plane in place of one at infinity, which would make NaN of the depths: they are set below.
-    bool const isInfinite = farPlane == std::numeric_limits<T>::infinity();
-    T const limit = isInfinite ? nearPlane + (T{1} + Magnitude(nearPlane)) : farPlane;
-    tMatrix4<T> result = tMatrix4<T>::PerspectiveProjection(left, right, bottom, top, nearPlane, limit);
-    GetCentralDepth(nearPlane, farPlane, range).Set(result);
-    return result;
-}
-
-template <typename T>
-tMatrix4<T> OrthographicProjection(T left, std::type_identity_t<T> right, std::type_identity_t<T> bottom,
-                                   std::type_identity_t<T> top, std::type_identity_t<T> nearPlane,
-                                   std::type_identity_t<T> farPlane, DepthRange range)
-{
-    CheckExtents(left, right, bottom, top, nearPlane, farPlane, ORTHOGRAPHIC);
-    tMatrix4<T> result = tMatrix4<T>::OrthogonalProjection(left, right, bottom, top, nearPlane, farPlane);
-    T const perDepth = T{1} / (farPlane - nearPlane);
-    if (range == DepthRange::ZERO_TO_ONE)
-        DepthElements<T>{-perDepth, -nearPlane * perDepth}.Set(result);
-    else if (range == DepthRange::ONE_TO_ZERO)
-        DepthElements<T>{perDepth, farPlane * perDepth}.Set(result);
-    return result;
+    if (IsEqual(left, right) || IsEqual(bottom, top) || IsEqual(nearPlane, farPlane))
+        ThrowInvalidView(place);
 }
 
 template <typename T>
@@ -323,9 +257,9 @@ std::optional<tMatrix4<T>> detail::TryInvertedWithCare(tMatrix4<T> const& matrix
 }
 
 template <typename T>
-std::optional<tMatrix4<T>> GetNormalMatrix(tMatrix4<T> const& matrix) noexcept
+std::optional<tMatrix4<T>> detail::GetNormalMatrixWithCare(tMatrix4<T> const& matrix) noexcept
 {
-    std::optional<tMatrix4<T>> result = TryInverted(matrix);
+    std::optional<tMatrix4<T>> result = TryInvertedWithCare(matrix);
     if (result)
         *result = result->Transposed();
     return result;
@@ -350,6 +284,9 @@ template BV_TEMPLATE_INSTANCE tMatrix4<float> PerspectiveProjection(float, float
                                                                     DepthRange);
 template BV_TEMPLATE_INSTANCE tMatrix4<float> OrthographicProjection(float, float, float, float, float, float,
                                                                      DepthRange);
+template BV_TEMPLATE_INSTANCE float detail::GetTangentOfHalf(float);
+template BV_TEMPLATE_INSTANCE void detail::CheckLens(float, float, float, float, Place const&);
+template BV_TEMPLATE_INSTANCE void detail::CheckExtents(float, float, float, float, float, float, Place const&);
 template BV_TEMPLATE_INSTANCE tRay<float> GetPixelRay(tVector2<float> const&, tVector2<float> const&,
                                                       tMatrix4<float> const&, tMatrix4<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE std::optional<tVector3<float>> GetPixel(tVector3<float> const&, tMatrix4<float> const&,
@@ -358,6 +295,8 @@ template BV_TEMPLATE_INSTANCE float GetViewDistance(float, tMatrix4<float> const
 template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<float>> TryInverted(tMatrix4<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<float>>
 detail::TryInvertedWithCare(tMatrix4<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<float>>
+detail::GetNormalMatrixWithCare(tMatrix4<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<float>> GetNormalMatrix(tMatrix4<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE std::optional<tVector3<float>> TransformNormal(tMatrix4<float> const&,
                                                                              tVector3<float> const&) noexcept;
@@ -371,6 +310,9 @@ template BV_TEMPLATE_INSTANCE tMatrix4<double> PerspectiveProjection(double, dou
                                                                      DepthRange);
 template BV_TEMPLATE_INSTANCE tMatrix4<double> OrthographicProjection(double, double, double, double, double, double,
                                                                       DepthRange);
+template BV_TEMPLATE_INSTANCE double detail::GetTangentOfHalf(double);
+template BV_TEMPLATE_INSTANCE void detail::CheckLens(double, double, double, double, Place const&);
+template BV_TEMPLATE_INSTANCE void detail::CheckExtents(double, double, double, double, double, double, Place const&);
 template BV_TEMPLATE_INSTANCE tRay<double> GetPixelRay(tVector2<double> const&, tVector2<double> const&,
                                                        tMatrix4<double> const&, tMatrix4<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE std::optional<tVector3<double>> GetPixel(tVector3<double> const&, tMatrix4<double> const&,
@@ -379,6 +321,8 @@ template BV_TEMPLATE_INSTANCE double GetViewDistance(double, tMatrix4<double> co
 template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<double>> TryInverted(tMatrix4<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<double>>
 detail::TryInvertedWithCare(tMatrix4<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<double>>
+detail::GetNormalMatrixWithCare(tMatrix4<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE std::optional<tMatrix4<double>> GetNormalMatrix(tMatrix4<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE std::optional<tVector3<double>> TransformNormal(tMatrix4<double> const&,
                                                                               tVector3<double> const&) noexcept;

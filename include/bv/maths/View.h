@@ -13,6 +13,7 @@
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/detail/MatrixAccess.h"
+#include "bv/maths/detail/Place.h"
 #include "bv/maths/detail/Rows.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tMatrixParts.h"
@@ -78,7 +79,7 @@ enum class DepthRange : std::uint32_t
 /// @throws InvalidArgumentException when the angle is not above 0 and below pi, the aspect is 0, or near and far are
 ///         IsEqual(); NaN passes.
 template <typename T>
-[[nodiscard]] tMatrix4<T>
+[[nodiscard, gnu::always_inline]] inline tMatrix4<T>
 PerspectiveFromFieldOfView(T fieldOfView, std::type_identity_t<T> aspect, std::type_identity_t<T> nearPlane,
                            std::type_identity_t<T> farPlane, DepthRange range = DepthRange::MINUS_ONE_TO_ONE);
 
@@ -99,19 +100,19 @@ PerspectiveFromFieldOfView(T fieldOfView, std::type_identity_t<T> aspect, std::t
 /// @param range what the planes are mapped to.
 /// @throws InvalidArgumentException when the tangent or the aspect is 0, or near and far are IsEqual().
 template <typename T>
-[[nodiscard]] tMatrix4<T> PerspectiveFromTangent(T tangent, std::type_identity_t<T> aspect,
-                                                 std::type_identity_t<T> nearPlane, std::type_identity_t<T> farPlane,
-                                                 DepthRange range = DepthRange::MINUS_ONE_TO_ONE);
+[[nodiscard, gnu::always_inline]] inline tMatrix4<T>
+PerspectiveFromTangent(T tangent, std::type_identity_t<T> aspect, std::type_identity_t<T> nearPlane,
+                       std::type_identity_t<T> farPlane, DepthRange range = DepthRange::MINUS_ONE_TO_ONE);
 
 /// tMatrix4::PerspectiveProjection() for any range of depth and, at +infinity, without a far plane: m33 and m34 are
 /// those of PerspectiveFromTangent(), all others those of the member.
 ///
 /// @throws InvalidArgumentException when the two ends of one extent are IsEqual().
 template <typename T>
-[[nodiscard]] tMatrix4<T> PerspectiveProjection(T left, std::type_identity_t<T> right, std::type_identity_t<T> bottom,
-                                                std::type_identity_t<T> top, std::type_identity_t<T> nearPlane,
-                                                std::type_identity_t<T> farPlane,
-                                                DepthRange range = DepthRange::MINUS_ONE_TO_ONE);
+[[nodiscard, gnu::always_inline]] inline tMatrix4<T>
+PerspectiveProjection(T left, std::type_identity_t<T> right, std::type_identity_t<T> bottom,
+                      std::type_identity_t<T> top, std::type_identity_t<T> nearPlane, std::type_identity_t<T> farPlane,
+                      DepthRange range = DepthRange::MINUS_ONE_TO_ONE);
 
 /// tMatrix4::OrthogonalProjection() for any range of depth. With p = 1 / (far - near), m33 and m34 are -p and -near * p
 /// for ZERO_TO_ONE, p and far * p for ONE_TO_ZERO; all others are those of the member. There is no parallel projection
@@ -119,10 +120,10 @@ template <typename T>
 ///
 /// @throws InvalidArgumentException when the two ends of one extent are IsEqual().
 template <typename T>
-[[nodiscard]] tMatrix4<T> OrthographicProjection(T left, std::type_identity_t<T> right, std::type_identity_t<T> bottom,
-                                                 std::type_identity_t<T> top, std::type_identity_t<T> nearPlane,
-                                                 std::type_identity_t<T> farPlane,
-                                                 DepthRange range = DepthRange::MINUS_ONE_TO_ONE);
+[[nodiscard, gnu::always_inline]] inline tMatrix4<T>
+OrthographicProjection(T left, std::type_identity_t<T> right, std::type_identity_t<T> bottom,
+                       std::type_identity_t<T> top, std::type_identity_t<T> nearPlane, std::type_identity_t<T> farPlane,
+                       DepthRange range = DepthRange::MINUS_ONE_TO_ONE);
 
 /// @}
 
@@ -193,7 +194,7 @@ template <typename T>
 /// ComputeNormalMatrices() has, or nothing where there is no inverse. The result is for directions,
 /// tVector3::TransformedAsVector(); normals are not of length 1 afterwards.
 template <typename T>
-[[nodiscard]] std::optional<tMatrix4<T>> GetNormalMatrix(tMatrix4<T> const& matrix) noexcept;
+[[nodiscard, gnu::always_inline]] inline std::optional<tMatrix4<T>> GetNormalMatrix(tMatrix4<T> const& matrix) noexcept;
 
 /// The normal of a surface that a matrix has turned: `normal.TransformedAsVector(*GetNormalMatrix(matrix))`, which is
 /// not normalised, or nothing where there is no such matrix. For many normals, keep the matrix.
@@ -240,9 +241,63 @@ template <typename T>
 namespace detail
 {
 
+// Where failures say that they were raised; see Place.
+inline constexpr Place PERSPECTIVE_FROM_FIELD_OF_VIEW{"bv::maths::PerspectiveFromFieldOfView", 58};
+inline constexpr Place PERSPECTIVE_FROM_TANGENT{"bv::maths::PerspectiveFromTangent", 76};
+inline constexpr Place PERSPECTIVE_OF_EXTENTS{"bv::maths::PerspectiveProjection", 94};
+inline constexpr Place ORTHOGRAPHIC_OF_EXTENTS{"bv::maths::OrthographicProjection", 112};
+
+/// std::tan(fieldOfView / 2).
+/// @throws InvalidArgumentException as PerspectiveFromFieldOfView() does for the angle.
+template <typename T>
+[[nodiscard]] T GetTangentOfHalf(T fieldOfView);
+
+/// Throws when the tangent or the aspect is 0, or near and far are IsEqual().
+template <typename T>
+[[gnu::cold]] void CheckLens(T tangent, T aspect, T nearPlane, T farPlane, Place const& place);
+
+/// Throws when the two ends of one extent are IsEqual().
+template <typename T>
+[[gnu::cold]] void CheckExtents(T left, T right, T bottom, T top, T nearPlane, T farPlane, Place const& place);
+
 /// TryInverted() for whatever is not plainly regular.
 template <typename T>
 [[nodiscard]] std::optional<tMatrix4<T>> TryInvertedWithCare(tMatrix4<T> const& matrix) noexcept;
+
+/// GetNormalMatrix() for the same.
+template <typename T>
+[[nodiscard]] std::optional<tMatrix4<T>> GetNormalMatrixWithCare(tMatrix4<T> const& matrix) noexcept;
+
+/// The two elements of a projection that decide on depths.
+template <typename T>
+struct tDepthElements
+{
+    T m33, m34;
+};
+
+/// Those of a central projection.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline tDepthElements<T> GetCentralDepth(T nearPlane, T farPlane,
+                                                                           DepthRange range) noexcept
+{
+    bool const isInfinite = farPlane == std::numeric_limits<T>::infinity();
+    T const depth = farPlane - nearPlane;
+    if (range == DepthRange::ZERO_TO_ONE)
+    {
+        T const m33 = isInfinite ? T{-1} : -farPlane / depth;
+        return {m33, nearPlane * m33};
+    }
+    if (range == DepthRange::ONE_TO_ZERO)
+    {
+        if (isInfinite)
+            return {T{0}, nearPlane};
+        T const m33 = nearPlane / depth;
+        return {m33, farPlane * m33};
+    }
+    if (isInfinite)
+        return {T{-1}, T{-2} * nearPlane};
+    return {-(farPlane + nearPlane) / depth, T{-2} * farPlane * nearPlane / depth};
+}
 
 /// Within these bounds, no product of a determinant or an inverse overflows, and what underflows is too small to count.
 template <typename T>
@@ -274,9 +329,109 @@ template <typename T>
     return magnitude >= SMALLEST_DETERMINANT<T> && magnitude > SINGULARITY<T> * product;
 }
 
+/// The inverse of a matrix, or its transpose, or nothing: what TryInverted() and GetNormalMatrix() share.
+template <bool IS_TRANSPOSED, typename T>
+[[nodiscard, gnu::always_inline]] inline std::optional<tMatrix4<T>>
+TryInvertedOrNormal(tMatrix4<T> const& matrix) noexcept
+{
+    using Row = tFour<T>;
+    T const* const m = matrix.Get();
+    Row const sums = RowSums(m);
+    if (MatrixAccess::IsGeneral(matrix) && All(sums <= Broadcast<Row>(LARGEST_ROW_SUM<T>)))
+    {
+        tAdjugate<T> const adjugate(m);
+        if (IsPlainlyRegular<T>(adjugate.determinant, sums))
+        {
+            tRows<T> rows = adjugate.Inverse();
+            auto state = tMatrix4<T>::GENERAL;
+            if constexpr (IS_TRANSPOSED)
+            {
+                rows = Transposed(rows);
+                state = MatrixAccess::Classify(rows);
+            }
+            std::optional<tMatrix4<T>> result(std::in_place);
+            MatrixAccess::Set(*result, rows, state);
+            return result;
+        }
+    }
+    if constexpr (IS_TRANSPOSED)
+        return GetNormalMatrixWithCare(matrix);
+    else
+        return TryInvertedWithCare(matrix);
+}
+
+/// A central projection of a symmetric view.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline tMatrix4<T> ProjectFromTangent(T tangent, T aspect, T nearPlane, T farPlane,
+                                                                        DepthRange range, Place const& place)
+{
+    if (tangent == T{0} || aspect == T{0} || !IsPlainlyDifferent(nearPlane, farPlane - nearPlane, TOLERANCE<T>))
+        [[unlikely]]
+        CheckLens(tangent, aspect, nearPlane, farPlane, place);
+    auto const [m33, m34] = GetCentralDepth(nearPlane, farPlane, range);
+    T const zero{0};
+    return MatrixAccess::Make<T>({Four(T{1} / (tangent * aspect), zero, zero, zero),
+                                  Four(zero, T{1} / tangent, zero, zero), Four(zero, zero, m33, m34),
+                                  Four(zero, zero, T{-1}, zero)},
+                                 tMatrix4<T>::GENERAL);
+}
+
 } // namespace BV_REGISTERS
 
 } // namespace detail
+
+template <typename T>
+inline tMatrix4<T> PerspectiveFromFieldOfView(T fieldOfView, std::type_identity_t<T> aspect,
+                                              std::type_identity_t<T> nearPlane, std::type_identity_t<T> farPlane,
+                                              DepthRange range)
+{
+    return detail::ProjectFromTangent(detail::GetTangentOfHalf(fieldOfView), aspect, nearPlane, farPlane, range,
+                                      detail::PERSPECTIVE_FROM_FIELD_OF_VIEW);
+}
+
+template <typename T>
+inline tMatrix4<T> PerspectiveFromTangent(T tangent, std::type_identity_t<T> aspect, std::type_identity_t<T> nearPlane,
+                                          std::type_identity_t<T> farPlane, DepthRange range)
+{
+    return detail::ProjectFromTangent(tangent, aspect, nearPlane, farPlane, range, detail::PERSPECTIVE_FROM_TANGENT);
+}
+
+template <typename T>
+inline tMatrix4<T> PerspectiveProjection(T left, std::type_identity_t<T> right, std::type_identity_t<T> bottom,
+                                         std::type_identity_t<T> top, std::type_identity_t<T> nearPlane,
+                                         std::type_identity_t<T> farPlane, DepthRange range)
+{
+    using Row = detail::tFour<T>;
+    Row const lower = detail::Four(left, bottom, nearPlane, nearPlane);
+    Row const upper = detail::Four(right, top, farPlane, farPlane);
+    Row const extents = upper - lower;
+    if (!detail::ArePlainlyDifferent<T>(lower, extents, TOLERANCE<T>)) [[unlikely]]
+        detail::CheckExtents<T>(left, right, bottom, top, nearPlane, farPlane, detail::PERSPECTIVE_OF_EXTENTS);
+    auto const [m33, m34] = detail::GetCentralDepth<T>(nearPlane, farPlane, range);
+    return detail::MatrixAccess::Make<T>(detail::CentralRows<T>(T{2} * nearPlane, upper + lower, extents, m33, m34),
+                                         tMatrix4<T>::GENERAL);
+}
+
+template <typename T>
+inline tMatrix4<T> OrthographicProjection(T left, std::type_identity_t<T> right, std::type_identity_t<T> bottom,
+                                          std::type_identity_t<T> top, std::type_identity_t<T> nearPlane,
+                                          std::type_identity_t<T> farPlane, DepthRange range)
+{
+    using Row = detail::tFour<T>;
+    Row const lower = detail::Four(left, bottom, nearPlane, nearPlane);
+    Row const upper = detail::Four(right, top, farPlane, farPlane);
+    Row const extents = upper - lower;
+    if (!detail::ArePlainlyDifferent<T>(lower, extents, TOLERANCE<T>)) [[unlikely]]
+        detail::CheckExtents<T>(left, right, bottom, top, nearPlane, farPlane, detail::ORTHOGRAPHIC_OF_EXTENTS);
+    Row const reciprocals = detail::Broadcast<Row>(T{1}) / extents;
+    detail::tRows<T> rows = detail::ParallelRows<T>(upper + lower, reciprocals);
+    T const perDepth = detail::Get<2>(reciprocals);
+    if (range == DepthRange::ZERO_TO_ONE)
+        rows.row3 = detail::Four(T{0}, T{0}, -perDepth, -nearPlane * perDepth);
+    else if (range == DepthRange::ONE_TO_ZERO)
+        rows.row3 = detail::Four(T{0}, T{0}, perDepth, farPlane * perDepth);
+    return detail::MatrixAccess::Make<T>(rows, tMatrix4<T>::GENERAL);
+}
 
 template <typename T>
 inline std::optional<tVector3<T>> GetPixel(tVector3<T> const& point, tMatrix4<T> const& worldToClip,
@@ -317,21 +472,13 @@ inline T GetViewDistance(std::type_identity_t<T> depth, tMatrix4<T> const& proje
 template <typename T>
 inline std::optional<tMatrix4<T>> TryInverted(tMatrix4<T> const& matrix) noexcept
 {
-    using Row = detail::tFour<T>;
-    T const* const m = matrix.Get();
-    Row const sums = detail::RowSums(m);
-    if (detail::MatrixAccess::IsGeneral(matrix) &&
-        detail::All(sums <= detail::Broadcast<Row>(detail::LARGEST_ROW_SUM<T>)))
-    {
-        detail::tAdjugate<T> const adjugate(m);
-        if (detail::IsPlainlyRegular<T>(adjugate.determinant, sums))
-        {
-            std::optional<tMatrix4<T>> result(std::in_place);
-            detail::MatrixAccess::Set(*result, adjugate.Inverse(), tMatrix4<T>::GENERAL);
-            return result;
-        }
-    }
-    return detail::TryInvertedWithCare(matrix);
+    return detail::TryInvertedOrNormal<false>(matrix);
+}
+
+template <typename T>
+inline std::optional<tMatrix4<T>> GetNormalMatrix(tMatrix4<T> const& matrix) noexcept
+{
+    return detail::TryInvertedOrNormal<true>(matrix);
 }
 
 extern template BV_TEMPLATE tMatrix4<float> LookAt(tVector3<float> const&, tVector3<float> const&,
@@ -343,6 +490,9 @@ extern template BV_TEMPLATE tMatrix4<float> PerspectiveFromTangent(float, float,
 extern template BV_TEMPLATE tMatrix4<float> PerspectiveProjection(float, float, float, float, float, float, DepthRange);
 extern template BV_TEMPLATE tMatrix4<float> OrthographicProjection(float, float, float, float, float, float,
                                                                    DepthRange);
+extern template BV_TEMPLATE float detail::GetTangentOfHalf(float);
+extern template BV_TEMPLATE void detail::CheckLens(float, float, float, float, Place const&);
+extern template BV_TEMPLATE void detail::CheckExtents(float, float, float, float, float, float, Place const&);
 extern template BV_TEMPLATE tRay<float> GetPixelRay(tVector2<float> const&, tVector2<float> const&,
                                                     tMatrix4<float> const&, tMatrix4<float> const&) noexcept;
 extern template BV_TEMPLATE std::optional<tVector3<float>> GetPixel(tVector3<float> const&, tMatrix4<float> const&,
@@ -350,6 +500,8 @@ extern template BV_TEMPLATE std::optional<tVector3<float>> GetPixel(tVector3<flo
 extern template BV_TEMPLATE float GetViewDistance(float, tMatrix4<float> const&) noexcept;
 extern template BV_TEMPLATE std::optional<tMatrix4<float>> TryInverted(tMatrix4<float> const&) noexcept;
 extern template BV_TEMPLATE std::optional<tMatrix4<float>> detail::TryInvertedWithCare(tMatrix4<float> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tMatrix4<float>>
+detail::GetNormalMatrixWithCare(tMatrix4<float> const&) noexcept;
 extern template BV_TEMPLATE std::optional<tMatrix4<float>> GetNormalMatrix(tMatrix4<float> const&) noexcept;
 extern template BV_TEMPLATE std::optional<tVector3<float>> TransformNormal(tMatrix4<float> const&,
                                                                            tVector3<float> const&) noexcept;
@@ -363,6 +515,9 @@ extern template BV_TEMPLATE tMatrix4<double> PerspectiveProjection(double, doubl
                                                                    DepthRange);
 extern template BV_TEMPLATE tMatrix4<double> OrthographicProjection(double, double, double, double, double, double,
                                                                     DepthRange);
+extern template BV_TEMPLATE double detail::GetTangentOfHalf(double);
+extern template BV_TEMPLATE void detail::CheckLens(double, double, double, double, Place const&);
+extern template BV_TEMPLATE void detail::CheckExtents(double, double, double, double, double, double, Place const&);
 extern template BV_TEMPLATE tRay<double> GetPixelRay(tVector2<double> const&, tVector2<double> const&,
                                                      tMatrix4<double> const&, tMatrix4<double> const&) noexcept;
 extern template BV_TEMPLATE std::optional<tVector3<double>> GetPixel(tVector3<double> const&, tMatrix4<double> const&,
@@ -371,6 +526,8 @@ extern template BV_TEMPLATE double GetViewDistance(double, tMatrix4<double> cons
 extern template BV_TEMPLATE std::optional<tMatrix4<double>> TryInverted(tMatrix4<double> const&) noexcept;
 extern template BV_TEMPLATE std::optional<tMatrix4<double>>
 detail::TryInvertedWithCare(tMatrix4<double> const&) noexcept;
+extern template BV_TEMPLATE std::optional<tMatrix4<double>>
+detail::GetNormalMatrixWithCare(tMatrix4<double> const&) noexcept;
 extern template BV_TEMPLATE std::optional<tMatrix4<double>> GetNormalMatrix(tMatrix4<double> const&) noexcept;
 extern template BV_TEMPLATE std::optional<tVector3<double>> TransformNormal(tMatrix4<double> const&,
                                                                             tVector3<double> const&) noexcept;

@@ -689,20 +689,16 @@ inline tMatrix4<T> tMatrix4<T>::PerspectiveProjection(T const& left, T const& ri
                                                       T const& nearPlane, T const& farPlane)
 {
     using Row = detail::tFour<T>;
-    using detail::Choose, detail::Four, detail::Get;
-    Row const lower = Four(left, bottom, nearPlane, nearPlane);
-    Row const upper = Four(right, top, farPlane, farPlane);
+    Row const lower = detail::Four(left, bottom, nearPlane, nearPlane);
+    Row const upper = detail::Four(right, top, farPlane, farPlane);
     Row const extents = upper - lower;
     if (!detail::ArePlainlyDifferent<T>(lower, extents, TOLERANCE<T>))
         CheckView(left, right, bottom, top, nearPlane, farPlane, PERSPECTIVE_PROJECTION);
     Row const sums = upper + lower;
-    Row const sides = Choose<0, 4, 1, 5>(detail::Broadcast<Row>(T{2} * nearPlane), sums) / Choose<0, 0, 1, 1>(extents);
-    T const depth = Get<2>(extents);
-    T const m33 = -Get<2>(sums) / depth;
+    T const depth = detail::Get<2>(extents);
+    T const m33 = -detail::Get<2>(sums) / depth;
     T const m34 = T{-2} * farPlane * nearPlane / depth;
-    return tMatrix4(Rows{Choose<0, 4, 1, 5>(sides, Row{}), Choose<4, 2, 3, 5>(sides, Row{}), Four(T{0}, T{0}, m33, m34),
-                         Four(T{0}, T{0}, T{-1}, T{0})},
-                    GENERAL);
+    return tMatrix4(detail::CentralRows<T>(T{2} * nearPlane, sums, extents, m33, m34), GENERAL);
 }
 
 /// Writes the text of the matrix, as its conversion to `std::string` gives it. The target's precision and flags do not

@@ -26,6 +26,12 @@ struct MatrixAccess
         StoreRows(rows, matrix.elements);
         matrix.state = state;
     }
+    /// The state that the classification of the elements gives.
+    template <typename T>
+    [[nodiscard, gnu::always_inline]] static typename tMatrix4<T>::State Classify(tRows<T> const& rows) noexcept
+    {
+        return tMatrix4<T>::Classify(rows);
+    }
     template <typename T>
     [[nodiscard, gnu::always_inline]] static bool IsGeneral(tMatrix4<T> const& matrix) noexcept
     {

@@ -356,6 +356,35 @@ template <typename T>
 
 /// @}
 
+/// @name Projections
+/// @{
+
+/// A central projection of a frustum, from twice the distance of its near plane, the sums and the differences of its
+/// ends - right and left, top and bottom in the first two lanes - and the two elements that decide on depths.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline tRows<T> CentralRows(T twiceNear, tFour<T> const& sums,
+                                                              tFour<T> const& extents, T m33, T m34) noexcept
+{
+    using Row = tFour<T>;
+    Row const sides = Choose<0, 4, 1, 5>(Broadcast<Row>(twiceNear), sums) / Choose<0, 0, 1, 1>(extents);
+    return {Choose<0, 4, 1, 5>(sides, Row{}), Choose<4, 2, 3, 5>(sides, Row{}), Four(T{0}, T{0}, m33, m34),
+            Four(T{0}, T{0}, T{-1}, T{0})};
+}
+
+/// A parallel projection of a box, from the sums of its ends and the reciprocals of its extents along x, y and z.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline tRows<T> ParallelRows(tFour<T> const& sums,
+                                                               tFour<T> const& reciprocals) noexcept
+{
+    T const zero{0};
+    tFour<T> const offsets = Negated(sums) * reciprocals;
+    return {Four(T{2} * Get<0>(reciprocals), zero, zero, Get<0>(offsets)),
+            Four(zero, T{2} * Get<1>(reciprocals), zero, Get<1>(offsets)),
+            Four(zero, zero, T{-2} * Get<2>(reciprocals), Get<2>(offsets)), Four(zero, zero, zero, T{1})};
+}
+
+/// @}
+
 /// @name Tests
 /// @{
 
@@ -402,6 +431,14 @@ template <typename T>
     T const bound = T{100} * tolerance;
     Row const bounds = (values * values + Broadcast<Row>(T{1})) * Broadcast<Row>(bound * bound);
     return All(bounds - differences * differences < Broadcast<Row>(T{0}));
+}
+
+/// The same for one value.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline bool IsPlainlyDifferent(T value, T difference, T tolerance) noexcept
+{
+    T const bound = T{100} * tolerance;
+    return (value * value + T{1}) * (bound * bound) - difference * difference < T{0};
 }
 
 /// Whether four pairs of numbers are equal by their difference alone, as most equal ones are.

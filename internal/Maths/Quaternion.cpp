@@ -63,13 +63,21 @@ template <typename V>
     return IsUsual(lengthSquared) ? detail::SquareRoot(lengthSquared) : GetFarLength(v);
 }
 
-/// The same direction at length 1, also where the squared length overflows or underflows; zero stays zero.
+/// The same direction at length 1, where the squared length may overflow or underflow; zero stays zero.
 template <typename V>
-[[nodiscard, gnu::noinline]] V AtLengthOne(V const& v) noexcept
+[[nodiscard, gnu::noinline]] V FarAtLengthOne(V const& v) noexcept
 {
     V const scaled = v * GetScale(v.LengthSquared());
     auto const lengthSquared = scaled.LengthSquared();
     return lengthSquared == 0 ? scaled : scaled * (1 / detail::SquareRoot(lengthSquared));
+}
+
+/// The same direction at length 1; zero stays zero.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline V AtLengthOne(V const& v) noexcept
+{
+    auto const lengthSquared = v.LengthSquared();
+    return IsUsual(lengthSquared) ? v * (1 / detail::SquareRoot(lengthSquared)) : FarAtLengthOne(v);
 }
 
 /// The same direction at another length; zero stays zero.
@@ -77,7 +85,7 @@ template <typename T>
 [[nodiscard, gnu::always_inline]] inline tVector3<T> AtLength(T length, tVector3<T> const& v) noexcept
 {
     T const lengthSquared = v.LengthSquared();
-    return IsUsual(lengthSquared) ? v * (length / detail::SquareRoot(lengthSquared)) : AtLengthOne(v) * length;
+    return IsUsual(lengthSquared) ? v * (length / detail::SquareRoot(lengthSquared)) : FarAtLengthOne(v) * length;
 }
 
 template <typename T>
@@ -117,6 +125,24 @@ template <typename T>
 [[nodiscard]] HalfTurn<T> TurnOf(tQuaternion<T> const& q) noexcept
 {
     return {AxisOf(q), std::atan2(GetLength(VectorOf(q)), q.w)};
+}
+
+/// The rotation about an axis whose squared length may overflow or underflow, or that is zero.
+template <typename T>
+[[nodiscard, gnu::noinline, gnu::cold]] tQuaternion<T> RotateFarAxis(tVector3<T> const& axis, T angle) noexcept
+{
+    if (IsZero(axis))
+        return {};
+    auto const [cosine, sine] = TurnBy(angle * T{0.5});
+    return FromParts(FarAtLengthOne(axis) * sine, cosine);
+}
+
+/// The logarithm of a quaternion where a squared length may overflow or underflow, or the vector is zero.
+template <typename T>
+[[nodiscard, gnu::noinline, gnu::cold]] tQuaternion<T> LogOfFar(tQuaternion<T> const& q) noexcept
+{
+    auto const [axis, angle] = TurnOf(q);
+    return FromParts(AtLength(angle, axis), std::log(GetLength(q)));
 }
 
 /// The numbers that GetShares() needs for each term, i / (2i + 1) and 1 / (i(2i + 1)).
@@ -214,8 +240,7 @@ template <typename T>
 }
 
 /// The rotation between two directions of length 1, or zero, that may be opposite.
-[[nodiscard, gnu::noinline]] tQuaternion<double> FarBetween(tVector3<double> const& a,
-                                                            tVector3<double> const& b) noexcept
+[[nodiscard]] inline tQuaternion<double> FarBetween(tVector3<double> const& a, tVector3<double> const& b) noexcept
 {
     double const cosine = a.Dot(b);
     if (!(cosine < 0))
@@ -268,28 +293,17 @@ template <typename T>
 tQuaternion<T> tQuaternion<T>::RotateAxis(tVector3<T> const& direction, T angle) noexcept
 {
     tVector3<T> const axis = ReadApart(direction);
-    if (IsZero(axis))
-        return {};
+    T const lengthSquared = axis.LengthSquared();
+    if (!IsUsual(lengthSquared)) [[unlikely]]
+        return RotateFarAxis(axis, angle);
     auto const [cosine, sine] = TurnBy(angle * T{0.5});
-    return FromParts(AtLength(sine, axis), cosine);
+    return FromParts(axis * (sine / detail::SquareRoot(lengthSquared)), cosine);
 }
 
 template <typename T>
-tQuaternion<T> tQuaternion<T>::RotateBetween(tVector3<T> const& from, tVector3<T> const& to) noexcept
+tQuaternion<T> detail::RotateFarBetween(tVector3<T> const& from, tVector3<T> const& to) noexcept
 {
-    tVector3<T> const a = ReadApart(from);
-    tVector3<T> const b = ReadApart(to);
-    T const squareA = a.LengthSquared();
-    T const squareB = b.LengthSquared();
-    auto const isNearOne = [](T square) { return square >= T{0.25} && square <= T{4}; };
-    T const lengths = detail::SquareRoot(squareA * squareB);
-    T const dot = a.Dot(b);
-    if (!(isNearOne(squareA) && isNearOne(squareB) && dot >= T{-0.5} * lengths))
-        return Narrowed<T>(FarBetween(AtLengthOne(Widened(a)), AtLengthOne(Widened(b))));
-    tVector3<T> const axis = a.Cross(b - a);
-    T const real = lengths + dot;
-    T const scale = T{1} / detail::SquareRoot(axis.LengthSquared() + real * real);
-    return FromParts(axis * scale, real * scale);
+    return Narrowed<T>(FarBetween(AtLengthOne(Widened(from)), AtLengthOne(Widened(to))));
 }
 
 template <typename T>
@@ -369,14 +383,21 @@ tQuaternion<T> Exp(tQuaternion<T> const& quaternion) noexcept
     T const angle = GetLength(vector);
     auto const [cosine, sine] = TurnBy(angle);
     T const share = angle == T{0} ? T{1} : sine / angle;
-    return FromParts(vector * share, cosine) * std::exp(quaternion.w);
+    tQuaternion<T> const rotation = FromParts(vector * share, cosine);
+    return quaternion.w == T{0} ? rotation : rotation * std::exp(quaternion.w);
 }
 
 template <typename T>
 tQuaternion<T> Log(tQuaternion<T> const& quaternion) noexcept
 {
-    auto const [axis, angle] = TurnOf(quaternion);
-    return FromParts(AtLength(angle, axis), std::log(GetLength(quaternion)));
+    tVector3<T> const vector = VectorOf(quaternion);
+    T const square = vector.LengthSquared();
+    T const wholeSquare = quaternion.LengthSquared();
+    if (!IsUsual(square) || !IsUsual(wholeSquare)) [[unlikely]]
+        return LogOfFar(quaternion);
+    T const length = detail::SquareRoot(square);
+    T const share = std::atan2(length, quaternion.w) / length;
+    return FromParts(vector * share, std::log(detail::SquareRoot(wholeSquare)));
 }
 
 template <typename T>
@@ -398,7 +419,11 @@ template class BV_TEMPLATE_INSTANCE tQuaternion<double>;
 template BV_TEMPLATE_INSTANCE tQuaternion<float>::tQuaternion(tQuaternion<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tQuaternion<double>::tQuaternion(tQuaternion<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tQuaternion<float> operator*(float, tQuaternion<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tQuaternion<float> detail::RotateFarBetween(tVector3<float> const&,
+                                                                          tVector3<float> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tQuaternion<double> operator*(double, tQuaternion<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tQuaternion<double> detail::RotateFarBetween(tVector3<double> const&,
+                                                                           tVector3<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tQuaternion<float> Slerp(tQuaternion<float> const&, tQuaternion<float> const&,
                                                        float) noexcept;
 template BV_TEMPLATE_INSTANCE tQuaternion<double> Slerp(tQuaternion<double> const&, tQuaternion<double> const&,

@@ -94,7 +94,8 @@ public:
     /// infinities and NaN give NaN.
     ///
     /// @param from,to of any lengths.
-    [[nodiscard]] static tQuaternion RotateBetween(tVector3<T> const& from, tVector3<T> const& to) noexcept;
+    [[nodiscard, gnu::always_inline]] static inline tQuaternion RotateBetween(tVector3<T> const& from,
+                                                                              tVector3<T> const& to) noexcept;
     /// @}
 
     /// @name Access
@@ -212,6 +213,41 @@ public:
     /// @}
 };
 
+namespace detail
+{
+
+/// Whether a squared length is one for which tQuaternion::RotateBetween() goes the plain way.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline bool IsNearOne(T square) noexcept
+{
+    return square >= T{0.25} && square <= T{4};
+}
+
+/// tQuaternion::RotateBetween() for directions that are nearly opposite, or whose lengths are not near 1.
+template <typename T>
+[[nodiscard]] tQuaternion<T> RotateFarBetween(tVector3<T> const& from, tVector3<T> const& to) noexcept;
+
+} // namespace detail
+
+template <typename T>
+inline tQuaternion<T> tQuaternion<T>::RotateBetween(tVector3<T> const& from, tVector3<T> const& to) noexcept
+{
+    using Lanes = detail::tFour<T>;
+    T const squareA = from.LengthSquared();
+    T const squareB = to.LengthSquared();
+    if (!(detail::IsNearOne(squareA) && detail::IsNearOne(squareB))) [[unlikely]]
+        return detail::RotateFarBetween(from, to);
+    T const lengths = detail::SquareRoot(squareA * squareB);
+    T const dot = from.Dot(to);
+    if (dot < T{-0.5} * lengths) [[unlikely]]
+        return detail::RotateFarBetween(from, to);
+    tVector3<T> const axis = from.Cross(to - from);
+    T const real = lengths + dot;
+    T const scale = T{1} / detail::SquareRoot(axis.LengthSquared() + real * real);
+    return detail::MakeFrom<tQuaternion, T>(detail::Four(axis.x, axis.y, axis.z, real) *
+                                            detail::Broadcast<Lanes>(scale));
+}
+
 template <typename T>
 constexpr T tQuaternion<T>::Dot(tQuaternion const& other) const noexcept
 {
@@ -243,7 +279,7 @@ inline tMatrix4<T> tQuaternion<T>::GetMatrix() const noexcept
 {
     using Matrix = tMatrix4<T>;
     detail::tFour<T> const q = detail::LoadFour<T>(*this);
-    if ((detail::Bits(q == detail::tFour<T>{}) & 7) == 7 && w == w)
+    if (x == T{0} && (detail::Bits(q == detail::tFour<T>{}) & 7) == 7 && w == w) [[unlikely]]
         return Matrix();
     return Matrix(detail::RotationRows<T>(q, T{2} / detail::SumOfFour<T>(q * q)), Matrix::ORTHONORMAL);
 }
@@ -364,7 +400,11 @@ extern template class BV_TEMPLATE tQuaternion<double>;
 extern template BV_TEMPLATE tQuaternion<float>::tQuaternion(tQuaternion<double> const&) noexcept;
 extern template BV_TEMPLATE tQuaternion<double>::tQuaternion(tQuaternion<float> const&) noexcept;
 extern template BV_TEMPLATE tQuaternion<float> operator*(float, tQuaternion<float> const&) noexcept;
+extern template BV_TEMPLATE tQuaternion<float> detail::RotateFarBetween(tVector3<float> const&,
+                                                                        tVector3<float> const&) noexcept;
 extern template BV_TEMPLATE tQuaternion<double> operator*(double, tQuaternion<double> const&) noexcept;
+extern template BV_TEMPLATE tQuaternion<double> detail::RotateFarBetween(tVector3<double> const&,
+                                                                         tVector3<double> const&) noexcept;
 template <typename T>
 inline tQuaternion<T> Nlerp(tQuaternion<T> const& a, tQuaternion<T> const& b, std::type_identity_t<T> t) noexcept
 {

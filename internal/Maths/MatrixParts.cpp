@@ -209,11 +209,13 @@ tMatrix4<T> Compose(tMatrixParts<T> const& parts) noexcept
     Row const s1 = Four(scale.x, shear.x, shear.y, T{0});
     Row const s2 = Four(shear.x, scale.y, shear.z, T{0});
     Row const s3 = Four(shear.y, shear.z, scale.z, T{0});
-    T m[12];
-    for (std::size_t i = 0; i < 12; i += 4)
-        detail::Store(detail::Combine<T>(s1, s2, s3, turn[i], turn[i + 1], turn[i + 2]), m + i);
-    return tMatrix4<T>(m[0], m[1], m[2], offset.x, m[4], m[5], m[6], offset.y, m[8], m[9], m[10], offset.z, T{0}, T{0},
-                       T{0}, T{1});
+    auto const row = [&](std::size_t first, T last)
+    {
+        Row const sums = detail::Combine<T>(s1, s2, s3, turn[first], turn[first + 1], turn[first + 2]);
+        return detail::Choose<0, 1, 2, 7>(sums, detail::Broadcast<Row>(last));
+    };
+    detail::tRows<T> const rows{row(0, offset.x), row(4, offset.y), row(8, offset.z), Four(T{0}, T{0}, T{0}, T{1})};
+    return detail::MatrixAccess::Make<T>(rows, detail::MatrixAccess::Classify(rows));
 }
 
 template <typename T>

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "maths/values/IntersectValues.h"
+#include "support/Flags.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
 #include "support/Random.h"
@@ -144,7 +145,7 @@ TYPED_TEST(IntersectTest, BothSidesOfATriangleCount)
         tRay<T> const ray({T(0.25), T(0.5), side * 2}, {0, 0, -side});
         EXPECT_TRUE(BothMeet(ray, triangle, T{0}, T{10}));
         EXPECT_TRUE(BothMeet(ray, turned, T{0}, T{10}));
-        tTriangleHit<T> hit;
+        tTriangleHit<T> hit{};
         EXPECT_TRUE(IntersectTriangle(ray, triangle.a, triangle.b, triangle.c, 0, 10, hit));
         EXPECT_EQ(hit.t, T{2});
         EXPECT_EQ(hit.u, T(0.25)); // of (1, 0, 0)
@@ -274,6 +275,43 @@ TYPED_TEST(IntersectTest, HitsLieOnTheRayAndOnTheTriangle)
         }
     }
     EXPECT_GT(hits, 500);
+}
+
+// Compilers turn such loops into vectors, in which a ray that misses is computed beside one that hits.
+TYPED_TEST(IntersectTest, LoopsOverPlanesAndDiscsDivideNothingByZero)
+{
+    using T = TypeParam;
+    constexpr std::size_t COUNT = 64;
+    std::vector<tVector3<T>> normals; // x = 2 at odd places; at even ones z = 2, which the ray runs along
+    for (std::size_t i = 0; i < COUNT; ++i)
+        normals.push_back(i % 2 != 0 ? tVector3<T>(1, 0, 0) : tVector3<T>(0, 0, 1));
+    std::vector<tPlane<T>> planes;
+    for (tVector3<T> const& normal : normals)
+        planes.emplace_back(normal, T{-2});
+    tRay<T> const ray({0, 0, 0}, {1, 0, 0});
+    std::vector<T> ofPlanes(COUNT);
+    std::vector<T> ofDiscs(COUNT);
+    int const raised = Raised(
+        [&]
+        {
+            for (std::size_t i = 0; i < COUNT; ++i)
+            {
+                T t{};
+                ofPlanes[i] = IntersectPlane(ray, planes[i], 0, 9, t) ? t : T{-1};
+            }
+            for (std::size_t i = 0; i < COUNT; ++i)
+            {
+                T t{};
+                ofDiscs[i] = IntersectDisc(ray, {2, 0, 0}, normals[i], 1, 0, 9, t) ? t : T{-1};
+            }
+            return ofDiscs.front();
+        });
+    EXPECT_EQ(raised, 0) << NameOfFlags(raised);
+    for (std::size_t i = 0; i < COUNT; ++i)
+    {
+        EXPECT_EQ(ofPlanes[i], i % 2 != 0 ? T{2} : T{-1});
+        EXPECT_EQ(ofDiscs[i], i % 2 != 0 ? T{2} : T{-1});
+    }
 }
 
 TYPED_TEST(IntersectTest, PlanesAreMetAtTheQuotientOfTheirDistances)

@@ -114,10 +114,12 @@ template <typename T>
     tVector3<T> const& p = ray.origin;
     tVector3<T> const& d = ray.direction;
     T const denominator = n.x * d.x + d.y * n.y + d.z * n.z;
-    if (denominator == T{0})
+    bool const crosses = denominator != T{0};
+    if (!detail::VECTORISES_TESTS && !crosses)
         return false;
-    T const at = -((p.x * n.x + p.y * n.y + p.z * n.z) + plane.GetOffset()) / denominator + T{0};
-    if (!(tNear <= at && at <= tFar))
+    T const divisor = crosses ? denominator : T{1};
+    T const at = -((p.x * n.x + p.y * n.y + p.z * n.z) + plane.GetOffset()) / divisor + T{0};
+    if (!(crosses & (tNear <= at) & (at <= tFar)))
         return false;
     t = at;
     return true;
@@ -137,12 +139,17 @@ IntersectDisc(tRay<T> const& ray, tVector3<T> const& centre, tVector3<T> const& 
               std::type_identity_t<T> tNear, std::type_identity_t<T> tFar, T& t) noexcept
 {
     T const denominator = normal.Dot(ray.direction);
-    if (denominator == T{0})
+    bool const crosses = denominator != T{0};
+    if (!detail::VECTORISES_TESTS && !crosses)
         return false;
     tVector3<T> const fromCentre = ray.origin - centre;
-    T const at = -normal.Dot(fromCentre) / denominator + T{0};
+    T const divisor = crosses ? denominator : T{1};
+    T const at = -normal.Dot(fromCentre) / divisor + T{0};
+    bool const counts = crosses & (tNear <= at) & (at <= tFar) & (radius >= T{0});
+    if (!detail::VECTORISES_TESTS && !counts)
+        return false;
     tVector3<T> const way = fromCentre + ray.direction * at;
-    if (!(tNear <= at && at <= tFar && radius >= T{0} && way.LengthSquared() <= radius * radius))
+    if (!(counts & (way.LengthSquared() <= radius * radius)))
         return false;
     t = at;
     return true;

@@ -71,6 +71,10 @@ constexpr bool MEASURES_AXES_TOGETHER = HAS_SSE2 && !(IS_CLANG && sizeof(T) == s
 template <typename T>
 constexpr bool ROTATES_IN_LANES = HAS_SSE2 && !HAS_AVX2 && sizeof(T) == sizeof(float);
 
+/// Clang vectorises a loop of tests that have no branches, as long as none can divide by zero. GCC takes a branch for a
+/// choice of divisors, and is faster where nothing is computed behind it.
+constexpr bool VECTORISES_TESTS = IS_CLANG;
+
 /// The address of an object. Clang would take the alignment of its type for granted, which an object in a packed record
 /// does not have.
 [[nodiscard, gnu::always_inline]] inline std::uintptr_t AddressOf(void const* object) noexcept

@@ -8,9 +8,12 @@
 #include <vector>
 
 #include "bv/maths/batch/Rays.h"
+#include "bv/maths/simd/SSERay.h"
 #include "bv/maths/tReciprocalRay.h"
 
 #include "Bench.h"
+#include "PacketMeetings.h"
+#include "RayPackets.h"
 #include "Topics.h"
 #include "TriangleData.h"
 
@@ -137,10 +140,93 @@ void AddPrecision()
         });
 }
 
+template <typename T>
+void AddShapes()
+{
+    struct Disc
+    {
+        tVector3<T> centre, normal;
+        T radius;
+    };
+    std::vector<tRay<T>> const rays = Build(TriangleRays(), 6, MakeRay<T>);
+    auto const keep = [](auto const& shape) { return shape; };
+    AddMeetings<T>(Row<T>("disc"), rays,
+                   Build(DiscNumbers(), 7,
+                         [](double const* n) {
+                             return Disc{MakeVector<T>(n), MakeVector<T>(n + 3), static_cast<T>(n[6])};
+                         }),
+                   keep,
+                   [](tRay<T> const& ray, Disc const& disc)
+                   {
+                       T t;
+                       return IntersectDisc(ray, disc.centre, disc.normal, disc.radius, 0, 1000, t) ? t : T{-1};
+                   });
+    AddMeetings<T>(Row<T>("turned box"), rays,
+                   Build(TurnedBoxNumbers(), 15,
+                         [](double const* n)
+                         {
+                             return tOrientedBox<T>(MakeVector<T>(n), MakeVector<T>(n + 3), MakeVector<T>(n + 6),
+                                                    MakeVector<T>(n + 9), MakeVector<T>(n + 12));
+                         }),
+                   keep,
+                   [](tRay<T> const& ray, tOrientedBox<T> const& box)
+                   {
+                       T tNear = 0;
+                       T tFar = 1000;
+                       return ClipOrientedBox(ray, box, tNear, tFar) ? tNear : T{-1};
+                   });
+    AddMovedRays<T>(
+        Row<T>("moved ray"), Build(MovedRays(), 6, MakeRay<T>), tMatrix4<T>(tMatrix4<double>(RayMotion().data())),
+        [](tRay<T> const& ray, tMatrix4<T> const& motion) { return TransformRay(ray, motion); },
+        [](std::vector<double>& numbers, tRay<T> const& ray)
+        {
+            for (tVector3<T> const& v : {ray.origin, ray.direction})
+                numbers.insert(numbers.end(),
+                               {static_cast<double>(v.x), static_cast<double>(v.y), static_cast<double>(v.z)});
+        });
+    auto const triangles = Build(TriangleNumbers(), 9,
+                                 [](double const* n) {
+                                     return Triangle<T>{MakeVector<T>(n), MakeVector<T>(n + 3), MakeVector<T>(n + 6)};
+                                 });
+    AddMeetings<T>(
+        Row<T>("triangle in box"),
+        Build(CellNumbers(), 6, [](double const* n) { return tVolumeAABB<T>(MakeVector<T>(n), MakeVector<T>(n + 3)); }),
+        triangles, keep,
+        [](tVolumeAABB<T> const& box, Triangle<T> const& triangle)
+        { return static_cast<T>(OverlapsTriangle(box, triangle.a, triangle.b, triangle.c)); });
+    AddMeetings<T>(Row<T>("barycentric coordinates"), Build(TrianglePoints(), 3, MakeVector<T>), triangles, keep,
+                   [](tVector3<T> const& point, Triangle<T> const& triangle)
+                   {
+                       T u, v;
+                       return GetBarycentric(point, triangle.a, triangle.b, triangle.c, u, v) ? u + v * 2 : T{-1};
+                   });
+}
+
+void AddPackets()
+{
+    using simd::SSERay;
+    AddPacketMeetings(Row<float>("four rays, triangle"), SSERay::WIDTH,
+                      [](float const* rays, float const* triangles, std::size_t count, float* results)
+                      { MeetAll<SSERay>(LoadPacket<SSERay>(rays), triangles, count, results); });
+    AddPacketMeetings(Row<float>("four rays, triangle, watertight"), SSERay::WIDTH,
+                      [](float const* rays, float const* triangles, std::size_t count, float* results)
+                      {
+                          simd::tWatertightPacket<SSERay> const ready(LoadPacket<SSERay>(rays));
+                          MeetAll<SSERay>(ready, triangles, count, results);
+                      });
+    if (!__builtin_cpu_supports("avx"))
+        return;
+    AddPacketMeetings(Row<float>("eight rays, triangle"), EIGHT, avx::MeetTriangles);
+    AddPacketMeetings(Row<float>("eight rays, triangle, watertight"), EIGHT, avx::MeetMesh);
+}
+
 } // namespace
 
 void AddIntersect()
 {
+    AddShapes<float>();
+    AddShapes<double>();
+    AddPackets();
     AddPrecision<float>();
     AddPrecision<double>();
 }

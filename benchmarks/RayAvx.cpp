@@ -2,6 +2,7 @@
 
 #include "bv/maths/simd/AVXRay.h"
 
+#include "PacketMeetings.h"
 #include "RayPackets.h"
 
 namespace bench::avx
@@ -51,6 +52,17 @@ void ClipBoxes(float const* packet, float const* boxes, std::size_t count, int* 
     auto const* const all = reinterpret_cast<bv::maths::VolumeAABBf const*>(boxes);
     for (std::size_t i = 0; i < count; ++i)
         masks[i] = Clip(one, all[i]);
+}
+
+void MeetTriangles(float const* rays, float const* triangles, std::size_t count, float* results)
+{
+    MeetAll<AVXRay>(LoadPacket<AVXRay>(rays), triangles, count, results);
+}
+
+void MeetMesh(float const* rays, float const* triangles, std::size_t count, float* results)
+{
+    bv::maths::simd::tWatertightPacket<AVXRay> const ready(LoadPacket<AVXRay>(rays));
+    MeetAll<AVXRay>(ready, triangles, count, results);
 }
 
 } // namespace bench::avx

@@ -28,6 +28,10 @@ void MakePackets(float const* rays, std::size_t count, float* packets);
 void ClipPackets(float const* packets, std::size_t count, float const* box, int* masks);
 /// One packet against each box.
 void ClipBoxes(float const* packet, float const* boxes, std::size_t count, int* masks);
+/// Eight rays of six numbers each against triangles of nine: parameters, or -1.
+void MeetTriangles(float const* rays, float const* triangles, std::size_t count, float* results);
+/// The same so that no ray slips through a closed mesh.
+void MeetMesh(float const* rays, float const* triangles, std::size_t count, float* results);
 } // namespace avx
 
 namespace peers::avx
@@ -35,6 +39,8 @@ namespace peers::avx
 void MakePackets(float const* rays, std::size_t count, float* packets);
 void ClipPackets(float const* packets, std::size_t count, float const* box, int* masks);
 void ClipBoxes(float const* packet, float const* boxes, std::size_t count, int* masks);
+void MeetTriangles(float const* rays, float const* triangles, std::size_t count, float* results);
+void MeetMesh(float const* rays, float const* triangles, std::size_t count, float* results);
 } // namespace peers::avx
 
 /// Adds the rows of the packets of eight.

@@ -16,8 +16,10 @@
 #include <Imath/ImathPlane.h>
 
 #include "Bench.h"
+#include "RayPackets.h"
 #include "Topics.h"
 #include "TriangleData.h"
+#include "peers/PacketKernels.h"
 
 namespace bench::peers
 {
@@ -316,10 +318,242 @@ void AddHandWritten()
         [](SlabRay<T> const& ray, std::array<T, 6> const& box) { return ray.Meet(box); });
 }
 
+template <typename T>
+[[gnu::always_inline]] inline T DotByHand(Plain<T> const& a, Plain<T> const& b)
+{
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+template <typename T>
+[[gnu::always_inline]] inline Plain<T> CrossByHand(Plain<T> const& a, Plain<T> const& b)
+{
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+template <typename T>
+struct PlainDisc
+{
+    Plain<T> centre, normal;
+    T radius;
+
+    [[gnu::always_inline]] T Meet(Ray<Plain<T>> const& ray) const
+    {
+        T const along = DotByHand(normal, ray.direction);
+        if (along == 0)
+            return -1;
+        Plain<T> const from = ray.origin - centre;
+        T const t = -DotByHand(normal, from) / along;
+        if (!(t >= 0 && t <= 1000))
+            return -1;
+        Plain<T> const way{from.x + ray.direction.x * t, from.y + ray.direction.y * t, from.z + ray.direction.z * t};
+        return DotByHand(way, way) <= radius * radius ? t : T{-1};
+    }
+};
+
+/// Slabs along the axes of the box.
+template <typename T>
+struct PlainTurnedBox
+{
+    Plain<T> centre;
+    std::array<Plain<T>, 3> axes;
+    std::array<T, 3> half;
+
+    [[gnu::always_inline]] T Meet(Ray<Plain<T>> const& ray) const
+    {
+        Plain<T> const from = ray.origin - centre;
+        T tNear = 0;
+        T tFar = 1000;
+        for (std::size_t i = 0; i < 3; ++i)
+        {
+            T const inverse = 1 / DotByHand(ray.direction, axes[i]);
+            T const at = DotByHand(from, axes[i]);
+            T const a = (-half[i] - at) * inverse;
+            T const b = (half[i] - at) * inverse;
+            tNear = std::max(tNear, std::min(a, b));
+            tFar = std::min(tFar, std::max(a, b));
+        }
+        return tNear <= tFar ? tNear : T{-1};
+    }
+};
+
+/// Whether a product of an edge and an axis separates: the edge's two components in the plane of the other axes, two
+/// corners and the half extents there.
+template <typename T>
+[[gnu::always_inline]] inline bool Separates(T y, T z, T ay, T az, T by, T bz, T halfY, T halfZ)
+{
+    T const p = y * az - z * ay;
+    T const q = y * bz - z * by;
+    T const reach = std::abs(y) * halfZ + std::abs(z) * halfY;
+    return std::min(p, q) > reach || std::max(p, q) < -reach;
+}
+
+template <typename T>
+[[gnu::always_inline]] inline bool SeparatesByEdge(Plain<T> const& edge, Plain<T> const& a, Plain<T> const& b,
+                                                   Plain<T> const& half)
+{
+    return Separates(edge.y, edge.z, a.y, a.z, b.y, b.z, half.y, half.z) ||
+           Separates(edge.z, edge.x, a.z, a.x, b.z, b.x, half.z, half.x) ||
+           Separates(edge.x, edge.y, a.x, a.y, b.x, b.y, half.x, half.y);
+}
+
+template <typename T>
+[[gnu::always_inline]] inline bool LieBeyond(T a, T b, T c, T half)
+{
+    return std::min({a, b, c}) > half || std::max({a, b, c}) < -half;
+}
+
+/// Akenine-Moeller's thirteen axes: the faces, the edges, the plane.
+template <typename T>
+[[gnu::always_inline]] inline bool OverlapByHand(std::array<T, 6> const& box, Triangle<Plain<T>> const& triangle)
+{
+    Plain<T> const centre{(box[0] + box[3]) / 2, (box[1] + box[4]) / 2, (box[2] + box[5]) / 2};
+    Plain<T> const half{(box[3] - box[0]) / 2, (box[4] - box[1]) / 2, (box[5] - box[2]) / 2};
+    Plain<T> const a = triangle.a - centre;
+    Plain<T> const b = triangle.b - centre;
+    Plain<T> const c = triangle.c - centre;
+    if (LieBeyond(a.x, b.x, c.x, half.x) || LieBeyond(a.y, b.y, c.y, half.y) || LieBeyond(a.z, b.z, c.z, half.z))
+        return false;
+    if (SeparatesByEdge(b - a, a, c, half) || SeparatesByEdge(c - b, b, a, half) || SeparatesByEdge(a - c, c, b, half))
+        return false;
+    Plain<T> const normal = CrossByHand(b - a, c - a);
+    T const reach = std::abs(normal.x) * half.x + std::abs(normal.y) * half.y + std::abs(normal.z) * half.z;
+    return std::abs(DotByHand(normal, a)) <= reach;
+}
+
+/// C. Ericson, "Real-Time Collision Detection", 2005.
+template <typename T>
+[[gnu::always_inline]] inline T GetWeightsByHand(Plain<T> const& point, Triangle<Plain<T>> const& triangle)
+{
+    Plain<T> const toB = triangle.b - triangle.a;
+    Plain<T> const toC = triangle.c - triangle.a;
+    Plain<T> const way = point - triangle.a;
+    T const bb = DotByHand(toB, toB);
+    T const bc = DotByHand(toB, toC);
+    T const cc = DotByHand(toC, toC);
+    T const pb = DotByHand(way, toB);
+    T const pc = DotByHand(way, toC);
+    T const inverse = 1 / (bb * cc - bc * bc);
+    return (cc * pb - bc * pc) * inverse + (bb * pc - bc * pb) * inverse * 2;
+}
+
+template <typename T>
+void AddShapesByHand()
+{
+    using Vector = Plain<T>;
+    auto const makeVector = [](double const* n) {
+        return Vector{static_cast<T>(n[0]), static_cast<T>(n[1]), static_cast<T>(n[2])};
+    };
+    auto const makeRay = [=](double const* n) { return Ray<Vector>{makeVector(n), makeVector(n + 3)}; };
+    auto const rays = Build(TriangleRays(), 6, makeRay);
+    auto const keep = [](auto const& shape) { return shape; };
+    auto const meet = [](Ray<Vector> const& ray, auto const& shape) { return shape.Meet(ray); };
+    AddMeetings<T>(Row<T>("disc", "hand-written"), rays,
+                   Build(DiscNumbers(), 7,
+                         [=](double const* n) {
+                             return PlainDisc<T>{makeVector(n), makeVector(n + 3), static_cast<T>(n[6])};
+                         }),
+                   keep, meet);
+    AddMeetings<T>(Row<T>("turned box", "hand-written"), rays,
+                   Build(TurnedBoxNumbers(), 15,
+                         [=](double const* n)
+                         {
+                             return PlainTurnedBox<T>{
+                                 makeVector(n),
+                                 {makeVector(n + 3), makeVector(n + 6), makeVector(n + 9)},
+                                 {static_cast<T>(n[12]), static_cast<T>(n[13]), static_cast<T>(n[14])}};
+                         }),
+                   keep, meet);
+    auto const triangles = Build(TriangleNumbers(), 9,
+                                 [=](double const* n) {
+                                     return Triangle<Vector>{makeVector(n), makeVector(n + 3), makeVector(n + 6)};
+                                 });
+    AddMeetings<T>(Row<T>("triangle in box", "hand-written"),
+                   Build(CellNumbers(), 6,
+                         [](double const* n)
+                         {
+                             std::array<T, 6> box;
+                             std::transform(n, n + 6, box.begin(),
+                                            [](double number) { return static_cast<T>(number); });
+                             return box;
+                         }),
+                   triangles, keep,
+                   [](std::array<T, 6> const& box, Triangle<Vector> const& triangle)
+                   { return static_cast<T>(OverlapByHand(box, triangle)); });
+    AddMeetings<T>(Row<T>("barycentric coordinates", "hand-written"), Build(TrianglePoints(), 3, makeVector), triangles,
+                   keep, GetWeightsByHand<T>);
+}
+
+template <typename Vector>
+void AppendRay(std::vector<double>& numbers, Ray<Vector> const& ray)
+{
+    for (Vector const& v : {ray.origin, ray.direction})
+        numbers.insert(numbers.end(),
+                       {static_cast<double>(v[0]), static_cast<double>(v[1]), static_cast<double>(v[2])});
+}
+
+template <typename T>
+void AddMovedRays()
+{
+    using GlmRay = Ray<glm::vec<3, T>>;
+    using GlmMatrix = glm::mat<4, 4, T>;
+    GlmMatrix glmMotion;
+    std::vector<double> const motion = RayMotion();
+    for (int i = 0; i < 16; ++i)
+        glmMotion[i % 4][i / 4] = static_cast<T>(motion[static_cast<std::size_t>(i)]);
+    bench::AddMovedRays<T>(
+        Row<T>("moved ray", "GLM"),
+        Build(MovedRays(), 6,
+              [](double const* n) {
+                  return GlmRay{{n[0], n[1], n[2]}, {n[3], n[4], n[5]}};
+              }),
+        glmMotion,
+        [](GlmRay const& ray, GlmMatrix const& by)
+        {
+            using Four = glm::vec<4, T>;
+            return GlmRay{glm::vec<3, T>(by * Four(ray.origin, 1)), glm::vec<3, T>(by * Four(ray.direction, 0))};
+        },
+        AppendRay<glm::vec<3, T>>);
+
+    using Vector = Eigen::Matrix<T, 3, 1>;
+    using EigenMotion = Eigen::Transform<T, 3, Eigen::AffineCompact>;
+    EigenMotion eigenMotion;
+    eigenMotion.matrix() = Eigen::Map<Eigen::Matrix<double, 3, 4, Eigen::RowMajor> const>(motion.data()).cast<T>();
+    bench::AddMovedRays<T>(
+        Row<T>("moved ray", "Eigen"),
+        Build(MovedRays(), 6,
+              [](double const* n)
+              {
+                  return Ray<Vector>{Eigen::Map<Eigen::Vector3d const>(n).cast<T>(),
+                                     Eigen::Map<Eigen::Vector3d const>(n + 3).cast<T>()};
+              }),
+        eigenMotion,
+        [](Ray<Vector> const& ray, EigenMotion const& by) {
+            return Ray<Vector>{by * ray.origin, by.linear() * ray.direction};
+        },
+        AppendRay<Vector>);
+}
+
+void AddPackets()
+{
+    using Four = float __attribute__((vector_size(16)));
+    auto const row = [](char const* operation) { return Row<float>(operation, "hand-written"); };
+    AddPacketMeetings(row("four rays, triangle"), 4, MeetTrianglesByHand<Four>);
+    AddPacketMeetings(row("four rays, triangle, watertight"), 4, MeetMeshByHand<Four>);
+    if (!__builtin_cpu_supports("avx"))
+        return;
+    AddPacketMeetings(row("eight rays, triangle"), EIGHT, avx::MeetTriangles);
+    AddPacketMeetings(row("eight rays, triangle, watertight"), EIGHT, avx::MeetMesh);
+}
+
 } // namespace
 
 void AddIntersect()
 {
+    AddShapesByHand<float>();
+    AddShapesByHand<double>();
+    AddMovedRays<float>();
+    AddMovedRays<double>();
+    AddPackets();
     AddGlm<float>();
     AddGlm<double>();
     AddImath<float>();

@@ -4,6 +4,7 @@
 #include <immintrin.h>
 
 #include "RayPackets.h"
+#include "peers/PacketKernels.h"
 
 namespace bench::peers::avx
 {
@@ -63,6 +64,16 @@ void ClipBoxes(float const* packet, float const* boxes, std::size_t count, int* 
     auto const* const vectors = reinterpret_cast<__m256 const*>(packet);
     for (std::size_t i = 0; i < count; ++i)
         masks[i] = Clip(vectors, vectors + 6, boxes + 6 * i);
+}
+
+void MeetTriangles(float const* rays, float const* triangles, std::size_t count, float* results)
+{
+    MeetTrianglesByHand<__m256>(rays, triangles, count, results);
+}
+
+void MeetMesh(float const* rays, float const* triangles, std::size_t count, float* results)
+{
+    MeetMeshByHand<__m256>(rays, triangles, count, results);
 }
 
 } // namespace bench::peers::avx

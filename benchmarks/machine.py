@@ -25,6 +25,16 @@ def processor():
     return name[1] if name else platform.machine(), ", ".join(flag for flag in wanted if flag in flags)
 
 
+def versions(packages):
+    """The installed ones of these packages, each with its version; none where there is no dpkg."""
+    try:
+        known = subprocess.run(["dpkg-query", "-W", "-f", "${Package} ${Version}\n", *packages], check=False,
+                               capture_output=True, text=True).stdout
+    except FileNotFoundError:
+        return []
+    return sorted(line for line in known.splitlines() if not line.endswith(" "))
+
+
 def cache(entry):
     return f"L{entry['level']} {entry['type'].lower()} {entry['size'] // 1024:,} KiB"
 
@@ -33,8 +43,6 @@ def main(result, output, packages):
     with open(result, encoding="utf-8") as file:
         context = json.load(file)["context"]
     name, instructions = processor()
-    versions = subprocess.run(["dpkg-query", "-W", "-f", "${Package} ${Version}\n", *packages], check=True,
-                              capture_output=True, text=True).stdout.split("\n")
     facts = [
         ("processor", f"{name}, {os.cpu_count()} threads; {instructions}"),
         ("caches", ", ".join(cache(entry) for entry in context["caches"])),
@@ -44,7 +52,7 @@ def main(result, output, packages):
         ("measured", f"{context['date'][:10]}, pinned to one core"),
     ]
     with open(output, "w", encoding="utf-8") as file:
-        json.dump({"facts": facts, "packages": sorted(line for line in versions if line)}, file, indent=1)
+        json.dump({"facts": facts, "packages": versions(packages)}, file, indent=1)
 
 
 if __name__ == "__main__":

@@ -9,6 +9,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import unittest.mock
 
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
 sys.path[:0] = [os.path.join(ROOT, "benchmarks"), os.path.join(ROOT, "tests", "digest")]
@@ -18,6 +19,7 @@ import charts  # noqa: E402
 import costs  # noqa: E402
 import digest  # noqa: E402
 import formats  # noqa: E402
+import machine  # noqa: E402
 import quiet  # noqa: E402
 import raytracer  # noqa: E402
 import report  # noqa: E402
@@ -535,27 +537,26 @@ class DigestTest(unittest.TestCase):
                 self.assertEqual(run.returncode, code, text)
 
 
-class CommandTest(unittest.TestCase):
-    def run_bench(self, *arguments):
-        return subprocess.run([os.path.join(ROOT, "tools", "bench"), *arguments], capture_output=True, text=True,
-                              check=False)
+class MachineTest(unittest.TestCase):
+    def versions(self, dpkg_query):
+        """What is told of two packages where dpkg-query is such a script, or missing."""
+        with tempfile.TemporaryDirectory() as folder:
+            if dpkg_query:
+                path = os.path.join(folder, "dpkg-query")
+                with open(path, "w", encoding="utf-8") as file:
+                    file.write("#!/bin/sh\n" + dpkg_query)
+                os.chmod(path, 0o755)
+            with unittest.mock.patch.dict(os.environ, PATH=folder):
+                return machine.versions(["g++", "clang"])
 
-    def test_an_unknown_option_is_answered_with_the_usage(self):
-        run = self.run_bench("--fast")
-        self.assertEqual((run.returncode, run.stderr), (2, "Usage: tools/bench [--quick | --check] [--anyway] [FILTER]\n"))
+    def test_packages_are_told_with_their_versions(self):
+        self.assertEqual(self.versions("echo g++ 4:12; echo clang 1:14"), ["clang 1:14", "g++ 4:12"])
 
-    def test_two_filters_or_two_modes_are_one_clear_line(self):
-        for arguments, message in ((("a", "b"), "one FILTER only"),
-                                   (("--quick", "--check"), "--quick and --check exclude each other")):
-            run = self.run_bench(*arguments)
-            self.assertEqual((run.returncode, run.stderr), (1, f"tools/bench: {message}\n"))
+    def test_packages_that_are_not_installed_are_left_out(self):
+        self.assertEqual(self.versions("echo 'g++ '; echo clang 1:14; exit 1"), ["clang 1:14"])
 
-    def test_the_groups_of_packages_can_be_listed(self):
-        setup = os.path.join(ROOT, "tools", "setup")
-        run = subprocess.run([setup, "--list", "bench"], capture_output=True, text=True, check=True)
-        self.assertIn("libbenchmark-dev", run.stdout.split())
-        run = subprocess.run([setup, "--list", "nothing"], capture_output=True, text=True, check=False)
-        self.assertEqual(run.returncode, 2)
+    def test_without_dpkg_no_package_is_told(self):
+        self.assertEqual(self.versions(None), [])
 
 
 class MeasurementTest(unittest.TestCase):

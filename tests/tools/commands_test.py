@@ -262,11 +262,13 @@ class Libraries(CommandTest):
         wanted.write_text("a-dev package BvSome CONFIG\nb-dev header some/header.h\nc-dev header inner/header.h odd\n"
                           "d-dev library bvsome\n"
                           "e-dev package BvOther CONFIG\nf-dev header inner/header.h\ng-dev library bvother\n"
-                          "h-dev package BvOther\n", encoding="utf-8")
+                          "h-dev package BvOther\n"
+                          "i-dev package Threads\nj-dev package Threads CONFIG\n", encoding="utf-8")
         build = self.top / "find"
         subprocess.run(["cmake", "-S", self.tree / "tools" / "find", "-B", build, "-G", "Ninja", f"-DWANTED={wanted}"],
                        env=os.environ | {"CMAKE_PREFIX_PATH": str(prefix)}, check=True, capture_output=True)
-        self.assertEqual((build / "missing").read_text(encoding="utf-8").split(), ["e-dev", "f-dev", "g-dev", "h-dev"])
+        self.assertEqual((build / "missing").read_text(encoding="utf-8").split(), ["e-dev", "f-dev", "g-dev", "h-dev",
+                                                                               "j-dev"])
 
     def test_every_line_of_the_packages_is_understood(self):
         table = (ROOT / "tools" / "packages").read_text(encoding="utf-8")
@@ -319,10 +321,13 @@ class Folders(CommandTest):
             if subprocess.run(f'{" ".join(user)} cat "{self.tree}/tools/demo"', shell=True, capture_output=True,
                               check=False).returncode != 0:
                 self.skipTest("root cannot become another user here, or that user cannot read the temporary folder")
-        self.tree.chmod(0o555)
-        self.addCleanup(self.tree.chmod, 0o755)
-        self.assertEqual(self.run_command("tools/demo", prefix=user, NOTES="/dev/null"),
-                         (2, "", f"tools/demo: cannot write to the folder {self.tree}/build/demo\n"))
+        build = self.tree / "build" / "demo"
+        for folder in (self.tree, build):  # the second one as another user's run leaves it
+            folder.mkdir(parents=True, exist_ok=True)
+            folder.chmod(0o555)
+            self.assertEqual(self.run_command("tools/demo", prefix=user, NOTES="/dev/null"),
+                             (2, "", f"tools/demo: cannot write to the folder {build}\n"))
+            folder.chmod(0o755)
 
     def configured_for(self, folder):
         cache = self.tree / "build" / "demo" / "library" / "CMakeCache.txt"

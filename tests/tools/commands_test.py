@@ -158,6 +158,19 @@ class Arguments(CommandTest):
             self.assert_runs("tools/test", preset)
             self.assertIn(f"ctest --preset {preset}", self.noted())
 
+    def test_the_table_of_operations_is_checked_or_renewed(self):
+        for options in ((), ("--write",)):
+            self.assert_runs("tools/check-interface", *options)
+            self.assertEqual(self.noted()[-1], " ".join(("python3 -B tests/build/operations.py", *options)))
+
+    def test_the_benchmarks_are_built_as_far_as_stubs_go(self):
+        for options, compilers in ((("--check",), 1), (("--quick", "matrix/.*"), 4)):
+            code, output, _ = self.run_command("tools/bench", *options)
+            self.assertNotEqual(code, 0)  # no benchmarks are there to be run
+            self.assertTrue(output.startswith("Building the library\nBuilding the benchmarks: GCC -O2\n"), output)
+            configured = [line for line in self.noted() if line.startswith("cmake -S benchmarks ")]
+            self.assertEqual(len(configured), compilers)
+
     def test_every_command_explains_itself(self):
         for command in ("setup", "demo", "test", "bench", "check-interface"):
             for option in ("-h", "--help"):

@@ -19,7 +19,7 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BASH = shutil.which("bash")
-TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdir", "rm", "cat", "sleep", "chmod")
+TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdir", "mv", "rm", "cat", "sleep", "chmod")
 PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "python3", "objdump", "qemu-x86_64",
             "strip", "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
 
@@ -236,6 +236,16 @@ class Packages(CommandTest):
         self.assertEqual([line for line in self.noted() if line.startswith("apt-get install")],
                          [install + "binutils", install + "libpng-dev"])
 
+    def test_root_of_a_bare_machine_gets_programs_and_then_what_these_do_not_find(self):
+        store = self.top / "store"
+        store.mkdir()
+        for name in ("cmake", "ninja", "c++", "g++", "clang++"):
+            (self.bin / name).rename(store / name)
+        self.stub("apt-get", NOTE + f"mv '{store}'/* '{self.bin}' 2>/dev/null || true\n")
+        code, output, errors = self.run_command("tools/demo", USER_ID="0", LACKING="libcli11-dev libutfcpp-dev")
+        self.assertEqual((code, errors), (0, ""))
+        self.assertTrue(output.startswith("Installing cmake g++ ninja-build\nInstalling libcli11-dev libutfcpp-dev\n"))
+
     def test_root_installs_nothing_where_nothing_is_missing(self):
         self.assert_runs("tools/test", USER_ID="0")
         self.assertEqual([line for line in self.noted() if re.match("apt|dpkg", line)], [])
@@ -247,8 +257,10 @@ class Packages(CommandTest):
 
     def test_root_of_another_system_is_told_what_is_missing(self):
         self.without("dpkg", "dpkg-query", "apt-get")
-        self.assert_refused("tools/setup: missing, and no apt-get to install Debian's packages: libpng-dev",
-                            "tools/demo", USER_ID="0", LACKING="libpng-dev")
+        message = "tools/setup: missing, and no apt-get to install Debian's packages: "
+        self.assert_refused(message + "libpng-dev", "tools/demo", USER_ID="0", LACKING="libpng-dev")
+        self.without("qemu-x86_64")
+        self.assert_refused(message + "libpng-dev qemu-user", "tools/test", USER_ID="0", LACKING="libpng-dev")
 
     def test_nothing_is_built_when_an_installation_fails(self):
         self.stub("apt-get", "#!{bash}\necho 'E: no such package' >&2\nexit 100\n")

@@ -781,7 +781,9 @@ TYPED_TEST(BatchFormsTest, ARayMeetsTrianglesAsOneByOne)
             if (i % 11 == 7)
                 corners[2][i] = special[generator() % special.size()];
         }
-        auto const [tNear, tFar] = intervals[generator() % 4];
+        T const(&interval)[2] = intervals[generator() % 4];
+        T const tNear = interval[0];
+        T const tFar = interval[1];
         for (int kind = 0; kind < Layout<T>::KINDS; ++kind)
         {
             Layout<T> a(kind, corners[0]);

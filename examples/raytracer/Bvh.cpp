@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <numeric>
 #include <span>
+
+#include "bv/maths/Bounds.h"
 
 namespace raytracer
 {
@@ -14,15 +15,6 @@ namespace
 
 constexpr std::size_t LEAF_SIZE = 4;
 constexpr std::size_t BIN_COUNT = 16;
-
-/// What a triangle is taken to be wider than it is, as a share of its sides, so that no ray slips through between two.
-constexpr float HAIR = 3e-5F;
-
-/// Half the surface of a box: what the chance of a ray to meet it is in proportion to.
-float GetHalfSurface(VolumeAABBf const& box)
-{
-    return box.GetArea(VolumeAABBf::AXIS_X) + box.GetArea(VolumeAABBf::AXIS_Y) + box.GetArea(VolumeAABBf::AXIS_Z);
-}
 
 /// Triangles as the build sees them.
 struct Item
@@ -75,7 +67,7 @@ private:
             box.Expand(other.box);
             count += other.count;
         }
-        [[nodiscard]] float GetCost() const { return count == 0 ? 0 : GetHalfSurface(box) * static_cast<float>(count); }
+        [[nodiscard]] float GetCost() const { return count == 0 ? 0 : GetSurfaceArea(box) * static_cast<float>(count); }
     };
 
     struct Split
@@ -114,7 +106,7 @@ private:
         for (std::size_t i = first; i < last; ++i)
             centres.Expand(items[i].centre);
         Split const split = FindSplit(centres, first, last);
-        bool const pays = split.cost + GetHalfSurface(box) < GetHalfSurface(box) * static_cast<float>(count);
+        bool const pays = split.cost + GetSurfaceArea(box) < GetSurfaceArea(box) * static_cast<float>(count);
         if (split.cost == std::numeric_limits<float>::infinity() || (count <= LEAF_SIZE && !pays))
             return first;
         auto const middle = std::partition(
@@ -162,14 +154,13 @@ private:
     Vector3f eye_;
 };
 
-/// More than a box test can be wrong by, for rays that start or end within the given reach: a few steps of rounding,
-/// the tolerance below which single rays take a direction to be parallel to a box, and the hair.
+/// More than a box test can be wrong by, for rays that start or end within the given reach: many steps of rounding.
 float GetPadding(VolumeAABBf const& bounds, Vector3f const& eye)
 {
     constexpr float SHARE = 4e-6F;
     constexpr float LEAST_REACH = 20;
     float const size = bounds.GetDiagonal().Length();
-    return SHARE * std::max(LEAST_REACH, bounds.Distance(eye) + 2 * size) + HAIR * size;
+    return SHARE * std::max(LEAST_REACH, bounds.Distance(eye) + 2 * size);
 }
 
 } // namespace
@@ -181,7 +172,7 @@ Bvh::Bvh(Mesh& mesh, Vector3f const& eye)
     for (Item const& item : builder.items)
     {
         auto const& [a, b, c] = sorted.emplace_back(mesh.triangles[item.triangle]).corners;
-        triangles_.push_back({a, b - a, c - a});
+        triangles_.push_back({a, b, c});
     }
     mesh.triangles = std::move(sorted);
 
@@ -217,67 +208,6 @@ std::vector<std::uint32_t> Bvh::GetVisible(Frustumf const& view) const
         visible = std::move(next);
     }
     return visible;
-}
-
-void Bvh::FindClosest(Node const& leaf, DepthRayf const* rays, unsigned marked, Hit* hits) const
-{
-    for (unsigned rest = marked; rest != 0; rest &= rest - 1)
-    {
-        auto const lane = static_cast<unsigned>(std::countr_zero(rest));
-        for (std::uint32_t index = leaf.first; index < leaf.first + leaf.count; ++index)
-        {
-            Hit hit = hits[lane];
-            if (!Intersect(triangles_[index], rays[lane], hit))
-                continue;
-            if (hit.distance == hits[lane].distance && hits[lane].what == Hit::What::Triangle &&
-                hits[lane].index < index)
-                continue;
-            hit.index = index;
-            hit.what = Hit::What::Triangle;
-            hits[lane] = hit;
-        }
-    }
-}
-
-void Bvh::FindAny(Node const& leaf, DepthRayf const* rays, unsigned marked, Hit* hits) const
-{
-    for (unsigned rest = marked; rest != 0; rest &= rest - 1)
-    {
-        auto const lane = static_cast<unsigned>(std::countr_zero(rest));
-        for (std::uint32_t index = leaf.first; index < leaf.first + leaf.count; ++index)
-        {
-            Hit hit = hits[lane];
-            if (!Intersect(triangles_[index], rays[lane], hit))
-                continue;
-            hits[lane].distance = -1;
-            break;
-        }
-    }
-}
-
-/// Moeller, Trumbore, "Fast, Minimum Storage Ray/Triangle Intersection", 1997.
-bool Bvh::Intersect(Corners const& triangle, DepthRayf const& ray, Hit& hit)
-{
-    Vector3f const p = ray.direction.Cross(triangle.edge2);
-    float const determinant = triangle.edge1.Dot(p);
-    if (determinant == 0)
-        return false;
-    float const inverse = 1 / determinant;
-    Vector3f const s = ray.origin - triangle.corner;
-    float const u = s.Dot(p) * inverse;
-    if (!(u >= -HAIR && u <= 1 + HAIR))
-        return false;
-    Vector3f const q = s.Cross(triangle.edge1);
-    float const v = ray.direction.Dot(q) * inverse;
-    if (!(v >= -HAIR && u + v <= 1 + HAIR))
-        return false;
-    float const distance = triangle.edge2.Dot(q) * inverse;
-    if (!(distance > 0 && distance <= hit.distance))
-        return false;
-    hit.distance = distance;
-    hit.u = u;
-    hit.v = v;
-    return true;
 }
 
 } // namespace raytracer

@@ -10,36 +10,17 @@ namespace raytracer
 namespace
 {
 
-class AvxPacket
+struct AvxLanes
 {
-public:
-    void Load(DepthRayf const* rays, Hit const* hits)
-    {
-        rays_.Initialise(rays);
-        LoadReach(hits);
-    }
-    void LoadReach(Hit const* hits)
-    {
-        reach_ = _mm256_setr_ps(hits[0].distance, hits[1].distance, hits[2].distance, hits[3].distance,
-                                hits[4].distance, hits[5].distance, hits[6].distance, hits[7].distance);
-    }
-    [[nodiscard]] unsigned Clip(VolumeAABBf const& box) const
-    {
-        __m256 tNear = _mm256_setzero_ps();
-        __m256 tFar = reach_;
-        return static_cast<unsigned>(_mm256_movemask_ps(rays_.Clip(box, tNear, tFar)));
-    }
-
-private:
-    bv::maths::simd::AVXRay rays_;
-    __m256 reach_;
+    using Rays = bv::maths::simd::AVXRay;
+    static unsigned GetMask(__m256 vector) { return static_cast<unsigned>(_mm256_movemask_ps(vector)); }
 };
 
 } // namespace
 
 void WalkAvx(Walk const& walk)
 {
-    WalkWith<AvxPacket>(walk);
+    WalkWith<WidePacket<AvxLanes>>(walk);
 }
 
 } // namespace raytracer

@@ -1,21 +1,67 @@
 #pragma once
 
 #include "Packets.h"
+#include "bv/maths/simd/PacketTriangles.h"
 
 namespace raytracer
 {
 
+/// As many rays as a register of the processor holds numbers, ready for boxes and triangles.
+///
+/// `Lanes` is of one source file only, so that what is compiled for AVX is reached from nowhere else. It has:
+/// - `Rays`: SSERay or AVXRay;
+/// - `GetMask(vector)`: the signs of its numbers, as bits.
+template <typename Lanes>
+class WidePacket
+{
+    using Rays = typename Lanes::Rays;
+    using Vector = typename Rays::Vector;
+
+public:
+    explicit WidePacket(DepthRayf const* rays)
+    {
+        rays_.Initialise(rays);
+        ready_ = bv::maths::simd::tWatertightPacket<Rays>(rays_);
+    }
+    void LoadReach(Hit const* hits)
+    {
+        for (std::size_t lane = 0; lane < Rays::WIDTH; ++lane)
+            reach_[lane] = hits[lane].distance;
+    }
+    [[nodiscard]] unsigned Clip(VolumeAABBf const& box) const
+    {
+        Vector tNear{};
+        Vector tFar = reach_;
+        return Lanes::GetMask(rays_.Clip(box, tNear, tFar));
+    }
+    [[nodiscard]] unsigned Intersect(Corners const& triangle, TriangleHitf* hits) const
+    {
+        bv::maths::simd::tPacketHits<Rays> found{};
+        unsigned const met =
+            Lanes::GetMask(IntersectTriangle(ready_, triangle.a, triangle.b, triangle.c, Vector{}, reach_, found));
+        for (std::size_t lane = 0; met != 0 && lane < Rays::WIDTH; ++lane)
+            hits[lane] = {found.t[lane], found.u[lane], found.v[lane]};
+        return met;
+    }
+
+private:
+    Rays rays_;
+    bv::maths::simd::tWatertightPacket<Rays> ready_;
+    Vector reach_;
+};
+
 /// Walks the hierarchy depth first, with a stack of boxes that are still to be looked at.
 ///
-/// `Packet` is of one source file only, so that what is compiled for AVX is reached from nowhere else. It has:
-/// - `Load(rays, hits)`: takes the rays and how far each has to look;
-/// - `LoadReach(hits)`: takes that distance again, after a leaf may have shortened it;
-/// - `Clip(box)`: which of its rays meet a box before their distance, as a mask.
+/// `Packet` is of one source file only, too. It has:
+/// - `Packet(rays)`: takes the rays;
+/// - `LoadReach(hits)`: takes how far each has to look;
+/// - `Clip(box)`: which of its rays meet a box before that, as a mask;
+/// - `Intersect(triangle, hits)`: which of them meet a triangle, and where.
 template <typename Packet>
 void WalkWith(Walk const& walk)
 {
-    Packet packet;
-    packet.Load(walk.rays, walk.hits);
+    Packet packet(walk.rays);
+    packet.LoadReach(walk.hits);
     for (std::size_t entry = 0; entry < walk.entryCount; ++entry)
     {
         std::uint32_t stack[Bvh::MAX_DEPTH];
@@ -27,12 +73,17 @@ void WalkWith(Walk const& walk)
             unsigned const marked = packet.Clip(node.box);
             if (marked == 0)
                 continue;
-            if (node.count > 0)
+            for (std::uint32_t index = node.first; index < node.first + node.count; ++index)
             {
-                (walk.bvh->*walk.leaf)(node, walk.rays, marked, walk.hits);
+                TriangleHitf found[Packets::MAX_WIDTH];
+                unsigned const met = packet.Intersect(walk.triangles[index], found) & marked;
+                if (met == 0)
+                    continue;
+                walk.keep(index, found, met, walk.hits);
                 packet.LoadReach(walk.hits);
-                continue;
             }
+            if (node.count > 0)
+                continue;
             stack[size++] = node.first + 1;
             stack[size++] = node.first;
         }

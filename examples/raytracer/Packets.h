@@ -5,6 +5,7 @@
 
 #include "Bvh.h"
 #include "Options.h"
+#include "bv/maths/Intersect.h"
 
 namespace raytracer
 {
@@ -12,13 +13,14 @@ namespace raytracer
 /// A walk through the hierarchy with as many rays as one packet holds.
 struct Walk
 {
-    using Leaf = void (Bvh::*)(Node const& leaf, DepthRayf const* rays, unsigned marked, Hit* hits) const;
+    /// What to do with the marked rays (bit 0 is the first), which meet a triangle within their distance.
+    using Keep = void (*)(std::uint32_t triangle, TriangleHitf const* found, unsigned marked, Hit* hits);
 
-    Bvh const* bvh;
     Node const* nodes;
+    Corners const* triangles;
     std::uint32_t const* entries; ///< boxes to begin with, the nearest first
     std::size_t entryCount;
-    Leaf leaf;             ///< what to do in a leaf that some rays reach
+    Keep keep;
     DepthRayf const* rays; ///< as many as the packet is wide
     Hit* hits;             ///< one for each ray
 };

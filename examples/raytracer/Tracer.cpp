@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 
 namespace raytracer
 {
@@ -11,11 +12,31 @@ namespace
 
 constexpr std::uint32_t WHOLE[] = {0};
 
+/// Moves the hits to a triangle. Of two at the same distance the one with the lower index is taken, in whatever order
+/// they are met.
+void KeepClosest(std::uint32_t triangle, TriangleHitf const* found, unsigned marked, Hit* hits)
+{
+    for (unsigned rest = marked; rest != 0; rest &= rest - 1)
+    {
+        auto const lane = static_cast<unsigned>(std::countr_zero(rest));
+        Hit& hit = hits[lane];
+        if (found[lane].t < hit.distance || hit.what != Hit::What::Triangle || triangle < hit.index)
+            hit = {found[lane].t, triangle, found[lane].u, found[lane].v, Hit::What::Triangle};
+    }
+}
+
+/// Sets the distance to -1, so that such a ray enters no other box.
+void KeepBlocked(std::uint32_t /*triangle*/, TriangleHitf const* /*found*/, unsigned marked, Hit* hits)
+{
+    for (unsigned rest = marked; rest != 0; rest &= rest - 1)
+        hits[std::countr_zero(rest)].distance = -1;
+}
+
 } // namespace
 
 void Tracer::FindClosest(std::span<DepthRayf const> rays, std::span<Hit> hits, std::span<std::uint32_t const> entries)
 {
-    WalkAll(packets_, &Bvh::FindClosest, rays, hits, entries);
+    WalkAll(packets_, KeepClosest, rays, hits, entries);
     for (std::size_t i = 0; i < rays.size(); ++i)
         scene_.FindClosestBeside(rays[i], hits[i]);
 }
@@ -23,7 +44,7 @@ void Tracer::FindClosest(std::span<DepthRayf const> rays, std::span<Hit> hits, s
 Hit Tracer::FindClosest(DepthRayf const& ray)
 {
     Hit hit;
-    WalkAll({"scalar", 1, WalkScalar}, &Bvh::FindClosest, {&ray, 1}, {&hit, 1}, WHOLE);
+    WalkAll({"scalar", 1, WalkScalar}, KeepClosest, {&ray, 1}, {&hit, 1}, WHOLE);
     scene_.FindClosestBeside(ray, hit);
     return hit;
 }
@@ -35,14 +56,15 @@ void Tracer::FindBlocked(std::span<DepthRayf const> rays, std::span<Hit> hits)
         if (scene_.IsBlockedBeside(rays[i], hits[i]))
             hits[i].distance = -1;
     }
-    WalkAll(packets_, &Bvh::FindAny, rays, hits, WHOLE);
+    WalkAll(packets_, KeepBlocked, rays, hits, WHOLE);
 }
 
-void Tracer::WalkAll(Packets const& packets, Walk::Leaf leaf, std::span<DepthRayf const> rays, std::span<Hit> hits,
+void Tracer::WalkAll(Packets const& packets, Walk::Keep keep, std::span<DepthRayf const> rays, std::span<Hit> hits,
                      std::span<std::uint32_t const> entries)
 {
     rayCount_ += rays.size();
-    Walk walk{&scene_.GetBvh(), scene_.GetBvh().GetNodes(), entries.data(), entries.size(), leaf, nullptr, nullptr};
+    Bvh const& bvh = scene_.GetBvh();
+    Walk walk{bvh.GetNodes(), bvh.GetTriangles(), entries.data(), entries.size(), keep, nullptr, nullptr};
     std::size_t const whole = rays.size() / packets.width * packets.width;
     for (std::size_t i = 0; i < whole; i += packets.width)
     {

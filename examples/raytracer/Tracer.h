@@ -29,7 +29,7 @@ public:
     [[nodiscard]] std::uint64_t GetRayCount() const { return rayCount_; }
 
 private:
-    void WalkAll(Packets const& packets, Walk::Leaf leaf, std::span<DepthRayf const> rays, std::span<Hit> hits,
+    void WalkAll(Packets const& packets, Walk::Keep keep, std::span<DepthRayf const> rays, std::span<Hit> hits,
                  std::span<std::uint32_t const> entries);
 
     Scene const& scene_;

@@ -23,7 +23,6 @@ using bv::maths::PixelRaysf;
 using bv::maths::Planef;
 using bv::maths::ReciprocalRayf;
 using bv::maths::RNGenerator;
-using bv::maths::TriangleHitf;
 using bv::maths::Tuple2u;
 using bv::maths::Tuple3f;
 using bv::maths::Tuple3u;

@@ -16,6 +16,7 @@
 #include "Options.h"
 #include "UserError.h"
 #include "bv/maths/Batch.h"
+#include "bv/maths/Componentwise.h"
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tTuple3.h"
 
@@ -115,8 +116,7 @@ std::vector<Vector3f> Place(std::string const& path, std::vector<Vector3d> posit
     VolumeAABBd box;
     ExpandBox(box, positions);
 
-    Vector3d const sides = box.GetDiagonal();
-    double const longest = std::max({sides.x, sides.y, sides.z});
+    double const longest = GetMaxComponent(box.GetDiagonal());
     if (!(longest > 0))
         throw UserError(path + ": all vertices are at one point");
     // By hand, since a matrix of huge or tiny elements counts them as zeros when it classifies itself.

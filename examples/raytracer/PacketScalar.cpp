@@ -1,4 +1,5 @@
 #include "PacketWalk.h"
+#include "bv/maths/Intersect.h"
 #include "bv/maths/tReciprocalRay.h"
 #include "bv/maths/tWatertightRay.h"
 
@@ -19,9 +20,17 @@ public:
         float tFar = reach_;
         return ray_.Clip(box, tNear, tFar) ? 1 : 0;
     }
-    [[nodiscard]] unsigned Intersect(Corners const& triangle, TriangleHitf* hits) const
+    [[nodiscard]] unsigned Intersect(Corners const& triangle, Meeting& meeting) const
     {
-        return IntersectTriangle(ready_, triangle.a, triangle.b, triangle.c, 0, reach_, *hits) ? 1 : 0;
+        bv::maths::TriangleHitf hit;
+        bool const met = IntersectTriangle(ready_, triangle.a, triangle.b, triangle.c, 0, reach_, hit);
+        if (met)
+        {
+            meeting.t[0] = hit.t;
+            meeting.u[0] = hit.u;
+            meeting.v[0] = hit.v;
+        }
+        return met ? 1 : 0;
     }
 
 private:

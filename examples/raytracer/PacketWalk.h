@@ -34,13 +34,14 @@ public:
         Vector tFar = reach_;
         return Lanes::GetMask(rays_.Clip(box, tNear, tFar));
     }
-    [[nodiscard]] unsigned Intersect(Corners const& triangle, TriangleHitf* hits) const
+    [[nodiscard]] unsigned Intersect(Corners const& triangle, Meeting& meeting) const
     {
         bv::maths::simd::tPacketHits<Rays> found{};
         unsigned const met =
             Lanes::GetMask(IntersectTriangle(ready_, triangle.a, triangle.b, triangle.c, Vector{}, reach_, found));
-        for (std::size_t lane = 0; met != 0 && lane < Rays::WIDTH; ++lane)
-            hits[lane] = {found.t[lane], found.u[lane], found.v[lane]};
+        __builtin_memcpy(meeting.t, &found.t, sizeof(Vector));
+        __builtin_memcpy(meeting.u, &found.u, sizeof(Vector));
+        __builtin_memcpy(meeting.v, &found.v, sizeof(Vector));
         return met;
     }
 
@@ -56,7 +57,7 @@ private:
 /// - `Packet(rays)`: takes the rays;
 /// - `LoadReach(hits)`: takes how far each has to look;
 /// - `Clip(box)`: which of its rays meet a box before that, as a mask;
-/// - `Intersect(triangle, hits)`: which of them meet a triangle, and where.
+/// - `Intersect(triangle, meeting)`: which of them meet a triangle before that, and where.
 template <typename Packet>
 void WalkWith(Walk const& walk)
 {
@@ -75,11 +76,12 @@ void WalkWith(Walk const& walk)
                 continue;
             for (std::uint32_t index = node.first; index < node.first + node.count; ++index)
             {
-                TriangleHitf found[Packets::MAX_WIDTH];
-                unsigned const met = packet.Intersect(walk.triangles[index], found) & marked;
-                if (met == 0)
+                Meeting meeting;
+                meeting.triangle = index;
+                meeting.marked = marked & packet.Intersect(walk.triangles[index], meeting);
+                if (meeting.marked == 0)
                     continue;
-                walk.keep(index, found, met, walk.hits);
+                walk.keep(meeting, walk.hits);
                 packet.LoadReach(walk.hits);
             }
             if (node.count > 0)

@@ -5,16 +5,27 @@
 
 #include "Bvh.h"
 #include "Options.h"
-#include "bv/maths/Intersect.h"
 
 namespace raytracer
 {
 
+/// Where the rays of a packet meet a triangle.
+struct Meeting
+{
+    static constexpr std::size_t MOST_RAYS = 8;
+
+    std::uint32_t triangle;
+    unsigned marked; ///< which of them do: bit 0 is the first
+    float t[MOST_RAYS];
+    float u[MOST_RAYS];
+    float v[MOST_RAYS];
+};
+
 /// A walk through the hierarchy with as many rays as one packet holds.
 struct Walk
 {
-    /// What to do with the marked rays (bit 0 is the first), which meet a triangle within their distance.
-    using Keep = void (*)(std::uint32_t triangle, TriangleHitf const* found, unsigned marked, Hit* hits);
+    /// What to do with hits within the distance of each ray.
+    using Keep = void (*)(Meeting const& meeting, Hit* hits);
 
     Node const* nodes;
     Corners const* triangles;
@@ -32,8 +43,6 @@ void WalkAvx(Walk const& walk);
 /// A way to walk: with one ray (tRay), four (SSERay) or eight (AVXRay).
 struct Packets
 {
-    static constexpr std::size_t MAX_WIDTH = 8;
-
     char const* name;
     std::size_t width;
     void (*walk)(Walk const&);

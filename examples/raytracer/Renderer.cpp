@@ -12,6 +12,7 @@
 #include "Tiles.h"
 #include "Tracer.h"
 #include "bv/maths/RNGenerator.h"
+#include "bv/maths/Sequences.h"
 #include "bv/maths/tTuple3.h"
 
 namespace raytracer
@@ -38,9 +39,9 @@ struct Pixel
     Colour light;
 };
 
-Vector2f GetMiddle(Tuple2u const& pixel)
+Vector2f GetCorner(Tuple2u const& pixel)
 {
-    return {static_cast<float>(pixel.x) + 0.5F, static_cast<float>(pixel.y) + 0.5F};
+    return {static_cast<float>(pixel.x), static_cast<float>(pixel.y)};
 }
 
 /// The pixels of a tile that the window shows. All of the tile's numbers are drawn, so that those of a pixel depend on
@@ -54,17 +55,10 @@ std::vector<Pixel> GetPixels(Tile const& tile, Job const& job)
     {
         Vector3f const shift = random.GetVector3D();
         Tuple2u const place = tile.GetPixel(i);
-        if (job.window.Contains(GetMiddle(place), true))
+        if (job.window.Contains(GetCorner(place), true))
             pixels.push_back({place, shift, {}});
     }
     return pixels;
-}
-
-/// Where in a pixel, from its middle, one of several rays goes through: spread evenly, the first through the middle.
-Vector2f GetOffset(unsigned sample)
-{
-    auto const centred = [](double number) { return static_cast<float>(number - std::round(number)); };
-    return {centred(sample * 0.7548776662466927), centred(sample * 0.5698402909980532)};
 }
 
 void DrawTile(Tile const& tile, Job const& job, Tracer& tracer)
@@ -82,7 +76,7 @@ void DrawTile(Tile const& tile, Job const& job, Tracer& tracer)
     {
         for (std::size_t i = 0; i < pixels.size(); ++i)
         {
-            rays[i] = job.camera.GetRay(GetMiddle(pixels[i].place) + GetOffset(sample));
+            rays[i] = job.camera.GetRay(GetCorner(pixels[i].place) + bv::maths::GetR2Point<float>(sample));
             rays[i].dDirectionDu *= narrowing;
             rays[i].dDirectionDv *= narrowing;
         }
@@ -110,8 +104,7 @@ Rendering Render(Scene const& scene, Camera const& camera, Options const& option
                  Vector2f const& middle, Progress& progress)
 {
     auto const start = std::chrono::steady_clock::now();
-    Vector2f const size(static_cast<float>(options.size.x), static_cast<float>(options.size.y));
-    AreaAABBf const window = options.crop.value_or(AreaAABBf(size));
+    AreaAABBf const window = options.crop.value_or(AreaAABBf(GetCorner(options.size)));
     std::vector<Tile> tiles = GetTilesAround(middle, window);
     tiles.resize(tiles.size() * options.part.GetNumerator() / options.part.GetDenominator());
 

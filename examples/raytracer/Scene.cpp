@@ -7,6 +7,8 @@
 #include <utility>
 
 #include "Textures.h"
+#include "bv/maths/Direction.h"
+#include "bv/maths/Intersect.h"
 
 namespace raytracer
 {
@@ -37,25 +39,21 @@ void Paint(Surface& surface, Material material, Colour const& plain, Vector3f co
     }
 }
 
-/// How the place of a hit on a plane changes along one image direction. Igehy, "Tracing Ray Differentials", 1999.
-Vector3f GetPlaneChange(Vector3f const& originChange, Vector3f const& directionChange, DepthRayf const& ray,
-                        float distance, Vector3f const& normal)
-{
-    Vector3f const change = originChange + directionChange * distance;
-    return change - ray.direction * (change.Dot(normal) / ray.direction.Dot(normal));
-}
+constexpr float WIDEST = 1e3F;
+/// The footprint where a ray only grazes a surface, which a pixel covers without bound.
+constexpr Differential3f GRAZED({WIDEST, 0, 0}, {0, 0, WIDEST});
 
-/// The footprint, unless a ray only grazes the surface, where a pixel covers it without bound: then a very wide one.
 Differential3f Bound(Differential3f const& footprint)
 {
-    constexpr float WIDEST = 1e3F;
-    return footprint.GetRadius() < WIDEST ? footprint : Differential3f({WIDEST, 0, 0}, {0, 0, WIDEST});
+    return footprint.GetRadius() < WIDEST ? footprint : GRAZED;
 }
 
-Differential3f GetPlaneFootprint(DepthRayf const& ray, float distance, Vector3f const& normal)
+/// @param[out] weights how the weights of b and c change by one pixel; zero where the ray grazes the triangle.
+Differential3f GetFootprint(DepthRayf const& ray, float distance, Vector3f const& a, Vector3f const& b,
+                            Vector3f const& c, Differential2f& weights)
 {
-    return Bound({GetPlaneChange(ray.dOriginDu, ray.dDirectionDu, ray, distance, normal),
-                  GetPlaneChange(ray.dOriginDv, ray.dDirectionDv, ray, distance, normal)});
+    Differential3f footprint;
+    return GetHitDifferentials(ray, a, b, c, distance, footprint, weights) ? Bound(footprint) : GRAZED;
 }
 
 /// How a vector's direction, as a unit vector, changes when the vector does.
@@ -65,12 +63,6 @@ Differential3f GetUnitChange(Vector3f const& vector, Differential3f const& chang
     Vector3f const& u = change[Differential3f::DIFF_U];
     Vector3f const& v = change[Differential3f::DIFF_V];
     return Differential3f(u - unit * unit.Dot(u), v - unit * unit.Dot(v)) * (1 / vector.Length());
-}
-
-/// The vector, or its opposite, that points to the same side as another.
-Vector3f FaceForward(Vector3f const& vector, Vector3f const& side)
-{
-    return vector.Dot(side) < 0 ? -vector : vector;
 }
 
 } // namespace
@@ -123,8 +115,8 @@ void Scene::FindClosestBeside(DepthRayf const& ray, Hit& hit) const
     }
     if (!floor_)
         return;
-    float const distance = -floor_->GetDistance(ray.origin) / floor_->GetNormal().Dot(ray.direction);
-    if (distance > 0 && distance < hit.distance)
+    float distance = 0;
+    if (IntersectPlane(ray, *floor_, 0, hit.distance, distance))
         hit = {distance, 0, 0, 0, Hit::What::Floor};
 }
 
@@ -162,29 +154,26 @@ Surface Scene::GetSurface(DepthRayf const& ray, Hit const& hit) const
 void Scene::SetTriangle(Surface& surface, DepthRayf const& ray, Hit const& hit) const
 {
     Triangle const& triangle = mesh_.triangles[hit.index];
-    Vector3f const cross = triangle.GetCross();
-    float const area = cross.Length(); // twice that of the triangle
-    Vector3f const normal = cross / area;
-    surface.face = FaceForward(normal, -ray.direction);
-    surface.footprint = GetPlaneFootprint(ray, hit.distance, surface.face);
+    auto const& [a, b, c] = triangle.corners;
+    surface.face = FaceForward(triangle.GetCross().Normalised(), -ray.direction);
+    Differential2f change;
+    surface.footprint = GetFootprint(ray, hit.distance, a, b, c, change);
 
-    Vector3f smooth;
-    Differential3f smoothChange;
+    std::array normals = triangle.normals;
     std::array const weights{1 - hit.u - hit.v, hit.u, hit.v};
     for (std::size_t i = 0; i < weights.size(); ++i)
     {
-        Vector3f const normalThere = FaceForward(triangle.normals[i], surface.face);
-        float const height = (surface.position - triangle.corners[i]).Dot(normalThere);
-        surface.start -= normalThere * (weights[i] * std::min(0.0F, height));
-        // A weight grows at right angles to the side that faces its corner.
-        Vector3f const side = triangle.corners[(i + 2) % 3] - triangle.corners[(i + 1) % 3];
-        Vector3f const growth = normal.Cross(side) / area;
-        smooth += normalThere * weights[i];
-        smoothChange += Differential3f(normalThere * growth.Dot(surface.footprint[Differential3f::DIFF_U]),
-                                       normalThere * growth.Dot(surface.footprint[Differential3f::DIFF_V]));
+        normals[i] = FaceForward(normals[i], surface.face);
+        float const height = (surface.position - triangle.corners[i]).Dot(normals[i]);
+        surface.start -= normals[i] * (weights[i] * std::min(0.0F, height));
     }
+    Vector3f const toB = normals[1] - normals[0];
+    Vector3f const toC = normals[2] - normals[0];
+    auto const mix = [&](Vector2f const& shares) { return toB * shares.x + toC * shares.y; };
+    Vector3f const smooth = normals[0] + mix({hit.u, hit.v});
     surface.normal = FaceForward(smooth.Normalised(), surface.face);
-    surface.normalChange = GetUnitChange(smooth, smoothChange);
+    surface.normalChange =
+        GetUnitChange(smooth, {mix(change[Differential2f::DIFF_U]), mix(change[Differential2f::DIFF_V])});
     Paint(surface, material_, {0.62F, 0.50F, 0.40F}, surface.position);
 }
 
@@ -212,7 +201,8 @@ void Scene::SetFloor(Surface& surface, DepthRayf const& ray, Hit const& hit) con
 {
     surface.face = FaceForward(floor_->GetNormal(), -ray.direction);
     surface.normal = surface.face;
-    surface.footprint = GetPlaneFootprint(ray, hit.distance, surface.face);
+    Differential2f weights; // of any three points
+    surface.footprint = GetFootprint(ray, hit.distance, {0, 0, 0}, {0, 0, 1}, {1, 0, 0}, weights);
     surface.colour = checkered_ ? GetChecker(surface.position, surface.footprint) : Colour(0.40F, 0.39F, 0.38F);
 }
 

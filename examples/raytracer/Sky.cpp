@@ -6,6 +6,7 @@
 
 #include "Options.h"
 #include "UserError.h"
+#include "bv/maths/Componentwise.h"
 #include "bv/maths/Noise.h"
 #include "bv/maths/Scalar.h"
 
@@ -66,19 +67,8 @@ Vector3f GetDirection(std::size_t face, Place const& place)
 /// The face that a direction goes through.
 std::size_t GetFace(Vector3f const& d)
 {
-    float const x = std::abs(d.x);
-    float const y = std::abs(d.y);
-    float const z = std::abs(d.z);
-    if (x >= y && x >= z)
-        return d.x > 0 ? 0 : 1;
-    if (y >= z)
-        return d.y > 0 ? 2 : 3;
-    return d.z > 0 ? 4 : 5;
-}
-
-Colour Mix(Colour const& a, Colour const& b, float share)
-{
-    return a + (b - a) * share;
+    std::size_t const axis = GetMaxAxis(Abs(d));
+    return 2 * axis + (d[axis] > 0 ? 0 : 1);
 }
 
 /// Light at a place, between the middles of the four texels around it.
@@ -95,8 +85,8 @@ Colour GetBetween(Texels const& texels, Place const& place)
     Colour const* const upper = &texels.colours[top * texels.side];
     Colour const* const lower = &texels.colours[bottom * texels.side];
     float const share = x - static_cast<float>(left);
-    return Mix(Mix(upper[left], upper[right], share), Mix(lower[left], lower[right], share),
-               y - static_cast<float>(top));
+    return Lerp(Lerp(upper[left], upper[right], share), Lerp(lower[left], lower[right], share),
+                y - static_cast<float>(top));
 }
 
 /// Half as wide: each texel the mean of four. Of an odd side the last row and column are left out.
@@ -123,14 +113,14 @@ Colour GetComputedLight(Vector3f const& d)
     Colour const blue(0.13F, 0.30F, 0.70F);
     Colour const cloud(1.5F, 1.47F, 1.42F);
     if (d.y <= 0)
-        return Mix(haze, ground, bv::maths::SmoothStep(0.0F, 0.25F, -d.y));
+        return Lerp(haze, ground, bv::maths::SmoothStep(0.0F, 0.25F, -d.y));
 
     float const depth = (1 - d.y) * (1 - d.y) * (1 - d.y);
-    Colour light = Mix(blue, haze, depth);
+    Colour light = Lerp(blue, haze, depth);
     Vector3f const ceiling = d * (1.6F / (d.y + 0.12F)); // where the line of sight meets the clouds
     float const cover = bv::maths::Turbulence3({ceiling.x, 4.2F, ceiling.z}, 6);
     float const above = bv::maths::SmoothStep(0.02F, 0.3F, d.y);
-    light = Mix(light, cloud, bv::maths::CubicSmoothStep(0.5F, 0.72F, cover) * above);
+    light = Lerp(light, cloud, bv::maths::CubicSmoothStep(0.5F, 0.72F, cover) * above);
 
     Vector3f const sun(SUN.x, SUN.y, -SUN.z); // the world counts z backwards
     float const nearness = std::max(0.0F, d.Dot(sun));
@@ -170,7 +160,7 @@ Colour Sky::GetLight(Vector3f const& direction, float level) const
     if (finer + 1 >= pyramid.size())
         return pyramid.back().colours.front();
     Colour const light = GetBetween(pyramid[finer], place);
-    return share > 0 ? Mix(light, GetBetween(pyramid[finer + 1], place), share) : light;
+    return share > 0 ? Lerp(light, GetBetween(pyramid[finer + 1], place), share) : light;
 }
 
 Sky LoadSky(std::string const& folder, CoordinateFramef const& axes)

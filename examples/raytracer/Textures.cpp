@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "bv/maths/Componentwise.h"
 #include "bv/maths/Noise.h"
 #include "bv/maths/Scalar.h"
 #include "bv/maths/tMatrix4.h"
@@ -13,11 +14,6 @@ namespace raytracer
 
 namespace
 {
-
-Colour Mix(Colour const& a, Colour const& b, float share)
-{
-    return a + (b - a) * share;
-}
 
 /// How much of a pattern of period 1 is left when it is averaged over a width.
 float GetContrast(float width)
@@ -33,7 +29,7 @@ float GetTurbulence(Vector3f const& point, float radius)
     float const octaves = std::clamp(-bv::maths::Log2(2 * radius, 1.0F / 64), 0.0F, MOST_OCTAVES);
     auto const whole = static_cast<unsigned>(octaves);
     float const coarse = whole > 0 ? bv::maths::Turbulence3(point, whole) : MEAN;
-    return coarse + (bv::maths::Turbulence3(point, whole + 1) - coarse) * (octaves - static_cast<float>(whole));
+    return bv::maths::Lerp(coarse, bv::maths::Turbulence3(point, whole + 1), octaves - static_cast<float>(whole));
 }
 
 /// Mean of the squares that cover a stretch of one axis, +1 and -1 in turn (the integral of a square wave is a triangle
@@ -60,7 +56,7 @@ Colour GetMarble(Vector3f const& point, Differential3f const& footprint)
     float const share = wave * wave * wave;
     constexpr float MEAN_SHARE = 0.15F;
     float const contrast = GetContrast(radius * (VEINS + DISTORTION));
-    return Mix(stone, vein, MEAN_SHARE + (share - MEAN_SHARE) * contrast);
+    return Lerp(stone, vein, bv::maths::Lerp(MEAN_SHARE, share, contrast));
 }
 
 Colour GetWood(Vector3f const& point, Differential3f const& footprint)
@@ -84,7 +80,7 @@ Colour GetWood(Vector3f const& point, Differential3f const& footprint)
     Vector3f const along(60, 3, 60); // fibres run along the axis
     Differential3f const fibreSpread = spread * along;
     float const fibre = GetTurbulence(p * along, fibreSpread.GetRadius()) - 0.5F;
-    return Mix(early, late, std::clamp(MEAN_SHARE + (share - MEAN_SHARE) * contrast + fibre * 0.6F, 0.0F, 1.0F));
+    return Lerp(early, late, std::clamp(bv::maths::Lerp(MEAN_SHARE, share, contrast) + fibre * 0.6F, 0.0F, 1.0F));
 }
 
 Colour GetChecker(Vector3f const& point, Differential3f const& footprint)
@@ -98,7 +94,7 @@ Colour GetChecker(Vector3f const& point, Differential3f const& footprint)
     Vector3f const v = footprint[Differential3f::DIFF_V] * SQUARES;
     float const x = GetMeanSquare(p.x, std::max(LEAST_WIDTH, std::abs(u.x) + std::abs(v.x)));
     float const z = GetMeanSquare(p.z, std::max(LEAST_WIDTH, std::abs(u.z) + std::abs(v.z)));
-    return Mix(dark, light, 0.5F - 0.5F * x * z);
+    return Lerp(dark, light, 0.5F - 0.5F * x * z);
 }
 
 } // namespace raytracer

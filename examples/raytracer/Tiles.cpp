@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "bv/maths/Direction.h"
+
 namespace raytracer
 {
 
@@ -40,7 +42,7 @@ std::vector<Tile> GetTilesAround(Vector2f const& point, AreaAABBf const& window)
         }
     }
     std::ranges::stable_sort(tiles, {},
-                             [&](Tile const& tile) { return (tile.area.GetCentre() - point).LengthSquared(); });
+                             [&](Tile const& tile) { return DistanceSquared(tile.area.GetCentre(), point); });
     return tiles;
 }
 

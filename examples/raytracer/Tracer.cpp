@@ -14,21 +14,21 @@ constexpr std::uint32_t WHOLE[] = {0};
 
 /// Moves the hits to a triangle. Of two at the same distance the one with the lower index is taken, in whatever order
 /// they are met.
-void KeepClosest(std::uint32_t triangle, TriangleHitf const* found, unsigned marked, Hit* hits)
+void KeepClosest(Meeting const& meeting, Hit* hits)
 {
-    for (unsigned rest = marked; rest != 0; rest &= rest - 1)
+    for (unsigned rest = meeting.marked; rest != 0; rest &= rest - 1)
     {
-        auto const lane = static_cast<unsigned>(std::countr_zero(rest));
+        int const lane = std::countr_zero(rest);
         Hit& hit = hits[lane];
-        if (found[lane].t < hit.distance || hit.what != Hit::What::Triangle || triangle < hit.index)
-            hit = {found[lane].t, triangle, found[lane].u, found[lane].v, Hit::What::Triangle};
+        if (meeting.t[lane] < hit.distance || hit.what != Hit::What::Triangle || meeting.triangle < hit.index)
+            hit = {meeting.t[lane], meeting.triangle, meeting.u[lane], meeting.v[lane], Hit::What::Triangle};
     }
 }
 
 /// Sets the distance to -1, so that such a ray enters no other box.
-void KeepBlocked(std::uint32_t /*triangle*/, TriangleHitf const* /*found*/, unsigned marked, Hit* hits)
+void KeepBlocked(Meeting const& meeting, Hit* hits)
 {
-    for (unsigned rest = marked; rest != 0; rest &= rest - 1)
+    for (unsigned rest = meeting.marked; rest != 0; rest &= rest - 1)
         hits[std::countr_zero(rest)].distance = -1;
 }
 
@@ -76,8 +76,8 @@ void Tracer::WalkAll(Packets const& packets, Walk::Keep keep, std::span<DepthRay
         return;
 
     // A packet is always full: the last ray stands in for the missing ones.
-    std::array<DepthRayf, Packets::MAX_WIDTH> lastRays;
-    std::array<Hit, Packets::MAX_WIDTH> lastHits;
+    std::array<DepthRayf, Meeting::MOST_RAYS> lastRays;
+    std::array<Hit, Meeting::MOST_RAYS> lastHits;
     std::fill(std::copy(rays.begin() + static_cast<std::ptrdiff_t>(whole), rays.end(), lastRays.begin()),
               lastRays.end(), rays.back());
     std::fill(std::copy(hits.begin() + static_cast<std::ptrdiff_t>(whole), hits.end(), lastHits.begin()),

@@ -38,7 +38,7 @@ void Draw(Options const& options)
     Packets const packets = ChoosePackets(options.packet);
     PngFile const file(options.output);
     Mesh mesh = LoadMesh(options.mesh, options.axes);
-    Camera const camera(options, mesh.bounds);
+    Camera const camera = Camera::Place(options, mesh.bounds);
     Vector2f const middle = camera.GetPixel(mesh.bounds.GetCentre());
     Scene const scene(options, std::move(mesh), camera.GetEye());
 

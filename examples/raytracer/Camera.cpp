@@ -9,6 +9,7 @@
 #include "bv/maths/Direction.h"
 #include "bv/maths/View.h"
 #include "bv/maths/Visibility.h"
+#include "bv/maths/tPixelRays.h"
 
 namespace raytracer
 {
@@ -41,27 +42,31 @@ Camera Camera::Place(Options const& options, VolumeAABBf const& box)
     if (!(DistanceSquared(lookAt, Vector3d(eye)) > 0))
         throw UserError("--eye and --look-at: the camera stands where it looks");
     double const farthest = bounds.Distance(Vector3d(eye)) + 2 * bounds.GetDiagonal().Length() + 1;
-    return {Vector2f(size), eye, lookAt, bv::maths::PerspectiveFromTangent(tangent, aspect, NEAR_DISTANCE, farthest)};
+    Matrix4d const projection = bv::maths::PerspectiveFromTangent(tangent, aspect, NEAR_DISTANCE, farthest);
+    Matrix4f const worldToClip(projection * LookAt(Vector3d(eye), lookAt, UP));
+    Matrix4f const cameraToWorld(PlaceCamera(Vector3d(eye), lookAt, UP));
+    return {Vector2f(size), eye, worldToClip, PixelRaysf(Vector2f(size), Matrix4f(projection), cameraToWorld)};
 }
 
-Camera::Camera(Vector2f const& size, Vector3f const& eye, Vector3d const& lookAt, Matrix4d const& projection)
+Camera::Camera(Vector2f const& size, Vector3f const& eye, Matrix4f const& worldToClip, PixelRaysf const& rays)
     : size_(size),
       eye_(eye),
-      worldToClip_(projection * LookAt(Vector3d(eye), lookAt, UP)),
-      rays_(size, projection, PlaceCamera(Vector3d(eye), lookAt, UP))
+      worldToClip_(worldToClip),
+      corner_(rays.GetDirection({0, 0})),
+      right_(rays.GetStepRight()),
+      down_(rays.GetStepDown())
 {
 }
 
-DepthRayf Camera::GetRay(Vector2f const& pixel) const
+DepthRayf Camera::GetRay(Vector2f const& pixel, float step) const
 {
-    Vector3f const along = rays_.GetDirection(pixel);
+    Vector3f const along = corner_ + right_ * pixel.x + down_ * pixel.y;
     float const inverseLength = 1 / along.Length();
     DepthRayf ray(eye_, along * inverseLength);
     // Only what a step changes across the ray turns it.
-    auto const turn = [&](Vector3f const& step)
-    { return (step - ray.direction * ray.direction.Dot(step)) * inverseLength; };
-    ray.dDirectionDu = turn(rays_.GetStepRight());
-    ray.dDirectionDv = turn(rays_.GetStepDown());
+    float const scale = step * inverseLength;
+    ray.dDirectionDu = (right_ - ray.direction * ray.direction.Dot(right_)) * scale;
+    ray.dDirectionDv = (down_ - ray.direction * ray.direction.Dot(down_)) * scale;
     return ray;
 }
 

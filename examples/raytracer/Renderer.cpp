@@ -71,15 +71,11 @@ void DrawTile(Tile const& tile, Job const& job, Tracer& tracer)
     std::vector<Pixel> pixels = GetPixels(tile, job);
     std::vector<DepthRayf> rays(pixels.size());
     std::vector<Hit> hits;
-    float const narrowing = 1 / std::sqrt(static_cast<float>(job.options.samples));
+    float const step = 1 / std::sqrt(static_cast<float>(job.options.samples));
     for (unsigned sample = 0; sample < job.options.samples; ++sample)
     {
         for (std::size_t i = 0; i < pixels.size(); ++i)
-        {
-            rays[i] = job.camera.GetRay(GetCorner(pixels[i].place) + bv::maths::GetR2Point<float>(sample));
-            rays[i].dDirectionDu *= narrowing;
-            rays[i].dDirectionDv *= narrowing;
-        }
+            rays[i] = job.camera.GetRay(GetCorner(pixels[i].place) + bv::maths::GetR2Point<float>(sample), step);
         hits.assign(pixels.size(), Hit{});
         tracer.FindClosest(rays, hits, entries);
         for (std::size_t i = 0; i < pixels.size(); ++i)

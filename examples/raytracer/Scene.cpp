@@ -48,14 +48,6 @@ Differential3f Bound(Differential3f const& footprint)
     return footprint.GetRadius() < WIDEST ? footprint : GRAZED;
 }
 
-/// @param[out] weights how the weights of b and c change by one pixel; zero where the ray grazes the triangle.
-Differential3f GetFootprint(DepthRayf const& ray, float distance, Vector3f const& a, Vector3f const& b,
-                            Vector3f const& c, Differential2f& weights)
-{
-    Differential3f footprint;
-    return GetHitDifferentials(ray, a, b, c, distance, footprint, weights) ? Bound(footprint) : GRAZED;
-}
-
 /// How a vector's direction, as a unit vector, changes when the vector does.
 Differential3f GetUnitChange(Vector3f const& vector, Differential3f const& change)
 {
@@ -156,8 +148,9 @@ void Scene::SetTriangle(Surface& surface, DepthRayf const& ray, Hit const& hit) 
     Triangle const& triangle = mesh_.triangles[hit.index];
     auto const& [a, b, c] = triangle.corners;
     surface.face = FaceForward(triangle.GetCross().Normalised(), -ray.direction);
-    Differential2f change;
-    surface.footprint = GetFootprint(ray, hit.distance, a, b, c, change);
+    Differential2f change; // of the weights of b and c
+    bool const isCovered = GetHitDifferentials(ray, a, b, c, hit.distance, surface.footprint, change);
+    surface.footprint = isCovered ? Bound(surface.footprint) : GRAZED;
 
     std::array normals = triangle.normals;
     std::array const weights{1 - hit.u - hit.v, hit.u, hit.v};
@@ -201,8 +194,12 @@ void Scene::SetFloor(Surface& surface, DepthRayf const& ray, Hit const& hit) con
 {
     surface.face = FaceForward(floor_->GetNormal(), -ray.direction);
     surface.normal = surface.face;
-    Differential2f weights; // of any three points
-    surface.footprint = GetFootprint(ray, hit.distance, {0, 0, 0}, {0, 0, 1}, {1, 0, 0}, weights);
+    auto const slide = [&](Vector3f const& originChange, Vector3f const& directionChange)
+    {
+        Vector3f const change = originChange + directionChange * hit.distance;
+        return change - ray.direction * (change.y / ray.direction.y);
+    };
+    surface.footprint = Bound({slide(ray.dOriginDu, ray.dDirectionDu), slide(ray.dOriginDv, ray.dDirectionDv)});
     surface.colour = checkered_ ? GetChecker(surface.position, surface.footprint) : Colour(0.40F, 0.39F, 0.38F);
 }
 

@@ -84,9 +84,9 @@ Colour GetBetween(Texels const& texels, Place const& place)
     std::size_t const bottom = std::min<std::size_t>(top + 1, texels.side - 1);
     Colour const* const upper = &texels.colours[top * texels.side];
     Colour const* const lower = &texels.colours[bottom * texels.side];
-    float const share = x - static_cast<float>(left);
-    return Lerp(Lerp(upper[left], upper[right], share), Lerp(lower[left], lower[right], share),
-                y - static_cast<float>(top));
+    float const u = x - static_cast<float>(left);
+    float const v = y - static_cast<float>(top);
+    return (upper[left] * (1 - u) + upper[right] * u) * (1 - v) + (lower[left] * (1 - u) + lower[right] * u) * v;
 }
 
 /// Half as wide: each texel the mean of four. Of an odd side the last row and column are left out.

@@ -13,7 +13,6 @@ using bv::maths::AreaAABBf;
 using bv::maths::CoordinateFramed;
 using bv::maths::CoordinateFramef;
 using bv::maths::DepthRayf;
-using bv::maths::Differential2f;
 using bv::maths::Differential3f;
 using bv::maths::Frustumf;
 using bv::maths::Matrix4d;

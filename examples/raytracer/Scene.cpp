@@ -39,13 +39,22 @@ void Paint(Surface& surface, Material material, Colour const& plain, Vector3f co
     }
 }
 
-constexpr float WIDEST = 1e3F;
-/// The footprint where a ray only grazes a surface, which a pixel covers without bound.
-constexpr Differential3f GRAZED({WIDEST, 0, 0}, {0, 0, WIDEST});
-
+/// The footprint, unless a ray only grazes the surface, where a pixel covers it without bound: then a very wide one.
 Differential3f Bound(Differential3f const& footprint)
 {
-    return footprint.GetRadius() < WIDEST ? footprint : GRAZED;
+    constexpr float WIDEST = 1e3F;
+    return footprint.GetRadius() < WIDEST ? footprint : Differential3f({WIDEST, 0, 0}, {0, 0, WIDEST});
+}
+
+/// How the place of a hit on a plane changes. Igehy, "Tracing Ray Differentials", 1999.
+Differential3f GetPlaneFootprint(DepthRayf const& ray, float distance, Vector3f const& normal)
+{
+    auto const slide = [&](Vector3f const& originChange, Vector3f const& directionChange)
+    {
+        Vector3f const change = originChange + directionChange * distance;
+        return change - ray.direction * (change.Dot(normal) / ray.direction.Dot(normal));
+    };
+    return Bound({slide(ray.dOriginDu, ray.dDirectionDu), slide(ray.dOriginDv, ray.dDirectionDv)});
 }
 
 /// How a vector's direction, as a unit vector, changes when the vector does.
@@ -146,11 +155,8 @@ Surface Scene::GetSurface(DepthRayf const& ray, Hit const& hit) const
 void Scene::SetTriangle(Surface& surface, DepthRayf const& ray, Hit const& hit) const
 {
     Triangle const& triangle = mesh_.triangles[hit.index];
-    auto const& [a, b, c] = triangle.corners;
     surface.face = FaceForward(triangle.GetCross().Normalised(), -ray.direction);
-    Differential2f change; // of the weights of b and c
-    bool const isCovered = GetHitDifferentials(ray, a, b, c, hit.distance, surface.footprint, change);
-    surface.footprint = isCovered ? Bound(surface.footprint) : GRAZED;
+    surface.footprint = GetPlaneFootprint(ray, hit.distance, surface.face);
 
     std::array normals = triangle.normals;
     std::array const weights{1 - hit.u - hit.v, hit.u, hit.v};
@@ -162,11 +168,18 @@ void Scene::SetTriangle(Surface& surface, DepthRayf const& ray, Hit const& hit) 
     }
     Vector3f const toB = normals[1] - normals[0];
     Vector3f const toC = normals[2] - normals[0];
-    auto const mix = [&](Vector2f const& shares) { return toB * shares.x + toC * shares.y; };
-    Vector3f const smooth = normals[0] + mix({hit.u, hit.v});
+    Vector3f const sideB = triangle.corners[1] - triangle.corners[0];
+    Vector3f const sideC = triangle.corners[2] - triangle.corners[0];
+    auto const change = [&](Vector3f const& way)
+    {
+        float u = 0;
+        float v = 0;
+        return GetBarycentric(way, {}, sideB, sideC, u, v) ? toB * u + toC * v : Vector3f();
+    };
+    Vector3f const smooth = normals[0] + toB * hit.u + toC * hit.v;
     surface.normal = FaceForward(smooth.Normalised(), surface.face);
-    surface.normalChange =
-        GetUnitChange(smooth, {mix(change[Differential2f::DIFF_U]), mix(change[Differential2f::DIFF_V])});
+    surface.normalChange = GetUnitChange(
+        smooth, {change(surface.footprint[Differential3f::DIFF_U]), change(surface.footprint[Differential3f::DIFF_V])});
     Paint(surface, material_, {0.62F, 0.50F, 0.40F}, surface.position);
 }
 
@@ -194,12 +207,7 @@ void Scene::SetFloor(Surface& surface, DepthRayf const& ray, Hit const& hit) con
 {
     surface.face = FaceForward(floor_->GetNormal(), -ray.direction);
     surface.normal = surface.face;
-    auto const slide = [&](Vector3f const& originChange, Vector3f const& directionChange)
-    {
-        Vector3f const change = originChange + directionChange * hit.distance;
-        return change - ray.direction * (change.y / ray.direction.y);
-    };
-    surface.footprint = Bound({slide(ray.dOriginDu, ray.dDirectionDu), slide(ray.dOriginDv, ray.dDirectionDv)});
+    surface.footprint = GetPlaneFootprint(ray, hit.distance, surface.face);
     surface.colour = checkered_ ? GetChecker(surface.position, surface.footprint) : Colour(0.40F, 0.39F, 0.38F);
 }
 

@@ -30,8 +30,8 @@ public:
 private:
     [[nodiscard]] Colour GetSkyLight(Surface const& surface, Spread const& spread);
     [[nodiscard]] Colour GetSunLight(Surface const& surface, Spread const& spread);
-    [[nodiscard]] Colour GetMirrored(DepthRayf const& ray, Surface const& surface, Spread const& spread,
-                                     unsigned mirrors);
+    [[nodiscard]] Colour GetMirrored(DepthRayf const& ray, Surface const& surface, Vector3f const& normal,
+                                     Spread const& spread, unsigned mirrors);
 
     Scene const& scene_;
     Tracer& tracer_;

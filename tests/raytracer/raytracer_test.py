@@ -227,8 +227,9 @@ class Packets(RayTracerTest):
             self.assertEqual(len(pictures), 1)
 
     def test_rays_that_graze_a_roof_give_the_same_bytes_in_every_packet(self):
-        # A single ray widens every slab of a box and a packet all but the y slab: without the padding of the hierarchy
-        # the row of rays that run level, a hair above the roof, would meet its box in one and miss it in the other.
+        # A single ray and a packet round differently where they meet a box, and a packet widens all but its y slab:
+        # without the padding of the hierarchy the row of rays that run level, a hair above the roof, might meet its
+        # box in one and miss it in the other.
         roof = self.write("roof.obj", "v -1 0 -1\nv 1 0 -1\nv 1 0 1\nv -1 0 1\nf 1 2 3 4\n"
                                       "v -1 1 -1\nv 1 1 -1\nv 1 1 1\nv -1 1 1\nf 5 6 7 8\n")
         self.draw("--size", "961x61", "--samples", "1", "--ao", "4", "--eye=0.1,1.0000001,5", "--look-at=0,1,0",

@@ -28,3 +28,13 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTAL
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE BV_PC_PREFIX)
 configure_file(packaging/BvBaseUtils.pc.in ${PROJECT_BINARY_DIR}/BvBaseUtils.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/BvBaseUtils.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+# What debuggers show, see docs/debuggers.md. GDB runs a script together with the library whose path and name it repeats; the
+# prefix in that path is known when the library is installed.
+install(FILES packaging/gdb/bvbaseutils_printers.py
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/BvBaseUtils/gdb COMPONENT development)
+if(BUILD_SHARED_LIBS AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  install(FILES packaging/gdb/autoload.py
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${CMAKE_INSTALL_PREFIX}/${BV_PC_LIBDIR}
+    RENAME $<TARGET_FILE_NAME:BvBaseUtils>-gdb.py COMPONENT development)
+endif()

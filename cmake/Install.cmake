@@ -38,3 +38,11 @@ if(BUILD_SHARED_LIBS AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
     DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${CMAKE_INSTALL_PREFIX}/${BV_PC_LIBDIR}
     RENAME $<TARGET_FILE_NAME:BvBaseUtils>-gdb.py COMPONENT development)
 endif()
+
+# Visual Studio takes this file from the programs that it is linked into, as a source of theirs.
+set(BV_NATVIS ${CMAKE_INSTALL_DATADIR}/BvBaseUtils/BvBaseUtils.natvis)
+set(BV_HAS_NATVIS "$<AND:$<PLATFORM_ID:Windows>,$<CXX_COMPILER_ID:MSVC,Clang>>")
+target_sources(BvBaseUtils INTERFACE
+  $<BUILD_INTERFACE:$<${BV_HAS_NATVIS}:${PROJECT_SOURCE_DIR}/packaging/BvBaseUtils.natvis>>
+  $<INSTALL_INTERFACE:$<${BV_HAS_NATVIS}:$<INSTALL_PREFIX>/${BV_NATVIS}>>)
+install(FILES packaging/BvBaseUtils.natvis DESTINATION ${CMAKE_INSTALL_DATADIR}/BvBaseUtils COMPONENT development)

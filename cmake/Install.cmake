@@ -1,4 +1,5 @@
-# The installed package: library, headers, CMake package and pkg-config file. All of it may be moved after installation.
+# The installed package: library, headers, CMake package and pkg-config file, licence, and what debuggers show. All of it may
+# be moved after installation. packaging/manifest.txt lists the files.
 set(BV_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/BvBaseUtils)
 
 install(TARGETS BvBaseUtils EXPORT BvBaseUtilsTargets
@@ -28,6 +29,8 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTAL
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE BV_PC_PREFIX)
 configure_file(packaging/BvBaseUtils.pc.in ${PROJECT_BINARY_DIR}/BvBaseUtils.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/BvBaseUtils.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+install(FILES LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 
 # What debuggers show, see docs/debuggers.md. GDB runs a script together with the library whose path and name it repeats; the
 # prefix in that path is known when the library is installed.

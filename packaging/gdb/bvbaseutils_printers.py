@@ -189,14 +189,12 @@ def is_diagonal(rows, tolerance):
     return all(abs(rows[r][c]) < tolerance for r in range(4) for c in range(4) if r != c)
 
 
-def is_rotation(rows, tolerance):
-    """Whether the first three columns and rows turn. The fourth may hold anything."""
+def is_orthonormal(rows, tolerance):
+    """Whether the first three columns have length 1 and right angles. The fourth may hold anything, and a left-handed
+    frame counts."""
     axes = [[rows[r][c] for r in range(3)] for c in range(3)]
-    dot = [[sum(a * b for a, b in zip(one, other)) for other in axes] for one in axes]
-    (ax, ay, az), (bx, by, bz), (cx, cy, cz) = axes
-    determinant = ax * (by * cz - bz * cy) - ay * (bx * cz - bz * cx) + az * (bx * cy - by * cx)
-    right = all(abs(dot[i][k] - (i == k)) < tolerance for i in range(3) for k in range(3))
-    return right and determinant > 0
+    dots = [[sum(a * b for a, b in zip(one, other)) for other in axes] for one in axes]
+    return all(abs(dots[i][k] - (i == k)) < tolerance for i in range(3) for k in range(3))
 
 
 class Matrix4(Members):
@@ -215,7 +213,7 @@ class Matrix4(Members):
             return not is_identity(rows, 10 * self.EPSILON[size])
         if state == "DIAGONAL":
             return not is_diagonal(rows, 10 * self.EPSILON[size])
-        return state == "ORTHONORMAL" and not is_rotation(rows, self.DRIFT[size])
+        return state == "ORTHONORMAL" and not is_orthonormal(rows, self.DRIFT[size])
 
     def to_string(self):
         state = enumerator(self.value["state"])

@@ -78,9 +78,10 @@ void ShowMatrices()
     tMatrix4<double> staleDiagonal(diagonal);
     staleDiagonal(3) = 7; // first row, fourth column
     tMatrix4<float> staleRotation(rotation);
-    staleRotation(10) = -1; // a reflection
+    staleRotation(10) = 2; // third row, third column
     tMatrix4<float> movedRotation(rotation);
     movedRotation(3) = 5; // a translation does not deny a rotation
+    tMatrix4<float> const leftHandedMatrix({0, 1, 0}, {1, 0, 0}, {0, 0, 1});
     tMatrixParts<float> const parts({1, 2, 3}, tQuaternion<float>(), {4, 5, 6}, {0.5F, 0, 0});
     tPreparedTransform<float> const prepared(tMatrix4<float>::Translate(1, 2, 3));
     tPixelRays<float> const pixelRays({4, 2}, identity, identity);

@@ -34,8 +34,10 @@ install(FILES LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT
 
 # What debuggers show, see docs/debuggers.md. GDB runs a script together with the library whose path and name it repeats; the
 # prefix in that path is known when the library is installed.
-install(FILES packaging/gdb/bvbaseutils_printers.py
-  DESTINATION ${CMAKE_INSTALL_DATADIR}/BvBaseUtils/gdb COMPONENT development)
+foreach(file debuggers/bvbaseutils_texts.py gdb/bvbaseutils_printers.py lldb/bvbaseutils_lldb.py)
+  cmake_path(GET file PARENT_PATH folder)
+  install(FILES packaging/${file} DESTINATION ${CMAKE_INSTALL_DATADIR}/BvBaseUtils/${folder} COMPONENT development)
+endforeach()
 if(BUILD_SHARED_LIBS AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
   install(FILES packaging/gdb/autoload.py
     DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${CMAKE_INSTALL_PREFIX}/${BV_PC_LIBDIR}

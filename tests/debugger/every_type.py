@@ -1,4 +1,4 @@
-"""Fails when a type of the library is missing in the Natvis file or among the values that GDB is tested with, or when the
+"""Fails when a type of the library is missing in the Natvis file or among the values that debuggers are tested with, or when the
 Natvis file names a member that does not exist.
 
 Usage: every_type.py, from anywhere
@@ -148,7 +148,7 @@ def main():
     for program, texts in programs.items():
         shown = set(re.findall(r"^(\w+) = ", (HERE / texts).read_text(encoding="utf-8"), re.MULTILINE))
         tested |= {kind for name, kind in values(HERE / program) if name in shown}
-    complaints += [f"no test has GDB show a {name}" for name in types if name not in tested | BASES_ONLY]
+    complaints += [f"no test has debuggers show a {name}" for name in types if name not in tested | BASES_ONLY]
 
     print(f"{len(types)} types, {len(entries)} entries")
     if complaints or len(types) < 45:

@@ -51,6 +51,16 @@ def shown(gdb, program, arguments):
     return texts
 
 
+def compare(wanted, texts):
+    """Fails where a text is not as wanted."""
+    wrong = [name for name in wanted if texts.get(name) != wanted[name]]
+    for name in wrong:
+        print(f"{name}\n    wanted {wanted[name]}\n    shown  {texts.get(name)}")
+    if wrong or not wanted:
+        sys.exit(1)
+    print(f"{len(wanted)} values are shown as they should be")
+
+
 def main():
     gdb, program, path, *arguments = sys.argv[1:]
     if not pathlib.Path(gdb).exists():
@@ -59,13 +69,7 @@ def main():
     if "avx" in pathlib.Path(path).stem and not has_avx():
         print("skipped: this processor has no AVX")
         sys.exit(SKIPPED)
-    wanted, texts = expected(path), shown(gdb, program, arguments)
-    for name in wanted:
-        if texts.get(name) != wanted[name]:
-            print(f"{name}\n    wanted {wanted[name]}\n    shown  {texts.get(name)}")
-    if any(texts.get(name) != wanted[name] for name in wanted):
-        sys.exit(1)
-    print(f"{len(wanted)} values are shown as they should be")
+    compare(expected(path), shown(gdb, program, arguments))
 
 
 if __name__ == "__main__":

@@ -7,6 +7,7 @@ import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 
 SKIPPED = 77
 # At each stop, the local variables of the function that has come to it.
@@ -41,10 +42,11 @@ def expected(path):
 def shown(gdb, program, arguments):
     """The texts that GDB shows, by name."""
     environment = {**os.environ, "LC_ALL": "C.UTF-8", "ASAN_OPTIONS": "detect_leaks=0"}
-    script = pathlib.Path(program + ".gdb")
-    script.write_text(SCRIPT, encoding="utf-8")
-    run = subprocess.run([gdb, "-nx", "-batch", *arguments, "-x", script, program], env=environment, capture_output=True,
-                         encoding="utf-8", check=False)
+    with tempfile.TemporaryDirectory() as folder:
+        script = pathlib.Path(folder, "show.gdb")
+        script.write_text(SCRIPT, encoding="utf-8")
+        run = subprocess.run([gdb, "-nx", "-batch", *arguments, "-x", script, program], env=environment,
+                             capture_output=True, encoding="utf-8", check=False)
     texts = dict(re.findall(r"^shown: (\w+) = (?:@0x\w+: )?(.*)$", run.stdout, re.MULTILINE))  # @: of a reference
     if not texts:
         sys.exit(f"GDB shows nothing:\n{run.stdout}{run.stderr}")

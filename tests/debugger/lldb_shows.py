@@ -7,6 +7,7 @@ import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 
 import gdb_shows
 
@@ -30,16 +31,18 @@ def packages(lldb):
 
 def shown(lldb, program, module):
     """The summaries by name."""
-    script = pathlib.Path(program + "_lldb.py")
-    script.write_text(SCRIPT, encoding="utf-8")
-    commands = ["settings set target.disable-aslr false", f"command script import {module}",
-                f"command script import {script}", f"command script add -f {script.stem}.show show",
-                "breakpoint set --name Stop", "run", "show"]
     # LLDB takes the modules of the first Python on the path, which must be the system's.
     environment = {**os.environ, "LC_ALL": "C.UTF-8", "ASAN_OPTIONS": "detect_leaks=0", "PYTHONPATH": packages(lldb),
                    "PATH": os.defpath}
-    run = subprocess.run([lldb, "--no-lldbinit", "--batch", *[part for command in commands for part in ("-o", command)],
-                          program], env=environment, capture_output=True, encoding="utf-8", check=False)
+    with tempfile.TemporaryDirectory() as folder:
+        script = pathlib.Path(folder, "bvbaseutils_show.py")
+        script.write_text(SCRIPT, encoding="utf-8")
+        commands = ["settings set target.disable-aslr false", f"command script import {module}",
+                    f"command script import {script}", f"command script add -f {script.stem}.show show",
+                    "breakpoint set --name Stop", "run", "show"]
+        options = [part for command in commands for part in ("-o", command)]
+        run = subprocess.run([lldb, "--no-lldbinit", "--batch", *options, program], env=environment, capture_output=True,
+                             encoding="utf-8", check=False)
     found = dict(re.findall(r"^shown: (\w+) = (.*)$", run.stdout, re.MULTILINE))
     if not found:
         sys.exit(f"LLDB shows nothing:\n{run.stdout}{run.stderr}")

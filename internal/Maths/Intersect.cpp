@@ -3,6 +3,7 @@
 #include <limits>
 #include <type_traits>
 
+#include "bv/maths/Componentwise.h"
 #include "bv/maths/tReciprocalRay.h"
 
 namespace bv::maths
@@ -72,7 +73,7 @@ bool detail::MeetOnEdge(T const (&corners)[9], T tNear, T tFar, T (&hit)[3]) noe
     double const t =
         (ofA * static_cast<double>(az) + ofB * static_cast<double>(bz) + ofC * static_cast<double>(cz)) / sum;
     T const at = static_cast<T>(t) + T{0}; // never -0
-    if (!(tNear <= at && at <= tFar))
+    if (!Counts(at, tNear, tFar))
         return false;
     hit[0] = at;
     hit[1] = static_cast<T>(ofB / sum) + T{0};
@@ -128,11 +129,20 @@ bool OverlapsTriangle(tVolumeAABB<T> const& box, tVector3<T> const& a, tVector3<
                 return false;
         }
     }
-    tVector3<T> const normal = (corners[1] - corners[0]).Cross(corners[2] - corners[0]);
+    tVector3<T> const p = corners[1] - corners[0];
+    tVector3<T> const q = corners[2] - corners[0];
+    tVector3<T> const normal = p.Cross(q);
     T const distance = normal.Dot(corners[0]);
-    T const reach = detail::Magnitude(normal.x) * half.x + detail::Magnitude(normal.y) * half.y +
-                    detail::Magnitude(normal.z) * half.z;
-    return detail::Magnitude(distance) <= reach;
+    T const reach = Abs(normal).Dot(half);
+    if (detail::Magnitude(distance) <= reach)
+        return true;
+    // The normal of a triangle that is nearly its longest edge is what rounding left of larger products. It separates
+    // only where it would with any normal that rounds to this one.
+    tVector3<T> const magnitudes(detail::Magnitude(p.y * q.z) + detail::Magnitude(p.z * q.y),
+                                 detail::Magnitude(p.z * q.x) + detail::Magnitude(p.x * q.z),
+                                 detail::Magnitude(p.x * q.y) + detail::Magnitude(p.y * q.x));
+    T const slack = T{8} * std::numeric_limits<T>::epsilon() * magnitudes.Dot(Abs(corners[0]) + half);
+    return detail::Magnitude(distance) <= reach + slack;
 }
 
 template <typename T>

@@ -230,6 +230,23 @@ TYPED_TEST(IntersectTest, WhatOverflowsIsAMiss)
                           Triangle<T>{{-huge, -huge, 0}, {huge, -huge, 0}, {0, huge, 0}}, T{0}, INF<T>));
 }
 
+// An infinite parameter is none, even where the interval has no end.
+TYPED_TEST(IntersectTest, AParameterThatOverflowsIsAMiss)
+{
+    using T = TypeParam;
+    T const far = std::is_same_v<T, float> ? T(1e13) : T(1e103); // the product of three is beyond all numbers
+    tRay<T> const ray({0, 0, 0}, {0, 0, 1});
+    EXPECT_FALSE(BothMeet(ray, Triangle<T>{{-far, -far, far}, {far, -far, far}, {0, far, far}}, T{0}, INF<T>));
+    EXPECT_FALSE(BothMeet(ray, Triangle<T>{{-far, -far, -far}, {far, -far, -far}, {0, far, -far}}, -INF<T>, T{0}));
+
+    T const nearlyParallel = std::numeric_limits<T>::min() / 16;
+    T t = 7;
+    EXPECT_FALSE(IntersectPlane(tRay<T>({0, 0, 0}, {1, nearlyParallel, 0}), tPlane<T>({0, 1, 0}, -5), T{0}, INF<T>, t));
+    EXPECT_FALSE(
+        IntersectDisc(tRay<T>({0, 0, 0}, {0, nearlyParallel, 0}), {0, 5, 0}, {0, 1, 0}, T{1}, T{0}, INF<T>, t));
+    EXPECT_EQ(t, 7);
+}
+
 TYPED_TEST(IntersectTest, ResultsMayBeNumbersOfTheArguments)
 {
     using T = TypeParam;
@@ -636,6 +653,23 @@ TYPED_TEST(IntersectTest, WhatTouchesABoxOverlapsIt)
     EXPECT_FALSE(OverlapsTriangle(tVolumeAABB<T>({0, 0, 0}, {INF<T>, 1, 1}), {0, 0, 0}, {1, 0, 0}, {0, 1, 0}));
     EXPECT_FALSE(OverlapsTriangle(tVolumeAABB<T>({0, 0, QUIET_NAN<T>}, {1, 1, 1}), {0, 0, 0}, {1, 0, 0}, {0, 1, 0}));
     EXPECT_FALSE(OverlapsTriangle(box, {QUIET_NAN<T>, 0, 0}, {1, 0, 0}, {0, 1, 0}));
+}
+
+// Rounding leaves such a triangle with a normal that points anywhere.
+TYPED_TEST(IntersectTest, ATriangleThatIsNearlyItsLongestEdgeOverlapsTheBoxThatTheEdgeCrosses)
+{
+    using T = TypeParam;
+    Random random(21);
+    for (int i = 0; i < 20000; ++i)
+    {
+        tVector3<T> const lower = random.Vector<tVector3<T>>(-1, 0);
+        tVector3<T> const extents = random.Vector<tVector3<T>>(T{0.5}, 2);
+        tVector3<T> const inside = lower + extents * T{0.5};
+        tVector3<T> const way = random.Vector<tVector3<T>>(-2, 2);
+        tVector3<T> const a = inside - way;
+        tVector3<T> const b = inside + way * T{0.75};
+        ASSERT_TRUE(OverlapsTriangle(tVolumeAABB<T>(lower, lower + extents), a, b, (a + b) * T{0.5})) << i;
+    }
 }
 
 } // namespace

@@ -84,9 +84,10 @@ IntersectTriangle(tRay<T> const& ray, tVector3<T> const& a, tVector3<T> const& b
 /// errors of the products, by T. Dekker, "A Floating-Point Technique for Extending the Available Precision", 1971.) A
 /// triangle that the ray sees from the edge, or without area, is a miss; its neighbours are met.
 ///
-/// The promise is for coordinates whose products, as seen along the ray, neither overflow nor, in `double`, lie below
-/// 1e-270. It is one of directions: the parameter t of a hit is rounded like any other, and an interval that ends close
-/// to the mesh can cut it off.
+/// The promise is for coordinates, as seen along the ray, whose products neither overflow nor, in `double`, lie below
+/// 1e-270, and in `double` for none above 1e300. It is one of directions: the parameter t of a hit is rounded, and an
+/// interval that ends close to the mesh can cut it off. Where products of three coordinates fall below the normal
+/// numbers, as those of about 1e-13 do in `float`, t has fewer digits, down to none.
 ///
 /// @param ray made ready once for all triangles.
 /// @param a,b,c the corners, in either order of rotation.
@@ -119,7 +120,7 @@ template <typename T>
         return false;
     T const divisor = crosses ? denominator : T{1};
     T const at = -((p.x * n.x + p.y * n.y + p.z * n.z) + plane.GetOffset()) / divisor + T{0};
-    if (!(crosses & (tNear <= at) & (at <= tFar)))
+    if (!(crosses & detail::Counts<T>(at, tNear, tFar)))
         return false;
     t = at;
     return true;
@@ -145,7 +146,7 @@ IntersectDisc(tRay<T> const& ray, tVector3<T> const& centre, tVector3<T> const& 
     tVector3<T> const fromCentre = ray.origin - centre;
     T const divisor = crosses ? denominator : T{1};
     T const at = -normal.Dot(fromCentre) / divisor + T{0};
-    bool const counts = crosses & (tNear <= at) & (at <= tFar) & (radius >= T{0});
+    bool const counts = crosses & detail::Counts<T>(at, tNear, tFar) & (radius >= T{0});
     if (!detail::VECTORISES_TESTS && !counts)
         return false;
     tVector3<T> const way = fromCentre + ray.direction * at;

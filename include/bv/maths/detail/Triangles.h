@@ -11,6 +11,7 @@
 
 #include "bv/Export.h"
 #include "bv/maths/detail/Lanes.h"
+#include "bv/maths/detail/Number.h"
 
 namespace bv::maths::detail
 {
@@ -86,11 +87,19 @@ struct tMeeting
     MaskOf<V> hits; ///< set where there is one
 };
 
-/// Where a number lies in an interval, whose ends belong to it.
+/// Where a parameter is finite and lies in an interval, whose ends belong to it.
 template <typename V>
-[[nodiscard, gnu::always_inline]] inline MaskOf<V> IsBetween(V const& x, V const& lower, V const& upper) noexcept
+[[nodiscard, gnu::always_inline]] inline MaskOf<V> WhereCounts(V const& t, V const& tNear, V const& tFar) noexcept
 {
-    return BitsAs<MaskOf<V>>(Both(lower <= x, x <= upper));
+    V const largest = Broadcast<V>(std::numeric_limits<Element<V>>::max());
+    return BitsAs<MaskOf<V>>(Both(Both(tNear <= t, t <= tFar), Magnitude(t) <= largest));
+}
+
+/// The same of one parameter.
+template <typename T>
+[[nodiscard, gnu::always_inline]] constexpr bool Counts(T t, T tNear, T tFar) noexcept
+{
+    return (tNear <= t) & (t <= tFar) & (Magnitude(t) <= std::numeric_limits<T>::max());
 }
 
 /// The fast test: three scalar triple products over a fourth. Nothing is divided where there is no hit in the plane of
@@ -121,7 +130,7 @@ MeetFast(tTriple<V> const& origin, tTriple<V> const& direction, tTriple<V> const
     I const hits = Both(crosses, inside);
     V const divisor = Select(hits, size, Broadcast<V>(T{1}));
     V const at = t / divisor + zero; // never -0
-    return {at, u / divisor + zero, v / divisor + zero, Both(hits, IsBetween(at, tNear, tFar))};
+    return {at, u / divisor + zero, v / divisor + zero, Both(hits, WhereCounts(at, tNear, tFar))};
 }
 
 /// The corners of a triangle seen along a ray, in a frame where the ray runs along z from (0, 0, 0): x and y are
@@ -166,7 +175,7 @@ template <typename V>
         Both(Either(zero < smallest, largest < zero), Magnitude(sum) <= Broadcast<V>(std::numeric_limits<T>::max())));
     V const divisor = Select(inside, sum, Broadcast<V>(T{1}));
     V const at = (ofA * a.z + ofB * b.z + ofC * c.z) / divisor + zero;
-    return {at, ofB / divisor, ofC / divisor, Both(inside, IsBetween(at, tNear, tFar))};
+    return {at, ofB / divisor, ofC / divisor, Both(inside, WhereCounts(at, tNear, tFar))};
 }
 
 /// Has MeetOnEdge() decide the open lanes.

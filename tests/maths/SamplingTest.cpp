@@ -313,6 +313,32 @@ TYPED_TEST(SamplingTest, InversesGiveThePointOfTheSquareBack)
     }
 }
 
+TYPED_TEST(SamplingTest, InversesKeepTheirDigitsFarFromTheAxis)
+{
+    using T = TypeParam;
+    Square<T> const nearEdge(T(6.1095e-5), T(0.06365));
+    ExpectNearSquare(ConeToSquare(SquareToCone(nearEdge, -1), -1), nearEdge, 2);
+
+    Random random(31);
+    for (int i = 0; i < 20000; ++i)
+    {
+        Square<T> const square = AnySquare<T>(random);
+        SCOPED_TRACE(testing::Message() << square.x << ", " << square.y);
+        Direction<T> const normal = AnyNormal<T>(random);
+        auto const isOnEdge = [](Square<T> const& s)
+        { return s.x <= 0 || s.y <= 0 || s.x >= TestFixture::LAST || s.y >= TestFixture::LAST; };
+        // All of the edge is one direction, of which any of its points may come back.
+        Square<T> const back = ConeToSquare(SquareToCone(square, -1), -1);
+        if (isOnEdge(square))
+            EXPECT_TRUE(isOnEdge(back));
+        else
+            ExpectNearSquare(back, square, 2);
+        EXPECT_TRUE(isOnEdge(HemisphereToSquare(-normal, normal)));
+        Square<T> const turned = ConeToSquare(SquareToCone(square, normal, -1), normal, -1);
+        EXPECT_TRUE(turned.x >= T{0} && turned.x < T{1} && turned.y >= T{0} && turned.y < T{1});
+    }
+}
+
 TYPED_TEST(SamplingTest, AnglesAreCountedFromTheXAxisAllAround)
 {
     using T = TypeParam;
@@ -356,8 +382,18 @@ TYPED_TEST(SamplingTest, InversesOfWhatLiesOutsideAreOnTheEdgeOfTheSquare)
     Square<T> const below = HemisphereToSquare(Direction<T>(T(0.6), 0, T(-0.8)));
     ExpectSameBits(below, Square<T>(this->LAST, T{0.5}));
     ExpectSameBits(ConeToSquare(Direction<T>(0, T(0.8), T(0.6)), T(0.9)), Square<T>(T{0.5}, this->LAST));
-    EXPECT_TRUE(IsAllNaN(HemisphereToSquare(Direction<T>(0, 0, -1))));
-    EXPECT_TRUE(IsAllNaN(ConeToSquare(Direction<T>(0, 0, -1), T{0.5})));
+    for (T const z : {T{-1}, std::nextafter(T{-1}, T{-2})}) // below -1 by rounding
+    {
+        ExpectSameBits(HemisphereToSquare(Direction<T>(0, 0, z)), Square<T>(T{0.5}, this->LAST));
+        ExpectSameBits(HemisphereToSquare(Direction<T>(0, -T{0}, z)), Square<T>(T{0.5}, 0));
+        ExpectSameBits(HemisphereToSquare(Direction<T>(TINY<T>, 0, z)), Square<T>(this->LAST, T{0.5}));
+        ExpectSameBits(ConeToSquare(Direction<T>(0, 0, z), T{0.5}), Square<T>(T{0.5}, this->LAST));
+        ExpectSameBits(ConeToSquare(Direction<T>(0, -T{0}, z), T{-1}), Square<T>(T{0.5}, 0));
+    }
+    // On the edge y = 1 where the angle from the y axis, the arc tangent of 1/2, is its share of 45 degrees.
+    Long const share = std::atan(0.5L) / (LONG_PI / 4);
+    Square<T> const nearPole = HemisphereToSquare(Direction<T>(T(1e-4), T(2e-4), T{-1}));
+    ExpectNear(nearPole, share / 2 + 0.5L, 1, 0, 1);
     // Below the horizon, the cosine's inverse sees the mirror image.
     ExpectSameBits(CosineHemisphereToSquare(Direction<T>(T(0.6), 0, T(-0.8))),
                    CosineHemisphereToSquare(Direction<T>(T(0.6), 0, T(0.8))));
@@ -386,7 +422,12 @@ TYPED_TEST(SamplingTest, NaNGivesNaN)
     EXPECT_TRUE(std::isnan(SphereToSquare(Direction<T>(0, 0, nan)).x));
     EXPECT_TRUE(std::isnan(SphereToSquare(Direction<T>(nan, 0, 1)).y));
     EXPECT_TRUE(std::isnan(SphereToSquare(Direction<T>(1, nan, 0)).y));
-    EXPECT_TRUE(IsAllNaN(HemisphereToSquare(Direction<T>(T{0.5}, T{0.5}, nan))));
+    for (Direction<T> const& direction : {Direction<T>(T{0.5}, T{0.5}, nan), Direction<T>(nan, 0, T{0.5}),
+                                          Direction<T>(0, nan, T{-0.5}), Direction<T>(nan, 0, T{-0.5})})
+    {
+        EXPECT_TRUE(IsAllNaN(HemisphereToSquare(direction)));
+        EXPECT_TRUE(IsAllNaN(ConeToSquare(direction, T{-1})));
+    }
 }
 
 TYPED_TEST(SamplingTest, DensitiesAreConstantsInsideAndZeroOutside)

@@ -165,16 +165,33 @@ template <typename T>
     return {larger, isFlat ? cosine : sine, isFlat ? sine : cosine};
 }
 
-/// The first number with the sign of the second.
-[[nodiscard, gnu::always_inline]] constexpr float WithSign(float magnitude, float sign) noexcept
+/// The point of the square that the concentric map takes to the distance of `length` in the direction of (x, y), or to
+/// the circle where that is farther out.
+template <typename T>
+[[nodiscard, gnu::always_inline]] constexpr tVector2<T> PolarToSquare(T x, T y, T length) noexcept
 {
-    return __builtin_copysignf(magnitude, sign);
+    T const magnitudeX = Magnitude(x);
+    T const magnitudeY = Magnitude(y);
+    bool const isFlat = magnitudeX > magnitudeY;
+    T const eighths = EighthsOfTangent(isFlat ? magnitudeY : magnitudeX, isFlat ? magnitudeX : magnitudeY);
+    T const larger = length > T{1} ? T{1} : length;
+    T const smaller = larger * eighths;
+    T const squareX = WithSignOf(isFlat ? larger : smaller, x);
+    T const squareY = WithSignOf(isFlat ? smaller : larger, y);
+    return {IntoUnit(squareX * T{0.5} + T{0.5}), IntoUnit(squareY * T{0.5} + T{0.5})};
 }
 
-/// @copydoc WithSign(float, float)
-[[nodiscard, gnu::always_inline]] constexpr double WithSign(double magnitude, double sign) noexcept
+/// The point of the square for a direction of the cap around z that has this height, 1 for the hemisphere.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline tVector2<T> CapToSquare(tVector3<T> const& direction, T height) noexcept
 {
-    return __builtin_copysign(magnitude, sign);
+    // The square of the distance in the disc is (1 - z) / height. Above the horizon, where 1 - z cancels, its equal
+    // (x^2 + y^2) / (1 + z) takes its place, which would cancel below.
+    bool const isBelow = direction.z < T{0};
+    T const across = direction.x * direction.x + direction.y * direction.y;
+    T const below = (T{1} - direction.z) + T{0} * across; // for its NaN
+    T const square = (isBelow ? below : across) / (height * (isBelow ? T{1} : T{1} + direction.z));
+    return PolarToSquare(direction.x, direction.y, SquareRoot(square));
 }
 
 /// The two tangents of a normal.
@@ -188,7 +205,7 @@ struct tTangents
 template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr tTangents<T> MakeTangents(tVector3<T> const& normal) noexcept
 {
-    T const sign = WithSign(T{1}, normal.z);
+    T const sign = WithSignOf(T{1}, normal.z);
     T const a = T{-1} / (sign + normal.z);
     T const b = (normal.x * normal.y) * a;
     return {{T{1} + sign * ((normal.x * normal.x) * a), sign * b, -sign * normal.x},
@@ -241,16 +258,7 @@ template <typename T>
 template <typename T>
 [[nodiscard]] inline tVector2<T> DiscToSquare(tVector2<T> const& point) noexcept
 {
-    T const magnitudeX = detail::Magnitude(point.x);
-    T const magnitudeY = detail::Magnitude(point.y);
-    bool const isFlat = magnitudeX > magnitudeY;
-    T const eighths = detail::EighthsOfTangent(isFlat ? magnitudeY : magnitudeX, isFlat ? magnitudeX : magnitudeY);
-    T const length = detail::SquareRoot(point.LengthSquared());
-    T const larger = length > T{1} ? T{1} : length;
-    T const smaller = larger * eighths;
-    T const x = detail::WithSign(isFlat ? larger : smaller, point.x);
-    T const y = detail::WithSign(isFlat ? smaller : larger, point.y);
-    return {detail::IntoUnit(x * T{0.5} + T{0.5}), detail::IntoUnit(y * T{0.5} + T{0.5})};
+    return detail::PolarToSquare(point.x, point.y, detail::SquareRoot(point.LengthSquared()));
 }
 
 /// Density of SquareToDisc() per area: 1 / pi inside and on the circle, 0 outside and for NaN. A squared length above 1
@@ -384,14 +392,13 @@ template <typename T>
 
 /// Point of the square that SquareToHemisphere() maps to a direction.
 ///
-/// @param direction a unit vector; below the horizon it gives a point of the edge of the square. NaN gives NaN, and so
-///                  does (0, 0, -1).
+/// @param direction a unit vector; below the horizon it gives a point of the edge of the square, and so does
+///                  (0, 0, -1): (0.5, 0) or, by the sign of y, the one opposite. NaN gives NaN.
 /// @tparam T `float` or `double`; both instances are in the library.
 template <typename T>
 [[nodiscard]] inline tVector2<T> HemisphereToSquare(tVector3<T> const& direction) noexcept
 {
-    T const root = detail::SquareRoot(T{1} + direction.z);
-    return DiscToSquare(tVector2<T>(direction.x / root, direction.y / root));
+    return detail::CapToSquare(direction, T{1});
 }
 
 /// The same around a normal, a unit vector.
@@ -513,16 +520,14 @@ template <typename T>
 
 /// Point of the square that SquareToCone() maps to a direction.
 ///
-/// @param direction a unit vector; outside of the cone it gives a point of the edge of the square. NaN gives NaN, and
-/// so
-///                  does (0, 0, -1).
-/// @param cosine in [-1, 1), not checked.
+/// @param direction a unit vector; outside of the cone it gives a point of the edge of the square, and so does
+///                  (0, 0, -1): (0.5, 0) or, by the sign of y, the one opposite. NaN gives NaN.
+/// @param cosine in [-1, 1), not checked. With -1, all of the edge is mapped to (0, 0, -1).
 /// @tparam T `float` or `double`; both instances are in the library.
 template <typename T>
 [[nodiscard]] inline tVector2<T> ConeToSquare(tVector3<T> const& direction, std::type_identity_t<T> cosine) noexcept
 {
-    T const root = detail::SquareRoot((T{1} - cosine) * (T{1} + direction.z));
-    return DiscToSquare(tVector2<T>(direction.x / root, direction.y / root));
+    return detail::CapToSquare(direction, T{1} - cosine);
 }
 
 /// The same around an axis, a unit vector.

@@ -275,7 +275,13 @@ template <typename Vector>
     return MakeRound(centre, distanceSquared * SLACK<decltype(Vector::x)>);
 }
 
-/// The points that are farthest along each axis.
+template <typename Vector>
+[[nodiscard]] bool HasNaN(Vector const& v) noexcept
+{
+    return !(v.LengthSquared() >= 0);
+}
+
+/// The points that are farthest along each axis, of those without a NaN.
 template <typename Vector>
 struct tEnds
 {
@@ -292,9 +298,9 @@ struct tEnds
         for (Vector const& point : points)
             for (std::size_t axis = 0; axis < AXES; ++axis)
             {
-                if (point[axis] < lowest[axis][axis])
+                if (point[axis] < lowest[axis][axis] && !HasNaN(point))
                     lowest[axis] = point;
-                if (point[axis] > highest[axis][axis])
+                if (point[axis] > highest[axis][axis] && !HasNaN(point))
                     highest[axis] = point;
             }
     }

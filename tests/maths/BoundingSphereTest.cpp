@@ -419,6 +419,19 @@ TYPED_TEST(BoundingSphereTest, PointsWithANaNCountForNothing)
         {QUIET_NAN<T>, 0, 0}, {-1, 0, 0}, {0, 9, QUIET_NAN<T>}, {3, 0, 0}, {QUIET_NAN<T>, INF<T>, 0}};
     ExpectSphere(bv::maths::GetSmallestSphere(points), {1, 0, 0}, 4 * SLACK<T>);
     ExpectSphere(bv::maths::GetBoundingSphere(points), {1, 0, 0}, 4 * SLACK<T>);
+    // Nor does one that would be the farthest along an axis.
+    std::vector<tVector3<T>> const few = {{0, 0, 0}, {1, 0, 0}, {0, 5, 0}, {1, 2, 3}};
+    tVolumeSphere<T> const expected = bv::maths::GetBoundingSphere(few);
+    for (tVector3<T> const& ignored : {tVector3<T>(QUIET_NAN<T>, 100, 0), tVector3<T>(0, -100, QUIET_NAN<T>),
+                                       tVector3<T>(100, QUIET_NAN<T>, INF<T>)})
+        for (std::size_t place = 0; place <= few.size(); ++place)
+        {
+            std::vector<tVector3<T>> more = few;
+            more.insert(more.begin() + static_cast<std::ptrdiff_t>(place), ignored);
+            tVolumeSphere<T> const sphere = bv::maths::GetBoundingSphere(more);
+            ExpectSameBits(sphere.GetCentre(), expected.GetCentre());
+            ExpectSameBits(sphere.GetRadiusSquared(), expected.GetRadiusSquared());
+        }
     std::vector<tVector2<T>> const none = {{QUIET_NAN<T>, 0}, {0, QUIET_NAN<T>}};
     ExpectSphere(bv::maths::GetSmallestDisc(none), {0, 0}, -1);
     ExpectSphere(bv::maths::GetBoundingDisc(none), {0, 0}, -1);

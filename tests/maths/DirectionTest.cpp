@@ -379,6 +379,7 @@ TYPED_TEST(DirectionTest, OrthonormaliseLeavesAloneWhatSpansTooLittle)
     V const y(0, 2, 0);
     V const z(0, 0, 3);
     V const slanted(1, 1, 1);
+    T const belowSquares = sizeof(T) == sizeof(float) ? T(1e-25) : T(1e-170); // its square underflows
     std::vector<std::array<V, 3>> const cases = {
         {V(), y, z},
         {x, V(), z},
@@ -400,6 +401,8 @@ TYPED_TEST(DirectionTest, OrthonormaliseLeavesAloneWhatSpansTooLittle)
         {x, y, V(0, 0, LARGEST<T>)},
         {V(TINY<T>, 0, 0), y, z},
         {x, V(0, TINY<T>, 0), z},
+        {x, y, V(0, 0, TINY<T>)},
+        {x, y, V(0, 0, belowSquares)},
     };
     for (std::array<V, 3> const& given : cases)
     {

@@ -170,8 +170,8 @@ inline bool Orthonormalise(V& first, V& second) noexcept
 /// their product or its opposite, to the side where it was. So the axes are right-handed where the vectors were.
 ///
 /// @return false, with all three vectors as they were, where they do not span the space: where the first two span no
-///         plane, the third is at most 16 epsilons of its length away from it, or the square of its length overflows or
-///         is NaN.
+///         plane, the third is at most 16 epsilons of its length away from it, or the square of that distance or of its
+///         length overflows, underflows to 0 or is NaN.
 template <typename T>
 inline bool Orthonormalise(tVector3<T>& first, tVector3<T>& second, tVector3<T>& third) noexcept
 {

@@ -461,6 +461,11 @@ TYPED_TEST(QuaternionTest, NoAngleAndNoAxisAreTheIdentity)
     T const half = std::sin(T(0.5));
     ExpectNear(Q::RotateAxis({TINY<T>, 0, 0}, T{1}), Q(half, 0, 0, std::cos(T(0.5))), 1);
     ExpectNear(Q::RotateAxis({0, LARGEST<T>, 0}, T{1}), Q(0, half, 0, std::cos(T(0.5))), 1);
+    // Half of the angle divided by the length: a normal number keeps its digits, and one below all numbers is 0.
+    T const least = std::numeric_limits<T>::min();
+    ExpectNumbers(Q::RotateAxis({1, 0, 0}, 3 * least), Q(T(1.5) * least, 0, 0, 1));
+    ExpectNumbers(Q::RotateAxis({0, 4, 0}, 12 * least), Q(0, 6 * least, 0, 1));
+    ExpectNumbers(Q::RotateAxis({0, 0, 1 / EPSILON<T>}, least), Q());
     EXPECT_TRUE(IsNaN(Q::RotateAxis({INF<T>, 0, 0}, T{1}).x));
     EXPECT_TRUE(IsNaN(Q::RotateAxis({1, 0, 0}, QUIET_NAN<T>).w));
 }
@@ -666,6 +671,7 @@ TYPED_TEST(QuaternionTest, ExponentialUndoesTheLogarithm)
     ExpectNumbers(Log(Q(0, 0, 0, -1)), Q(PI<T>, 0, 0, 0));
     ExpectNear(Pow(Q(0, 0, 0, -1), 0.5), Q(1, 0, 0, 0), 1);
     ExpectNumbers(Log(Q(0, 0, 0, 0)), Q(0, 0, 0, -INF<T>));
+    ExpectNumbers(Log(Q(0, 0, 0, T(-0.0))), Q(PI<T>, 0, 0, -INF<T>));
     ExpectNumbers(Pow(Q(0, 0, 0, 0), 2), Q(0, 0, 0, 0));
     ExpectNumbers(Pow(Q(0, 0, 0, 0), 0), Q());
     EXPECT_TRUE(IsAllNaN(Log(Q(QUIET_NAN<T>, 1, 1, 1))));

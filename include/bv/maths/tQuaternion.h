@@ -78,8 +78,9 @@ public:
     /// Rotation about an axis through the origin, of length 1.
     ///
     /// The identity for an angle of 0, and for a direction that is zero, whatever the angle. Unlike
-    /// tMatrix4::RotateAxis(), it is exact about this: no other angle and no other finite direction is too small.
-    /// Infinities and NaN give NaN. Goes through sin() and cos() of the C library.
+    /// tMatrix4::RotateAxis(), it is exact about this: no other finite direction is too small, and no angle is while
+    /// half of it and this half divided by the length of the direction are normal numbers. Infinities and NaN give NaN.
+    /// Goes through sin() and cos() of the C library.
     ///
     /// @param direction of the axis, of any length.
     /// @param angle in radians; positive turns counter-clockwise when the direction points at the viewer.
@@ -380,7 +381,8 @@ template <typename T>
 
 /// Logarithm: (u * (atan2(|u|, w) / |u|), log(length)) with u = (x, y, z), which Exp() takes back to the quaternion.
 /// The length of its vector is half the angle of the rotation and at most pi; of a negative real number, it is pi along
-/// the x axis. Zero gives (0, 0, 0, -infinity). Goes through atan2() and log() of the C library.
+/// the x axis. Zero gives (0, 0, 0, -infinity), or (pi, 0, 0, -infinity) where w is -0. Goes through atan2() and log()
+/// of the C library.
 template <typename T>
 [[nodiscard]] tQuaternion<T> Log(tQuaternion<T> const& quaternion) noexcept;
 

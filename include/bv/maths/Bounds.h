@@ -299,7 +299,9 @@ template <typename T>
 /// @copydoc GetBoundingSphere(std::span<tVector3<float> const>)
 [[nodiscard]] BV_API tAreaDisc<double> GetBoundingDisc(std::span<tVector2<double> const> points) noexcept;
 
-/// The smallest sphere around points, whose radius exceeds that of exact arithmetic by rounding only.
+/// The smallest sphere around points, whose radius exceeds that of exact arithmetic by rounding only: by a few units in
+/// the last place, and in `double` by some hundred where the points lie near a common circle and off its plane by some
+/// 1e-6 of its radius.
 ///
 /// At most four points support the smallest sphere. A pass over all points finds the one that is farthest from its
 /// centre; the smallest sphere around that and the support, which is one of a few, has a larger radius and a support of

@@ -278,9 +278,9 @@ template <typename T>
 /// Barycentric coordinates of a point of a triangle, spread evenly by area.
 ///
 /// The map halves the square along its diagonal and folds each half onto one of the triangle: E. Heitz, "A
-/// Low-Distortion Map Between Triangle and Square", 2019. Of the known maps it needs no square root, is exact but for
-/// the last coordinate's rounding, has a simple inverse, and stretches the least; the one with the root (G. Turk,
-/// "Generating Random Points in Triangles", 1990) crowds a whole edge of the square into one corner.
+/// Low-Distortion Map Between Triangle and Square", 2019. Of the known maps it needs no square root, rounds each
+/// coordinate once at most, has a simple inverse, and stretches the least; the one with the root (G. Turk, "Generating
+/// Random Points in Triangles", 1990) crowds a whole edge of the square into one corner.
 ///
 /// @param square in [0, 1).
 /// @return the weights of the first, second and third corner: none is negative, and their sum is 1 to rounding.

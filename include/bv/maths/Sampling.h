@@ -25,6 +25,7 @@
 #include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/maths/Direction.h"
 #include "bv/maths/Sequences.h"
 #include "bv/maths/detail/Lanes.h"
 #include "bv/maths/detail/Number.h"
@@ -194,31 +195,14 @@ template <typename T>
     return PolarToSquare(direction.x, direction.y, SquareRoot(square));
 }
 
-/// The two tangents of a normal.
-template <typename T>
-struct tTangents
-{
-    tVector3<T> first;
-    tVector3<T> second;
-};
-
-template <typename T>
-[[nodiscard, gnu::always_inline]] constexpr tTangents<T> MakeTangents(tVector3<T> const& normal) noexcept
-{
-    T const sign = WithSignOf(T{1}, normal.z);
-    T const a = T{-1} / (sign + normal.z);
-    T const b = (normal.x * normal.y) * a;
-    return {{T{1} + sign * ((normal.x * normal.x) * a), sign * b, -sign * normal.x},
-            {b, sign + (normal.y * normal.y) * a, -normal.y}};
-}
-
 /// The direction around a normal that has these coordinates along its tangents and itself.
 template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr tVector3<T> TurnToNormal(tVector3<T> const& direction,
                                                                      tVector3<T> const& normal) noexcept
 {
-    tTangents<T> const tangents = MakeTangents(normal);
-    return tangents.first * direction.x + tangents.second * direction.y + normal * direction.z;
+    tVector3<T> first, second;
+    EvaluateOrthonormalBasis(normal, first, second);
+    return first * direction.x + second * direction.y + normal * direction.z;
 }
 
 /// The coordinates of a direction along the tangents of a normal and itself.
@@ -226,8 +210,9 @@ template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr tVector3<T> TurnFromNormal(tVector3<T> const& direction,
                                                                        tVector3<T> const& normal) noexcept
 {
-    tTangents<T> const tangents = MakeTangents(normal);
-    return {direction.Dot(tangents.first), direction.Dot(tangents.second), direction.Dot(normal)};
+    tVector3<T> first, second;
+    EvaluateOrthonormalBasis(normal, first, second);
+    return {direction.Dot(first), direction.Dot(second), direction.Dot(normal)};
 }
 
 } // namespace detail

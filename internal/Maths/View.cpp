@@ -74,18 +74,31 @@ struct CameraAxes
             top = OfUsualSize(top);
             topSquared = top.LengthSquared();
         }
-        constexpr T PARALLEL = T{8} * std::numeric_limits<T>::epsilon();
-        tVector3<T> side = forward.Cross(top);
-        T sideSquared = side.LengthSquared();
-        // NaN is not parallel to anything.
-        if (sideSquared <= PARALLEL * PARALLEL * topSquared) [[unlikely]]
-        {
-            side = GetRightWithoutUp(forward);
-            sideSquared = side.LengthSquared();
-        }
-        right = side * (T{1} / detail::SquareRoot(sideSquared));
+        tVector3<T> const side = forward.Cross(top);
+        T const sideSquared = side.LengthSquared();
+        constexpr T NEAR_SQUARED = T{0.0625}; // the sine of 14 degrees
+        // NaN is not near to anything.
+        if (sideSquared <= NEAR_SQUARED * topSquared) [[unlikely]]
+            right = GetRightNearUp(forward, side, sideSquared, topSquared);
+        else
+            right = side * (T{1} / detail::SquareRoot(sideSquared));
         up = right.Cross(forward);
         back = -forward;
+    }
+
+    /// The right direction where up is near the line of sight. Their vector product then is mostly rounding errors,
+    /// also along the line: what it has of that is taken away.
+    [[nodiscard, gnu::noinline, gnu::cold]] static tVector3<T>
+    GetRightNearUp(tVector3<T> const& forward, tVector3<T> const& side, T sideSquared, T topSquared) noexcept
+    {
+        constexpr T PARALLEL = T{8} * std::numeric_limits<T>::epsilon();
+        if (sideSquared <= PARALLEL * PARALLEL * topSquared)
+        {
+            tVector3<T> const other = GetRightWithoutUp(forward);
+            return other * (T{1} / detail::SquareRoot(other.LengthSquared()));
+        }
+        tVector3<T> const rough = side * (T{1} / detail::SquareRoot(sideSquared));
+        return (rough - forward * forward.Dot(rough)).Normalised();
     }
 
     /// The part of the x or z axis that is perpendicular to a unit vector.

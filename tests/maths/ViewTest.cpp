@@ -123,6 +123,38 @@ TYPED_TEST(ViewTest, CamerasAreRigidAndBothMatricesAreMadeOfTheSameNumbers)
     }
 }
 
+TYPED_TEST(ViewTest, CamerasAreRigidHoweverNearUpIsToTheLineOfSight)
+{
+    using T = TypeParam;
+    Random random(19);
+    T const close = 8 * EPSILON<T>;
+    for (T angle = 1; angle > EPSILON<T>; angle *= T(0.75))
+        for (int run = 0; run < 100; ++run)
+        {
+            auto const way = random.Vector<tVector3<T>>(-1, 1);
+            tVector3<T> const aside = way.Cross(random.Vector<tVector3<T>>(-1, 1)).Normalised();
+            tVector3<T> const up = way + aside * (way.Length() * angle);
+            tMatrix4<T> const view = LookAt<T>({}, way, up * (run % 2 == 0 ? T{1} : T{-4}));
+            EXPECT_EQ(StateOf(view), ORTHONORMAL);
+            for (std::size_t i = 0; i < 3; ++i)
+                for (std::size_t j = i; j < 3; ++j)
+                    EXPECT_NEAR(RowOf(view, i).Dot(RowOf(view, j)), i == j ? T{1} : T{0}, close) << angle;
+        }
+}
+
+TYPED_TEST(ViewTest, TheInverseOfACameraWhoseUpIsNearTheLineOfSightIsItsPlace)
+{
+    using T = TypeParam;
+    tVector3<T> const way(T(-0.779134154), T(0.9085778), T(-0.745825768));
+    tVector3<T> const up(T(-0.552478194), T(0.644264162), T(-0.528859019));
+    tVector3<T> const eye(1, 2, 3);
+    tMatrix4<T> const view = LookAt<T>({}, way, up);
+    for (tMatrix4<T> const& product :
+         {view * view.Inverted(), LookAt(eye, eye + way, up) * PlaceCamera(eye, eye + way, up)})
+        for (std::size_t i = 0; i < 16; ++i)
+            EXPECT_NEAR(product[i], i % 5 == 0 ? T{1} : T{0}, 16 * EPSILON<T>) << "element " << i;
+}
+
 TYPED_TEST(ViewTest, TheRightDirectionIsThatOfTheProductInTheOrderWritten)
 {
     using T = TypeParam;

@@ -36,11 +36,12 @@ namespace bv::maths
 /// State: GENERAL, since inverses and products in state ORTHONORMAL drop a translation; ORTHONORMAL for an eye at the
 /// origin, where there is none.
 ///
-/// The line of sight is target - eye. Its directions are unit vectors for vectors of any finite length. Where up lies
-/// within some 8 epsilon of the line of sight, or is zero, the right direction is the part of the x axis that is
-/// perpendicular to the line; of the z axis, where the x component of the line is larger than both others. An eye at
-/// the target gives NaN in the first three rows, and so do NaN and infinities in an argument, but for the fourth column
-/// of PlaceCamera().
+/// The line of sight is target - eye. Its directions are unit vectors, perpendicular to each other, for vectors of any
+/// finite length; within some 14 degrees of the line, the product of the line and up is freed of what rounding leaves
+/// of it along the line. Where up lies within some 8 epsilon of the line of sight, or is zero, the right direction is
+/// the part of the x axis that is perpendicular to the line; of the z axis, where the x component of the line is larger
+/// than both others. An eye at the target gives NaN in the first three rows, and so do NaN and infinities in an
+/// argument, but for the fourth column of PlaceCamera().
 ///
 /// @param eye where the camera stands.
 /// @param target a point in the middle of the picture.

@@ -1,5 +1,7 @@
 #include "bv/maths/Visibility.h"
 
+#include <limits>
+
 #include "bv/maths/tAreaAABB.h"
 #include "bv/maths/tMatrix4.h"
 
@@ -99,11 +101,12 @@ template <typename T>
     return {w.normal * limit - row.normal, w.offset * limit - row.offset};
 }
 
+/// Planes that have everything behind them, farther than any radius reaches.
 template <typename T>
 [[nodiscard]] tFrustum<T> MakeBlindView() noexcept
 {
     tPlane<T> nowhere;
-    nowhere.SetOffset(T{-1});
+    nowhere.SetOffset(-std::numeric_limits<T>::infinity());
     return {nowhere, nowhere, nowhere, nowhere, nowhere, nowhere};
 }
 

@@ -405,7 +405,10 @@ TYPED_TEST(VisibilityTest, ARectangleThatIsNotValidSeesNothing)
         EXPECT_EQ(Classify(view, tVector3<T>(0, 0, -2)), tFrustum<T>::OUTSIDE);
         EXPECT_EQ(Classify(view, tVolumeSphere<T>({0, 0, -2}, T(0.25))), tFrustum<T>::OUTSIDE);
         EXPECT_EQ(view.ContainsAABB({{-99, -99, -99}, {99, 99, 99}}), tFrustum<T>::OUTSIDE);
-        EXPECT_EQ(PlanesOf(view)[3].GetOffset(), T{-1});
+        EXPECT_EQ(Classify(view, tVolumeSphere<T>({0, 0, -2}, 4)), tFrustum<T>::OUTSIDE);
+        EXPECT_EQ(Classify(view, tVolumeSphere<T>({0, 0, -2}, LARGEST<T>)), tFrustum<T>::OUTSIDE);
+        EXPECT_EQ(Classify(view, tOrientedBox<T>(tVolumeAABB<T>({-99, -99, -99}, {99, 99, 99}))), tFrustum<T>::OUTSIDE);
+        EXPECT_EQ(PlanesOf(view)[3].GetOffset(), -INF<T>);
     }
 }
 

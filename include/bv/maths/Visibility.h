@@ -175,8 +175,8 @@ template <typename T>
 /// @param rectangle in what clip space becomes by the division by w: x from -1 at the left edge of the screen to 1 at
 ///        the right one, y from -1 at the bottom to 1 at the top. It may reach beyond the screen. One of no width or
 ///        height gives a view without depth in that direction, whose two planes coincide.
-/// @return a view that has everything OUTSIDE where the rectangle is not valid: its planes have normals of zero and
-///         offsets of -1. Planes without a direction are not found out: they hold infinities and NaN.
+/// @return a view that has everything finite OUTSIDE where the rectangle is not valid: its planes have normals of zero
+///         and offsets of -infinity. Planes without a direction are not found out: they hold infinities and NaN.
 ///
 /// The caller includes `bv/maths/tMatrix4.h`.
 template <typename T>

@@ -23,6 +23,7 @@
 #include "bv/maths/Batch.h"
 #include "bv/maths/Bounds.h"
 #include "bv/maths/Componentwise.h"
+#include "bv/maths/DepthRange.h"
 #include "bv/maths/Direction.h"
 #include "bv/maths/DivideByZeroException.h"
 #include "bv/maths/Forward.h"

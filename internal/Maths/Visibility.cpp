@@ -160,17 +160,17 @@ tFrustum<T> GetParallelView(tOrientedBox<T> const& box) noexcept
 }
 
 template <typename T>
-tFrustum<T> GetScreenView(tMatrix4<T> const& matrix, tAreaAABB<T> const& rectangle) noexcept
+tFrustum<T> GetScreenView(tMatrix4<T> const& matrix, tAreaAABB<T> const& rectangle, DepthRange range) noexcept
 {
     if (!rectangle.IsValid())
         return MakeBlindView<T>();
     tRow<T> const x(matrix, 0), y(matrix, 1), z(matrix, 2), w(matrix, 3);
-    return {AtLeast(x, rectangle.GetMin().x, w),
-            AtMost(x, rectangle.GetMax().x, w),
-            AtLeast(y, rectangle.GetMin().y, w),
-            AtMost(y, rectangle.GetMax().y, w),
-            AtLeast(z, T{-1}, w),
-            AtMost(z, T{1}, w)};
+    bool const isReversed = range == DepthRange::ONE_TO_ZERO;
+    tPlane<T> const shallow = AtLeast(z, isReversed || range == DepthRange::ZERO_TO_ONE ? T{0} : T{-1}, w);
+    tPlane<T> const deep = AtMost(z, T{1}, w);
+    return {AtLeast(x, rectangle.GetMin().x, w), AtMost(x, rectangle.GetMax().x, w),
+            AtLeast(y, rectangle.GetMin().y, w), AtMost(y, rectangle.GetMax().y, w),
+            isReversed ? deep : shallow,         isReversed ? shallow : deep};
 }
 
 template BV_TEMPLATE_INSTANCE tFrustum<float>::IntersectionResult Classify(tFrustum<float> const&,
@@ -182,7 +182,8 @@ template BV_TEMPLATE_INSTANCE tFrustum<float>::IntersectionResult Classify(tFrus
 template BV_TEMPLATE_INSTANCE tVector3<float> GetCorner(tFrustum<float> const&, unsigned int) noexcept;
 template BV_TEMPLATE_INSTANCE void GetCorners(tFrustum<float> const&, tVector3<float> (&)[8]) noexcept;
 template BV_TEMPLATE_INSTANCE tFrustum<float> GetParallelView(tOrientedBox<float> const&) noexcept;
-template BV_TEMPLATE_INSTANCE tFrustum<float> GetScreenView(tMatrix4<float> const&, tAreaAABB<float> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tFrustum<float> GetScreenView(tMatrix4<float> const&, tAreaAABB<float> const&,
+                                                            DepthRange) noexcept;
 template BV_TEMPLATE_INSTANCE tFrustum<double>::IntersectionResult Classify(tFrustum<double> const&,
                                                                             tVector3<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tFrustum<double>::IntersectionResult Classify(tFrustum<double> const&,
@@ -192,7 +193,7 @@ template BV_TEMPLATE_INSTANCE tFrustum<double>::IntersectionResult Classify(tFru
 template BV_TEMPLATE_INSTANCE tVector3<double> GetCorner(tFrustum<double> const&, unsigned int) noexcept;
 template BV_TEMPLATE_INSTANCE void GetCorners(tFrustum<double> const&, tVector3<double> (&)[8]) noexcept;
 template BV_TEMPLATE_INSTANCE tFrustum<double> GetParallelView(tOrientedBox<double> const&) noexcept;
-template BV_TEMPLATE_INSTANCE tFrustum<double> GetScreenView(tMatrix4<double> const&,
-                                                             tAreaAABB<double> const&) noexcept;
+template BV_TEMPLATE_INSTANCE tFrustum<double> GetScreenView(tMatrix4<double> const&, tAreaAABB<double> const&,
+                                                             DepthRange) noexcept;
 
 } // namespace bv::maths

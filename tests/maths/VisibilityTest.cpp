@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "bv/maths/View.h"
 #include "bv/maths/batch/Bounds.h"
 #include "bv/maths/tAreaAABB.h"
 #include "bv/maths/tMatrix4.h"
@@ -17,6 +18,7 @@
 #include "support/Random.h"
 #include "support/SameBits.h"
 
+using bv::maths::DepthRange;
 using bv::maths::tAreaAABB;
 using bv::maths::tFrustum;
 using bv::maths::tMatrix4;
@@ -361,6 +363,61 @@ TYPED_TEST(VisibilityTest, TheWholeScreenIsTheWholeView)
         tMatrix4<T> const matrix = RandomView<T>(random);
         ExpectSameView(GetScreenView(matrix, tAreaAABB<T>({-1, -1}, {1, 1})), tFrustum<T>(matrix));
     }
+}
+
+constexpr DepthRange RANGES[] = {DepthRange::MINUS_ONE_TO_ONE, DepthRange::ZERO_TO_ONE, DepthRange::ONE_TO_ZERO};
+
+template <typename T>
+[[nodiscard]] tAreaAABB<T> WholeScreen()
+{
+    return {{-1, -1}, {1, 1}};
+}
+
+TYPED_TEST(VisibilityTest, TheWholeScreenHasTheNearAndTheFarPlaneOfEveryRangeOfDepth)
+{
+    using T = TypeParam;
+    for (DepthRange const range : RANGES)
+    {
+        // as wide and as high as it is far
+        tFrustum<T> const central =
+            GetScreenView(bv::maths::PerspectiveFromTangent<T>(1, 1, 1, 10, range), WholeScreen<T>(), range);
+        tFrustum<T> const parallel =
+            GetScreenView(bv::maths::OrthographicProjection<T>(-1, 1, -1, 1, 1, 10, range), WholeScreen<T>(), range);
+        ExpectNear<T>(GetCorner(central, 3), {1, 1, -1}, 16 * EPSILON<T>);
+        ExpectNear<T>(GetCorner(central, 7), {10, 10, -10}, 256 * EPSILON<T>);
+        ExpectNear<T>(GetCorner(parallel, 3), {1, 1, -1}, 16 * EPSILON<T>);
+        ExpectNear<T>(GetCorner(parallel, 7), {1, 1, -10}, 256 * EPSILON<T>);
+        for (tFrustum<T> const& view : {central, parallel})
+        {
+            ExpectNear<T>(view.GetNearPlane().GetNormal(), {0, 0, -1}, 4 * EPSILON<T>);
+            ExpectNear<T>(view.GetFarPlane().GetNormal(), {0, 0, 1}, 4 * EPSILON<T>);
+            for (T const z : {T(-1.125), T(-9.875)})
+                EXPECT_EQ(Classify(view, tVector3<T>(0, 0, z)), tFrustum<T>::INSIDE);
+            for (T const z : {T(-20), T(-10.125), T(-0.875), T(-0.7), T(1), T(20)})
+                EXPECT_EQ(Classify(view, tVector3<T>(0, 0, z)), tFrustum<T>::OUTSIDE);
+        }
+    }
+}
+
+TYPED_TEST(VisibilityTest, AViewWithoutAFarPlaneSeesWhatIsFar)
+{
+    using T = TypeParam;
+    for (DepthRange const range : RANGES)
+    {
+        tFrustum<T> const view =
+            GetScreenView(bv::maths::PerspectiveFromTangent<T>(1, 1, 2, INF<T>, range), WholeScreen<T>(), range);
+        EXPECT_EQ(Classify(view, tVector3<T>(0, 0, -1e6)), tFrustum<T>::INSIDE);
+        EXPECT_EQ(Classify(view, tVector3<T>(0, 0, T(-2.125))), tFrustum<T>::INSIDE);
+        EXPECT_EQ(Classify(view, tVector3<T>(0, 0, T(-1.875))), tFrustum<T>::OUTSIDE);
+        EXPECT_EQ(Classify(view, tVector3<T>(1e6, 0, -1e5)), tFrustum<T>::OUTSIDE);
+    }
+}
+
+TYPED_TEST(VisibilityTest, AnUnknownRangeOfDepthIsThatFromMinusOne)
+{
+    using T = TypeParam;
+    tMatrix4<T> const matrix = tMatrix4<T>::PerspectiveProjection(-1, 1, -1, 1, 1, 9);
+    ExpectSameView(GetScreenView(matrix, WholeScreen<T>(), static_cast<DepthRange>(7)), tFrustum<T>(matrix));
 }
 
 TYPED_TEST(VisibilityTest, ARectangleOfTheScreenSeesWhatIsDrawnInIt)

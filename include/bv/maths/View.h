@@ -4,13 +4,13 @@
 /// Cameras: where they stand, how they project, the way between pixels and the scene, and matrices that are taken
 /// apart.
 
-#include <cstdint>
 #include <limits>
 #include <optional>
 #include <type_traits>
 #include <utility>
 
 #include "bv/Export.h"
+#include "bv/maths/DepthRange.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/detail/MatrixAccess.h"
 #include "bv/maths/detail/Place.h"
@@ -62,14 +62,6 @@ template <typename T>
 /// They look down -z, as tMatrix4::PerspectiveProjection() does, and map what they show to -1 to 1 in x and y. All are
 /// in state GENERAL. NaN and infinities are not rejected: they give NaN or infinities.
 /// @{
-
-/// What a projection makes of the distance from the near to the far plane.
-enum class DepthRange : std::uint32_t
-{
-    MINUS_ONE_TO_ONE = 0, ///< as OpenGL and tMatrix4::PerspectiveProjection() have it; any unknown value counts as this
-    ZERO_TO_ONE = 1,      ///< as Direct3D, Metal and Vulkan have it
-    ONE_TO_ZERO = 2       ///< reversed: 1 at the near plane, so that floating-point depths keep their precision afar
-};
 
 /// Central projection of a symmetric view: the picture spans the vertical field of view. The values of
 /// PerspectiveFromTangent() for `std::tan(fieldOfView / 2)`, whose bits may differ between C libraries.

@@ -5,11 +5,13 @@
 ///
 /// Of axis-aligned boxes, tFrustum::ContainsAABB() tells, and of arrays of boxes and spheres ClassifyBoxes(),
 /// ClassifySpheres(), FindVisibleSpheres() and the like of `bv/maths/batch/Bounds.h`. tFrustum(matrix) takes the matrix
-/// of a parallel view as well as that of a perspective one.
+/// of a parallel view as well as that of a perspective one, with depths from -1 to 1; for other ranges of depth, there
+/// is GetScreenView().
 
 #include <cstddef>
 
 #include "bv/Export.h"
+#include "bv/maths/DepthRange.h"
 #include "bv/maths/Forward.h"
 #include "bv/maths/detail/BoxCorners.h"
 #include "bv/maths/detail/Lanes.h"
@@ -151,7 +153,8 @@ Classify(tFrustum<T> const& view, tOrientedBox<T> const& box) noexcept
 /// @name Views
 /// @{
 
-/// A corner of a view: the point that three of its planes have in common.
+/// A corner of a view: the point that three of its planes have in common. Those of tFrustum(matrix) are where the
+/// matrix draws x, y and z at -1 or 1, which are the corners of what is shown only for DepthRange::MINUS_ONE_TO_ONE.
 ///
 /// @param index bit 0 chooses the right plane instead of the left one, bit 1 the top instead of the bottom, bit 2 the
 ///        far instead of the near; other bits count for nothing.
@@ -171,16 +174,21 @@ template <typename T>
 
 /// The part of a view that lies behind a rectangle of the screen: for tiles, portals and selections.
 ///
+/// The whole of a view whose matrix has any range of depth is that behind the rectangle from (-1, -1) to (1, 1).
+///
 /// @param matrix the combined view and projection matrix, as tFrustum(matrix) takes it: parallel or perspective.
 /// @param rectangle in what clip space becomes by the division by w: x from -1 at the left edge of the screen to 1 at
 ///        the right one, y from -1 at the bottom to 1 at the top. It may reach beyond the screen. One of no width or
 ///        height gives a view without depth in that direction, whose two planes coincide.
+/// @param range the depths of the near and the far plane, as the projection has them. Where the projection has no far
+///        plane, that of the view has no direction, and puts nothing OUTSIDE.
 /// @return a view that has everything finite OUTSIDE where the rectangle is not valid: its planes have normals of zero
 ///         and offsets of -infinity. Planes without a direction are not found out: they hold infinities and NaN.
 ///
 /// The caller includes `bv/maths/tMatrix4.h`.
 template <typename T>
-[[nodiscard]] tFrustum<T> GetScreenView(tMatrix4<T> const& matrix, tAreaAABB<T> const& rectangle) noexcept;
+[[nodiscard]] tFrustum<T> GetScreenView(tMatrix4<T> const& matrix, tAreaAABB<T> const& rectangle,
+                                        DepthRange range = DepthRange::MINUS_ONE_TO_ONE) noexcept;
 
 /// @}
 
@@ -193,7 +201,8 @@ extern template BV_TEMPLATE tFrustum<float>::IntersectionResult Classify(tFrustu
 extern template BV_TEMPLATE tVector3<float> GetCorner(tFrustum<float> const&, unsigned int) noexcept;
 extern template BV_TEMPLATE void GetCorners(tFrustum<float> const&, tVector3<float> (&)[8]) noexcept;
 extern template BV_TEMPLATE tFrustum<float> GetParallelView(tOrientedBox<float> const&) noexcept;
-extern template BV_TEMPLATE tFrustum<float> GetScreenView(tMatrix4<float> const&, tAreaAABB<float> const&) noexcept;
+extern template BV_TEMPLATE tFrustum<float> GetScreenView(tMatrix4<float> const&, tAreaAABB<float> const&,
+                                                          DepthRange) noexcept;
 extern template BV_TEMPLATE tFrustum<double>::IntersectionResult Classify(tFrustum<double> const&,
                                                                           tVector3<double> const&) noexcept;
 extern template BV_TEMPLATE tFrustum<double>::IntersectionResult Classify(tFrustum<double> const&,
@@ -203,6 +212,7 @@ extern template BV_TEMPLATE tFrustum<double>::IntersectionResult Classify(tFrust
 extern template BV_TEMPLATE tVector3<double> GetCorner(tFrustum<double> const&, unsigned int) noexcept;
 extern template BV_TEMPLATE void GetCorners(tFrustum<double> const&, tVector3<double> (&)[8]) noexcept;
 extern template BV_TEMPLATE tFrustum<double> GetParallelView(tOrientedBox<double> const&) noexcept;
-extern template BV_TEMPLATE tFrustum<double> GetScreenView(tMatrix4<double> const&, tAreaAABB<double> const&) noexcept;
+extern template BV_TEMPLATE tFrustum<double> GetScreenView(tMatrix4<double> const&, tAreaAABB<double> const&,
+                                                           DepthRange) noexcept;
 
 } // namespace bv::maths

@@ -54,8 +54,8 @@ public:
     /// Six planes of zeros: not a usable view. Every box is INSIDE.
     constexpr tFrustum() noexcept {} // not defaulted: a part of the instances in the library
     /// The view of a combined view and projection matrix, which maps the point (x, y, z, 1) as a column, on its right,
-    /// to clip space of depth -w to w. Gribb, Hartmann, "Fast Extraction of Viewing Frustum Planes from the
-    /// World-View-Projection Matrix", 2001.
+    /// to clip space of depth -w to w; for other depths, see GetScreenView(). Gribb, Hartmann, "Fast Extraction of
+    /// Viewing Frustum Planes from the World-View-Projection Matrix", 2001.
     ///
     /// Planes without a direction are not found out: they hold infinities and NaN.
     /// @throws bv::InvalidArgumentException when setting a plane reports a division by zero; planes as they are report

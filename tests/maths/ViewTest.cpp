@@ -649,6 +649,16 @@ TYPED_TEST(ViewTest, APointThatIsNotInFrontOfTheEyeShowsNowhere)
     EXPECT_TRUE(GetPixel<T>({1, 2, 3}, MakeMatrix(Diagonal<T>(1, 1, 1, -1), IDENTITY), size));
 }
 
+TYPED_TEST(ViewTest, APointTooNearToTheEyeToBeDividedShowsAtInfinity)
+{
+    using T = TypeParam;
+    auto const beside = GetPixel<T>({1, 0, 3}, MakeMatrix(Diagonal<T>(1, 1, 1, TINY<T>), DIAGONAL), {10, 10});
+    ASSERT_TRUE(beside);
+    EXPECT_EQ(beside->x, INF<T>);
+    EXPECT_TRUE(IsNaN(beside->y));
+    EXPECT_EQ(beside->z, INF<T>);
+}
+
 TYPED_TEST(ViewTest, TheEndOfDepthLiesAtInfinity)
 {
     using T = TypeParam;

@@ -111,6 +111,8 @@ PerspectiveProjection(T left, std::type_identity_t<T> right, std::type_identity_
 /// for ZERO_TO_ONE, p and far * p for ONE_TO_ZERO; all others are those of the member. There is no parallel projection
 /// without a far plane: one at +infinity gives NaN, or the depth 0 everywhere for ZERO_TO_ONE.
 ///
+/// It has the field's name rather than the member's: its matrix is not an orthogonal one.
+///
 /// @throws InvalidArgumentException when the two ends of one extent are IsEqual().
 template <typename T>
 [[nodiscard, gnu::always_inline]] inline tMatrix4<T>
@@ -141,6 +143,7 @@ template <typename T>
 /// @param worldToClip the projection, times the view matrix.
 /// @param size width and height of the picture in pixels.
 /// @return nothing for a point whose w is not above 0: that is beside or behind the eye, or has NaN there.
+///         Where w is so small that 1 / w overflows, the place is infinite or NaN.
 template <typename T>
 [[nodiscard, gnu::always_inline]] inline std::optional<tVector3<T>>
 GetPixel(tVector3<T> const& point, tMatrix4<T> const& worldToClip, tVector2<T> const& size) noexcept;
@@ -201,7 +204,8 @@ template <typename T>
 
 /// Takes an affine matrix apart: M = T R S, with a translation T, a rotation R and a symmetric S, which scales along
 /// three perpendicular axes. This polar decomposition is unique where no scale is 0, has no preferred axes, and its R
-/// is the rotation closest to M. K. Shoemake, T. Duff, "Matrix Animation and Polar Decomposition", 1992.
+/// is the rotation closest to M where M has no reflection. K. Shoemake, T. Duff, "Matrix Animation and Polar
+/// Decomposition", 1992.
 ///
 /// A reflection is carried by the sign of S: its three scales are then negative, rather than one of them, since none is
 /// preferred. Where scales are 0 up to rounding, the rotation leaves the axes of these scales where they are, as far as

@@ -71,7 +71,7 @@ private:
 };
 
 /// The part of a vector that is perpendicular to a unit vector.
-[[nodiscard]] Vector Reject(Vector const& vector, Vector const& unit) noexcept
+[[nodiscard]] Vector PartAcross(Vector const& vector, Vector const& unit) noexcept
 {
     return vector - unit * vector.Dot(unit);
 }
@@ -98,13 +98,13 @@ struct Polar
 
         Columns u; // the columns at length 1
         u[i] = lengths[i] > 0 ? a[i] / lengths[i] : v[i];
-        Vector const second = Reject(a[j], u[i]);
+        Vector const second = PartAcross(a[j], u[i]);
         double const secondLength = second.Length();
         if (secondLength > 0 && secondLength >= lengths[j] / 2)
             u[j] = second / secondLength;
         else // nothing but rounding errors, so that any direction will do
-            u[j] = detail::Magnitude(v[j].Dot(u[i])) < 0.75 ? Reject(v[j], u[i]).Normalised()
-                                                            : u[i].Cross(Reject(v[k], u[i]).Normalised());
+            u[j] = detail::Magnitude(v[j].Dot(u[i])) < 0.75 ? PartAcross(v[j], u[i]).Normalised()
+                                                            : u[i].Cross(PartAcross(v[k], u[i]).Normalised());
         u[k] = isOdd ? u[j].Cross(u[i]) : u[i].Cross(u[j]); // so that u turns like v
         bool const isReflected = a[k].Dot(u[k]) < 0;
         if (isReflected)

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "bv/maths/Componentwise.h"
 #include "bv/maths/tMatrix4.h"
 
 namespace bv::maths
@@ -14,22 +15,12 @@ namespace
 template <typename T>
 constexpr T NOTHING = T{8} * std::numeric_limits<T>::epsilon();
 
-template <typename T>
-[[nodiscard]] T LargestMagnitude(tVector3<T> const& v) noexcept
-{
-    T const x = detail::Magnitude(v.x);
-    T const y = detail::Magnitude(v.y);
-    T const z = detail::Magnitude(v.z);
-    T const xy = y > x ? y : x;
-    return z > xy ? z : xy;
-}
-
 /// A vector whose largest component is 1 or -1, so that squares neither overflow nor underflow; zero stays zero. A
 /// vector with a component that is not finite becomes one with a NaN.
 template <typename T>
 [[nodiscard]] tVector3<T> Levelled(tVector3<T> const& v) noexcept
 {
-    T const largest = LargestMagnitude(v);
+    T const largest = GetMaxComponent(Abs(v));
     return largest == T{0} ? v : v / largest;
 }
 
@@ -39,7 +30,7 @@ template <typename T>
 [[nodiscard]] bool Unify(tVector3<T>& direction) noexcept
 {
     tVector3<T> const levelled = Levelled(direction);
-    if (LargestMagnitude(levelled) == T{0})
+    if (GetMaxComponent(Abs(levelled)) == T{0})
         return false;
     direction = levelled.Normalised();
     return true;
@@ -65,7 +56,7 @@ template <typename T>
 {
     tVector3<T> const levelled = Levelled(v);
     tVector3<T> const once = levelled - axis * levelled.Dot(axis);
-    if (LargestMagnitude(once) <= NOTHING<T>)
+    if (GetMaxComponent(Abs(once)) <= NOTHING<T>)
         return {};
     return once - axis * once.Dot(axis);
 }
@@ -78,12 +69,12 @@ void MakeAxes(tVector3<T> const (&directions)[3], tVector3<T>& x, tVector3<T>& y
     if (!Unify(x))
     {
         x = Levelled(directions[1]).Cross(Levelled(directions[2]));
-        if (!(LargestMagnitude(x) <= NOTHING<T>))
+        if (!(GetMaxComponent(Abs(x)) <= NOTHING<T>))
             x = x.Normalised();
         else
         {
-            tVector3<T> const& other = LargestMagnitude(directions[1]) == T{0} ? directions[2] : directions[1];
-            x = LargestMagnitude(other) == T{0} ? tVector3<T>(1, 0, 0) : Perpendicular(other);
+            tVector3<T> const& other = GetMaxComponent(Abs(directions[1])) == T{0} ? directions[2] : directions[1];
+            x = GetMaxComponent(Abs(other)) == T{0} ? tVector3<T>(1, 0, 0) : Perpendicular(other);
         }
     }
     y = Beside(directions[1], x);

@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "bv/InvalidArgumentException.h"
+#include "bv/maths/Componentwise.h"
 
 namespace bv::maths
 {
@@ -33,17 +34,11 @@ template <typename T>
     return lengthSquared >= T{1} / LIMIT && lengthSquared <= LIMIT;
 }
 
-template <typename T>
-[[nodiscard]] T LargestMagnitude(tVector3<T> const& v) noexcept
-{
-    return std::max({Magnitude(v.x), Magnitude(v.y), Magnitude(v.z)});
-}
-
 /// A vector in the same direction, of a length whose square is of usual size, from one that is not; zero stays zero.
 template <typename T>
 [[nodiscard, gnu::noinline, gnu::cold]] tVector3<T> OfUsualSize(tVector3<T> const& v) noexcept
 {
-    T const largest = LargestMagnitude(v);
+    T const largest = GetMaxComponent(Abs(v));
     bool const isZeroOrNaN = largest == T{0} || v.LengthSquared() != v.LengthSquared();
     return isZeroOrNaN ? v : v / largest;
 }

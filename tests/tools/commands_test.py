@@ -20,8 +20,8 @@ import unittest
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BASH = shutil.which("bash")
 TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdir", "mv", "rm", "cat", "sleep", "chmod")
-PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "python3", "objdump", "qemu-x86_64",
-            "strip", "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
+PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "python3", "objdump", "gdb", "lldb-14",
+            "qemu-x86_64", "strip", "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
 
 NOTE = r"""#!{bash}
 [ "${{0##*/}} $1" = "python3 -c" ] || printf '%s\n' "${{0##*/}} $*" >>"$NOTES"

@@ -7,6 +7,7 @@ library's own and with what the headers declare. Without --write, the table in d
 """
 import collections
 import pathlib
+import re
 import subprocess
 import sys
 
@@ -14,6 +15,8 @@ import interface
 
 TOP = pathlib.Path(__file__).resolve().parent.parent.parent
 TABLE = TOP / "docs" / "operations.md"
+# The long way of an inline function, which the library holds for it.
+HIDDEN_FUNCTION = re.compile(r"(^| )bv::maths::detail::\w+(<[^()]*>)?\(")
 
 
 def operation(signature):
@@ -57,7 +60,7 @@ def main():
     exported = {}
     for symbol in interface.symbols(folder / "libBvBaseUtils.so", "-D", "--defined-only"):
         found = operation(interface.parsed(symbol))
-        if found and found not in hidden and not found[1].startswith("~"):
+        if found and not HIDDEN_FUNCTION.search(symbol) and found not in hidden and not found[1].startswith("~"):
             exported[symbol] = found
     headers_only = public - set(exported.values())
 

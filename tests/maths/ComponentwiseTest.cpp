@@ -437,6 +437,8 @@ TYPED_TEST(IntegerComponentwiseTest, TuplesOfIntegersAreCompared)
             EXPECT_TRUE(Max(tTuple3<T>(a, b, 1), tTuple3<T>(b, a, b)) ==
                         tTuple3<T>(std::max(a, b), std::max(a, b), std::max<T>(1, b)));
             EXPECT_TRUE(Clamp(tTuple2<T>(a, b), 1, 5) == tTuple2<T>(std::clamp<T>(a, 1, 5), std::clamp<T>(b, 1, 5)));
+            EXPECT_TRUE(Clamp(tTuple2<T>(a, b), {1, 2}, {5, 4}) ==
+                        tTuple2<T>(std::clamp<T>(a, 1, 5), std::clamp<T>(b, 2, 4)));
             EXPECT_TRUE(Clamp(tTuple3<T>(a, b, a), {1, 2, 3}, {5, 4, 3}) ==
                         tTuple3<T>(std::clamp<T>(a, 1, 5), std::clamp<T>(b, 2, 4), 3));
             EXPECT_TRUE(Clamp(tTuple3<T>(a, b, 7), 2, 1) == tTuple3<T>(1, 1, 1));

@@ -151,7 +151,7 @@ TYPED_TEST(QuaternionTest, IsTheIdentityByDefault)
 
 TYPED_TEST(QuaternionTest, ReadsItsComponentsInOrder)
 {
-    TypeParam const values[] = {1, 2, 3, 4};
+    TypeParam values[] = {1, 2, 3, 4};
     tQuaternion<TypeParam> q(values);
     ExpectSame(q, {1, 2, 3, 4});
     EXPECT_EQ(q.x, 1);
@@ -165,7 +165,7 @@ TYPED_TEST(QuaternionTest, ReadsItsComponentsInOrder)
 
 TYPED_TEST(QuaternionTest, ConvertsFromTheOtherPrecisionByRounding)
 {
-    tQuaternion<Other<TypeParam>> const other(Other<TypeParam>(0.1), Other<TypeParam>(-0.2), 3, Other<TypeParam>(1e-3));
+    tQuaternion<Other<TypeParam>> other(Other<TypeParam>(0.1), Other<TypeParam>(-0.2), 3, Other<TypeParam>(1e-3));
     tQuaternion<TypeParam> const q(other);
     for (std::size_t i = 0; i < 4; ++i)
         ExpectSameBits(q[i], static_cast<TypeParam>(other[i]));

@@ -87,19 +87,27 @@ struct tMeeting
     MaskOf<V> hits; ///< set where there is one
 };
 
+/// The largest number in each lane.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline V Largest() noexcept
+{
+    constexpr Element<V> LARGEST = std::numeric_limits<Element<V>>::max(); // by the compiler, at any level
+    return Broadcast<V>(LARGEST);
+}
+
 /// Where a parameter is finite and lies in an interval, whose ends belong to it.
 template <typename V>
 [[nodiscard, gnu::always_inline]] inline MaskOf<V> WhereCounts(V const& t, V const& tNear, V const& tFar) noexcept
 {
-    V const largest = Broadcast<V>(std::numeric_limits<Element<V>>::max());
-    return BitsAs<MaskOf<V>>(Both(Both(tNear <= t, t <= tFar), Magnitude(t) <= largest));
+    return BitsAs<MaskOf<V>>(Both(Both(tNear <= t, t <= tFar), Magnitude(t) <= Largest<V>()));
 }
 
 /// The same of one parameter.
 template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr bool Counts(T t, T tNear, T tFar) noexcept
 {
-    return (tNear <= t) & (t <= tFar) & (Magnitude(t) <= std::numeric_limits<T>::max());
+    constexpr T LARGEST = std::numeric_limits<T>::max();
+    return (tNear <= t) & (t <= tFar) & (Magnitude(t) <= LARGEST);
 }
 
 /// The fast test: three scalar triple products over a fourth. Nothing is divided where there is no hit in the plane of
@@ -118,14 +126,15 @@ MeetFast(tTriple<V> const& origin, tTriple<V> const& direction, tTriple<V> const
     tTriple<V> const s = origin - a;
     tTriple<V> const q = CrossOf(s, toB);
     // All of it with the sign of the determinant, whichever side of the triangle the ray comes from.
-    I const sign = BitsAs<I>(determinant) & Broadcast<I>(std::numeric_limits<Element<I>>::min());
+    constexpr Element<I> SIGN = std::numeric_limits<Element<I>>::min();
+    I const sign = BitsAs<I>(determinant) & Broadcast<I>(SIGN);
     V const size = BitsAs<V>(BitsAs<I>(determinant) ^ sign);
     V const u = BitsAs<V>(BitsAs<I>(DotOf(s, p)) ^ sign);
     V const v = BitsAs<V>(BitsAs<I>(DotOf(direction, q)) ^ sign);
     V const t = BitsAs<V>(BitsAs<I>(DotOf(toC, q)) ^ sign);
 
     V const zero{};
-    I const crosses = BitsAs<I>(Both(zero < size, size <= Broadcast<V>(std::numeric_limits<T>::max())));
+    I const crosses = BitsAs<I>(Both(zero < size, size <= Largest<V>()));
     I const inside = BitsAs<I>(Both(Both(zero <= u, zero <= v), u + v <= size));
     I const hits = Both(crosses, inside);
     V const divisor = Select(hits, size, Broadcast<V>(T{1}));
@@ -171,8 +180,7 @@ template <typename V>
     V const sum = ofA + ofB + ofC;
     isOpen = BitsAs<I>(Either(smallest == zero, largest == zero));
     // A NaN that a minimum has lost is still in the sum.
-    I const inside = BitsAs<I>(
-        Both(Either(zero < smallest, largest < zero), Magnitude(sum) <= Broadcast<V>(std::numeric_limits<T>::max())));
+    I const inside = BitsAs<I>(Both(Either(zero < smallest, largest < zero), Magnitude(sum) <= Largest<V>()));
     V const divisor = Select(inside, sum, Broadcast<V>(T{1}));
     V const at = (ofA * a.z + ofB * b.z + ofC * c.z) / divisor + zero;
     return {at, ofB / divisor, ofC / divisor, Both(inside, WhereCounts(at, tNear, tFar))};

@@ -71,7 +71,7 @@ struct CameraAxes
         }
         tVector3<T> const side = forward.Cross(top);
         T const sideSquared = side.LengthSquared();
-        constexpr T NEAR_SQUARED = T{0.0625}; // the sine of 14 degrees
+        constexpr T NEAR_SQUARED = T{0.0625}; // the squared sine of 14 degrees
         // NaN is not near to anything.
         if (sideSquared <= NEAR_SQUARED * topSquared) [[unlikely]]
             right = GetRightNearUp(forward, side, sideSquared, topSquared);

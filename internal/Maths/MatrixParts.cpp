@@ -200,28 +200,57 @@ std::optional<tMatrixParts<T>> Decompose(tMatrix4<T> const& matrix) noexcept
                            {get(0, 1), get(0, 2), get(1, 2)}};
 }
 
+namespace
+{
+
+/// The rotation by a quaternion as rows; by zero, the identity.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline detail::tRows<T> TurnsOf(tQuaternion<T> const& rotation) noexcept
+{
+    detail::tFour<T> const q = Four(rotation.x, rotation.y, rotation.z, rotation.w);
+    if (rotation.x == T{0} && rotation.y == T{0} && rotation.z == T{0} && rotation.w == rotation.w) [[unlikely]]
+        return detail::DiagonalRows(T{1}, T{1}, T{1}, T{1});
+    return detail::RotationRows<T>(q, T{2} / detail::SumOfFour<T>(q * q));
+}
+
+/// The first three elements of a row times a symmetric matrix, and the last one as it is given.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline detail::tFour<T>
+ComposeRow(detail::tFour<T> const& turn, detail::tFour<T> const& s1, detail::tFour<T> const& s2,
+           detail::tFour<T> const& s3, T last) noexcept
+{
+    detail::tFour<T> const sums =
+        detail::Combine<T>(s1, s2, s3, detail::Get<0>(turn), detail::Get<1>(turn), detail::Get<2>(turn));
+    return detail::Choose<0, 1, 2, 7>(sums, detail::Broadcast<detail::tFour<T>>(last));
+}
+
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline tMatrix4<T>
+ComposeFrom(tVector3<T> const& offset, tQuaternion<T> const& rotation, tVector3<T> const& scale,
+            tVector3<T> const& shear) noexcept
+{
+    detail::tRows<T> const turns = TurnsOf(rotation);
+    detail::tFour<T> const s1 = Four(scale.x, shear.x, shear.y, T{0});
+    detail::tFour<T> const s2 = Four(shear.x, scale.y, shear.z, T{0});
+    detail::tFour<T> const s3 = Four(shear.y, shear.z, scale.z, T{0});
+    detail::tRows<T> const rows{ComposeRow<T>(turns.row1, s1, s2, s3, offset.x),
+                                ComposeRow<T>(turns.row2, s1, s2, s3, offset.y),
+                                ComposeRow<T>(turns.row3, s1, s2, s3, offset.z), Four(T{0}, T{0}, T{0}, T{1})};
+    return detail::MatrixAccess::Make<T>(rows, detail::MatrixAccess::Classify(rows));
+}
+
+} // namespace
+
 template <typename T>
 tMatrix4<T> Compose(tMatrixParts<T> const& parts) noexcept
 {
-    using Row = detail::tFour<T>;
-    auto const& [offset, rotation, scale, shear] = parts;
-    tMatrix4<T> const turn = rotation.GetMatrix();
-    Row const s1 = Four(scale.x, shear.x, shear.y, T{0});
-    Row const s2 = Four(shear.x, scale.y, shear.z, T{0});
-    Row const s3 = Four(shear.y, shear.z, scale.z, T{0});
-    auto const row = [&](std::size_t first, T last)
-    {
-        Row const sums = detail::Combine<T>(s1, s2, s3, turn[first], turn[first + 1], turn[first + 2]);
-        return detail::Choose<0, 1, 2, 7>(sums, detail::Broadcast<Row>(last));
-    };
-    detail::tRows<T> const rows{row(0, offset.x), row(4, offset.y), row(8, offset.z), Four(T{0}, T{0}, T{0}, T{1})};
-    return detail::MatrixAccess::Make<T>(rows, detail::MatrixAccess::Classify(rows));
+    return ComposeFrom(parts.translation, parts.rotation, parts.scale, parts.shear);
 }
 
 template <typename T>
 tMatrix4<T> Compose(tVector3<T> const& translation, tQuaternion<T> const& rotation, tVector3<T> const& scale) noexcept
 {
-    return Compose(tMatrixParts<T>(translation, rotation, scale));
+    return ComposeFrom(translation, rotation, scale, tVector3<T>(T{0}, T{0}, T{0}));
 }
 
 template struct BV_TEMPLATE_INSTANCE tMatrixParts<float>;

@@ -269,24 +269,28 @@ template <typename T>
 
 } // namespace
 
-// Each branch divides by a component of at least 1/2.
+// Of the four forms, the one whose own component is at least 1/2. All are computed, since which it is cannot be
+// foreseen.
 template <typename T>
 tQuaternion<T>::tQuaternion(tMatrix4<T> const& matrix) noexcept : tQuaternion()
 {
     using M = tMatrix4<T>;
+    using Lanes = detail::tFour<T>;
     if (matrix.IsIdentity())
         return;
     T const* const m = matrix.Get();
     T const m11 = m[M::IDX_11], m22 = m[M::IDX_22], m33 = m[M::IDX_33];
     T const xy = m[M::IDX_12] + m[M::IDX_21], xz = m[M::IDX_13] + m[M::IDX_31], yz = m[M::IDX_23] + m[M::IDX_32];
     T const xw = m[M::IDX_32] - m[M::IDX_23], yw = m[M::IDX_13] - m[M::IDX_31], zw = m[M::IDX_21] - m[M::IDX_12];
-    if (m33 < T{0})
-        *this = m11 > m22 ? tQuaternion(T{1} + m11 - m22 - m33, xy, xz, xw)
-                          : tQuaternion(xy, T{1} - m11 + m22 - m33, yz, yw);
-    else
-        *this = m11 < -m22 ? tQuaternion(xz, yz, T{1} - m11 - m22 + m33, zw)
-                           : tQuaternion(xw, yw, zw, T{1} + m11 + m22 + m33);
-    Normalise();
+    Lanes const third = detail::Broadcast<Lanes>(m33);
+    Lanes const byX = detail::Four(T{1} + m11 - m22 - m33, xy, xz, xw);
+    Lanes const byY = detail::Four(xy, T{1} - m11 + m22 - m33, yz, yw);
+    Lanes const byZ = detail::Four(xz, yz, T{1} - m11 - m22 + m33, zw);
+    Lanes const byW = detail::Four(xw, yw, zw, T{1} + m11 + m22 + m33);
+    Lanes const first = detail::Broadcast<Lanes>(m11);
+    Lanes const q = detail::Select(third < Lanes{}, detail::Select(detail::Broadcast<Lanes>(m22) < first, byX, byY),
+                                   detail::Select(first < detail::Broadcast<Lanes>(-m22), byZ, byW));
+    detail::StoreInto(detail::UnitOf<T>(q), *this);
 }
 
 template <typename T>

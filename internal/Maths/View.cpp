@@ -34,9 +34,12 @@ template <typename T>
     return lengthSquared >= T{1} / LIMIT && lengthSquared <= LIMIT;
 }
 
+// What is rare takes its vectors by value, and its result is taken component by component, so that the usual ones never
+// lie in memory.
+
 /// A vector in the same direction, of a length whose square is of usual size, from one that is not; zero stays zero.
 template <typename T>
-[[nodiscard, gnu::noinline, gnu::cold]] tVector3<T> OfUsualSize(tVector3<T> const& v) noexcept
+[[nodiscard, gnu::noinline, gnu::cold]] tVector3<T> OfUsualSize(tVector3<T> v) noexcept
 {
     T const largest = GetMaxComponent(Abs(v));
     bool const isZeroOrNaN = largest == T{0} || v.LengthSquared() != v.LengthSquared();
@@ -45,12 +48,27 @@ template <typename T>
 
 /// The vector of length 1 in the same direction.
 template <typename T>
-[[nodiscard]] inline tVector3<T> DirectionOf(tVector3<T> const& v) noexcept
+[[nodiscard, gnu::always_inline]] inline tVector3<T> DirectionOf(tVector3<T> const& v) noexcept
 {
     T const lengthSquared = v.LengthSquared();
-    if (IsOfUsualSize(lengthSquared)) [[likely]]
-        return v * (T{1} / detail::SquareRoot(lengthSquared));
-    return OfUsualSize(v).Normalised();
+    T const scale = T{1} / detail::SquareRoot(lengthSquared);
+    T x = v.x * scale, y = v.y * scale, z = v.z * scale;
+    if (!IsOfUsualSize(lengthSquared)) [[unlikely]]
+    {
+        tVector3<T> const rare = OfUsualSize(v).Normalised();
+        x = rare.x;
+        y = rare.y;
+        z = rare.z;
+    }
+    return {x, y, z};
+}
+
+/// Where the squared sine between up and the line of sight is below that of 14 degrees, by the squared length of up.
+template <typename T>
+[[nodiscard]] bool IsNearLine(T sideSquared, T upSquared) noexcept
+{
+    constexpr T NEAR_SQUARED = T{0.0625};
+    return sideSquared <= NEAR_SQUARED * upSquared; // NaN is not near to anything
 }
 
 template <typename T>
@@ -62,38 +80,41 @@ struct CameraAxes
                                       tVector3<T> const& upwards) noexcept
     {
         tVector3<T> const forward = DirectionOf(target - eye);
-        tVector3<T> top = upwards;
-        T topSquared = top.LengthSquared();
-        if (!IsOfUsualSize(topSquared)) [[unlikely]]
-        {
-            top = OfUsualSize(top);
-            topSquared = top.LengthSquared();
-        }
-        tVector3<T> const side = forward.Cross(top);
+        tVector3<T> const side = forward.Cross(upwards);
         T const sideSquared = side.LengthSquared();
-        constexpr T NEAR_SQUARED = T{0.0625}; // the squared sine of 14 degrees
-        // NaN is not near to anything.
-        if (sideSquared <= NEAR_SQUARED * topSquared) [[unlikely]]
-            right = GetRightNearUp(forward, side, sideSquared, topSquared);
-        else
-            right = side * (T{1} / detail::SquareRoot(sideSquared));
+        T const upSquared = upwards.LengthSquared();
+        T const scale = T{1} / detail::SquareRoot(sideSquared);
+        T x = side.x * scale, y = side.y * scale, z = side.z * scale;
+        if (!IsOfUsualSize(upSquared) || IsNearLine(sideSquared, upSquared)) [[unlikely]]
+        {
+            tVector3<T> const rare = GetRareRight(forward, upwards);
+            x = rare.x;
+            y = rare.y;
+            z = rare.z;
+        }
+        right = {x, y, z};
         up = right.Cross(forward);
         back = -forward;
     }
 
-    /// The right direction where up is near the line of sight. Their vector product then is mostly rounding errors,
-    /// also along the line: what it has of that is taken away.
-    [[nodiscard, gnu::noinline, gnu::cold]] static tVector3<T>
-    GetRightNearUp(tVector3<T> const& forward, tVector3<T> const& side, T sideSquared, T topSquared) noexcept
+private:
+    /// The right direction for an upper one of any length, or near the line of sight. Their vector product then is
+    /// mostly rounding errors, also along the line: what it has of that is taken away.
+    [[nodiscard, gnu::noinline, gnu::cold]] static tVector3<T> GetRareRight(tVector3<T> forward,
+                                                                            tVector3<T> upwards) noexcept
     {
         constexpr T PARALLEL = T{8} * std::numeric_limits<T>::epsilon();
-        if (sideSquared <= PARALLEL * PARALLEL * topSquared)
+        tVector3<T> const usual = IsOfUsualSize(upwards.LengthSquared()) ? upwards : OfUsualSize(upwards);
+        T const upSquared = usual.LengthSquared();
+        tVector3<T> const side = forward.Cross(usual);
+        T const sideSquared = side.LengthSquared();
+        if (sideSquared <= PARALLEL * PARALLEL * upSquared)
         {
             tVector3<T> const other = GetRightWithoutUp(forward);
             return other * (T{1} / detail::SquareRoot(other.LengthSquared()));
         }
         tVector3<T> const rough = side * (T{1} / detail::SquareRoot(sideSquared));
-        return (rough - forward * forward.Dot(rough)).Normalised();
+        return IsNearLine(sideSquared, upSquared) ? (rough - forward * forward.Dot(rough)).Normalised() : rough;
     }
 
     /// The part of the x or z axis that is perpendicular to a unit vector.

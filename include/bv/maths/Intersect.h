@@ -18,6 +18,10 @@
 
 #include "bv/Export.h"
 #include "bv/maths/Forward.h"
+#include "bv/maths/VectorTransforms.h"
+#include "bv/maths/detail/BoxCorners.h"
+#include "bv/maths/detail/Rows.h"
+#include "bv/maths/detail/TriangleInBox.h"
 #include "bv/maths/detail/Triangles.h"
 #include "bv/maths/tDepthRay.h"
 #include "bv/maths/tDifferential2.h"
@@ -201,8 +205,8 @@ template <typename T>
 /// coordinates round, what nearly touches may be decided either way. A triangle without area is its longest edge, or
 /// its point. A box that is not valid, unbounded or NaN overlaps nothing.
 template <typename T>
-[[nodiscard]] bool OverlapsTriangle(tVolumeAABB<T> const& box, tVector3<T> const& a, tVector3<T> const& b,
-                                    tVector3<T> const& c) noexcept;
+[[nodiscard, gnu::always_inline]] inline bool OverlapsTriangle(tVolumeAABB<T> const& box, tVector3<T> const& a,
+                                                               tVector3<T> const& b, tVector3<T> const& c) noexcept;
 
 /// The barycentric coordinates (1 - u - v, u, v) of a point in the plane of a triangle; of a point off the plane, those
 /// of its projection onto it. Outside of the triangle, one of them at least is negative.
@@ -247,15 +251,27 @@ template <typename T>
                       Alone(corner[ray.GetAxis(2)] - start.z)});
 }
 
-} // namespace BV_REGISTERS
-
-/// The product of the first three rows of a matrix with (x, y, z, 0).
+/// The first three rows of a matrix as columns, and the products with them.
 template <typename T>
-[[nodiscard, gnu::always_inline]] inline tVector3<T> MoveDirection(T const* m, tVector3<T> const& v) noexcept
+struct tMotion
 {
-    return {m[0] * v.x + m[1] * v.y + m[2] * v.z, m[4] * v.x + m[5] * v.y + m[6] * v.z,
-            m[8] * v.x + m[9] * v.y + m[10] * v.z};
-}
+    tRows<T> columns;
+
+    [[gnu::always_inline]] explicit tMotion(T const* m) noexcept : columns{Transposed(LoadRows(m))} {}
+
+    /// The product with (x, y, z, 1).
+    [[nodiscard, gnu::always_inline]] tVector3<T> MovePoint(tVector3<T> const& v) const noexcept
+    {
+        return FirstThree<T>(Combine(columns.row1, columns.row2, columns.row3, v.x, v.y, v.z) + columns.row4);
+    }
+    /// The product with (x, y, z, 0).
+    [[nodiscard, gnu::always_inline]] tVector3<T> MoveDirection(tVector3<T> const& v) const noexcept
+    {
+        return FirstThree<T>(Combine(columns.row1, columns.row2, columns.row3, v.x, v.y, v.z));
+    }
+};
+
+} // namespace BV_REGISTERS
 
 /// Whether a normal is that of a triangle with an area.
 template <typename T>
@@ -296,11 +312,8 @@ inline tRay<T> TransformRay(tRay<T> const& ray, tMatrix4<T> const& matrix) noexc
 {
     if (matrix.IsIdentity())
         return ray;
-    T const* const m = matrix.Get();
-    tVector3<T> const& o = ray.origin;
-    return {{m[0] * o.x + m[1] * o.y + m[2] * o.z + m[3], m[4] * o.x + m[5] * o.y + m[6] * o.z + m[7],
-             m[8] * o.x + m[9] * o.y + m[10] * o.z + m[11]},
-            detail::MoveDirection(m, ray.direction)};
+    detail::tMotion<T> const motion(matrix.Get());
+    return {motion.MovePoint(ray.origin), motion.MoveDirection(ray.direction)};
 }
 
 template <typename T>
@@ -310,13 +323,57 @@ inline tDepthRay<T, IRayPayloadInternal> TransformRay(tDepthRay<T, IRayPayloadIn
     tDepthRay<T, IRayPayloadInternal> moved = ray;
     if (matrix.IsIdentity())
         return moved;
-    T const* const m = matrix.Get();
-    static_cast<tRay<T>&>(moved) = TransformRay(static_cast<tRay<T> const&>(ray), matrix);
-    moved.dOriginDu = detail::MoveDirection(m, ray.dOriginDu);
-    moved.dOriginDv = detail::MoveDirection(m, ray.dOriginDv);
-    moved.dDirectionDu = detail::MoveDirection(m, ray.dDirectionDu);
-    moved.dDirectionDv = detail::MoveDirection(m, ray.dDirectionDv);
+    detail::tMotion<T> const motion(matrix.Get());
+    moved.origin = motion.MovePoint(ray.origin);
+    moved.direction = motion.MoveDirection(ray.direction);
+    moved.dOriginDu = motion.MoveDirection(ray.dOriginDu);
+    moved.dOriginDv = motion.MoveDirection(ray.dOriginDv);
+    moved.dDirectionDu = motion.MoveDirection(ray.dDirectionDu);
+    moved.dDirectionDv = motion.MoveDirection(ray.dDirectionDv);
     return moved;
+}
+
+template <typename T>
+inline bool OverlapsTriangle(tVolumeAABB<T> const& box, tVector3<T> const& a, tVector3<T> const& b,
+                             tVector3<T> const& c) noexcept
+{
+    using Lanes = detail::tThree<T>;
+    using Turned = detail::tTurned<Lanes>;
+    Lanes const from = detail::LoadFirst(box);
+    Lanes const to = detail::LoadLast(box);
+    Lanes const one = detail::LoadThree<T>(a);
+    Lanes const two = detail::LoadThree<T>(b);
+    Lanes const three = detail::LoadThree<T>(c);
+    // NaN may pass here: it does not pass the products of the edges.
+    auto const isReached = detail::Both(detail::Min(one, detail::Min(two, three)) <= to,
+                                        from <= detail::Max(one, detail::Max(two, three)));
+    if (!detail::AllThree(detail::Both(isReached, from <= to)))
+        return false;
+
+    Lanes const centre = (from + to) * detail::Broadcast<Lanes>(T{0.5});
+    Lanes const half = (to - from) * detail::Broadcast<Lanes>(T{0.5});
+    Lanes const start = one - centre;
+    Lanes const middle = two - centre;
+    Lanes const end = three - centre;
+    Turned const turnedHalf(half), turnedStart(start), turnedMiddle(middle), turnedEnd(end);
+    Turned const first(middle - start), second(end - middle), third(start - end);
+    if (!detail::ComeNear(first, turnedStart, turnedEnd, turnedHalf) ||
+        !detail::ComeNear(second, turnedMiddle, turnedStart, turnedHalf) ||
+        !detail::ComeNear(third, turnedEnd, turnedMiddle, turnedHalf))
+        return false;
+
+    Turned const toEnd(end - start);
+    Lanes const normal = first.Cross(toEnd);
+    T const distance = detail::Magnitude(detail::SumOfThree(normal * start));
+    T const reach = detail::SumOfThree(detail::Magnitude(normal) * half);
+    if (distance <= reach)
+        return true;
+    // The normal of a triangle that is nearly its longest edge is what rounding left of larger products. It separates
+    // only where it would with any normal that rounds to this one.
+    Lanes const magnitudes = detail::Magnitude(first.once * toEnd.twice) + detail::Magnitude(first.twice * toEnd.once);
+    T const slack =
+        T{8} * std::numeric_limits<T>::epsilon() * detail::SumOfThree(magnitudes * (detail::Magnitude(start) + half));
+    return distance <= reach + slack;
 }
 
 template <typename T>

@@ -12,6 +12,7 @@
 #include "bv/Export.h"
 #include "bv/maths/DepthRange.h"
 #include "bv/maths/Forward.h"
+#include "bv/maths/VectorTransforms.h"
 #include "bv/maths/detail/MatrixAccess.h"
 #include "bv/maths/detail/Place.h"
 #include "bv/maths/detail/Rows.h"
@@ -272,28 +273,35 @@ struct tDepthElements
     T m33, m34;
 };
 
-/// Those of a central projection.
+/// What m33 of a central projection is, times the depth.
 template <typename T>
-[[nodiscard, gnu::always_inline]] inline tDepthElements<T> GetCentralDepth(T nearPlane, T farPlane,
+[[nodiscard, gnu::always_inline]] inline T GetDepthDividend(T nearPlane, T farPlane, DepthRange range) noexcept
+{
+    if (range == DepthRange::ZERO_TO_ONE)
+        return -farPlane;
+    return range == DepthRange::ONE_TO_ZERO ? nearPlane : -(farPlane + nearPlane);
+}
+
+/// What m34 is, times the depth, from -1 to 1. In the other ranges it is a product with m33.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline T GetOffsetDividend(T nearPlane, T farPlane) noexcept
+{
+    return T{-2} * farPlane * nearPlane;
+}
+
+/// The elements of a central projection, from the quotients of the two dividends and the depth.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline tDepthElements<T> GetCentralDepth(T m33, T m34, T nearPlane, T farPlane,
                                                                            DepthRange range) noexcept
 {
     bool const isInfinite = farPlane == std::numeric_limits<T>::infinity();
-    T const depth = farPlane - nearPlane;
-    if (range == DepthRange::ZERO_TO_ONE)
-    {
-        T const m33 = isInfinite ? T{-1} : -farPlane / depth;
-        return {m33, nearPlane * m33};
-    }
     if (range == DepthRange::ONE_TO_ZERO)
-    {
-        if (isInfinite)
-            return {T{0}, nearPlane};
-        T const m33 = nearPlane / depth;
-        return {m33, farPlane * m33};
-    }
+        return isInfinite ? tDepthElements<T>{T{0}, nearPlane} : tDepthElements<T>{m33, farPlane * m33};
     if (isInfinite)
-        return {T{-1}, T{-2} * nearPlane};
-    return {-(farPlane + nearPlane) / depth, T{-2} * farPlane * nearPlane / depth};
+        m33 = T{-1};
+    if (range == DepthRange::ZERO_TO_ONE)
+        return {m33, nearPlane * m33};
+    return {m33, isInfinite ? T{-2} * nearPlane : m34};
 }
 
 /// Within these bounds, no product of a determinant or an inverse overflows, and what underflows is too small to count.
@@ -365,11 +373,15 @@ template <typename T>
     if (tangent == T{0} || aspect == T{0} || !IsPlainlyDifferent(nearPlane, farPlane - nearPlane, TOLERANCE<T>))
         [[unlikely]]
         CheckLens(tangent, aspect, nearPlane, farPlane, place);
-    auto const [m33, m34] = GetCentralDepth(nearPlane, farPlane, range);
     T const zero{0};
-    return MatrixAccess::Make<T>({Four(T{1} / (tangent * aspect), zero, zero, zero),
-                                  Four(zero, T{1} / tangent, zero, zero), Four(zero, zero, m33, m34),
-                                  Four(zero, zero, T{-1}, zero)},
+    T const one{1};
+    T const depth = farPlane - nearPlane;
+    auto const quotients =
+        Four(one, one, GetDepthDividend(nearPlane, farPlane, range), GetOffsetDividend(nearPlane, farPlane)) /
+        Four(tangent * aspect, tangent, depth, depth);
+    auto const [m33, m34] = GetCentralDepth(Get<2>(quotients), Get<3>(quotients), nearPlane, farPlane, range);
+    return MatrixAccess::Make<T>({Four(Get<0>(quotients), zero, zero, zero), Four(zero, Get<1>(quotients), zero, zero),
+                                  Four(zero, zero, m33, m34), Four(zero, zero, -one, zero)},
                                  tMatrix4<T>::GENERAL);
 }
 
@@ -404,7 +416,10 @@ inline tMatrix4<T> PerspectiveProjection(T left, std::type_identity_t<T> right, 
     Row const extents = upper - lower;
     if (!detail::ArePlainlyDifferent<T>(lower, extents, TOLERANCE<T>)) [[unlikely]]
         detail::CheckExtents<T>(left, right, bottom, top, nearPlane, farPlane, detail::PERSPECTIVE_OF_EXTENTS);
-    auto const [m33, m34] = detail::GetCentralDepth<T>(nearPlane, farPlane, range);
+    T const depth = farPlane - nearPlane;
+    auto const [m33, m34] = detail::GetCentralDepth<T>(detail::GetDepthDividend<T>(nearPlane, farPlane, range) / depth,
+                                                       detail::GetOffsetDividend<T>(nearPlane, farPlane) / depth,
+                                                       nearPlane, farPlane, range);
     return detail::MatrixAccess::Make<T>(detail::CentralRows<T>(T{2} * nearPlane, upper + lower, extents, m33, m34),
                                          tMatrix4<T>::GENERAL);
 }
@@ -435,26 +450,29 @@ inline std::optional<tVector3<T>> GetPixel(tVector3<T> const& point, tMatrix4<T>
                                            tVector2<T> const& size) noexcept
 {
     using Matrix = tMatrix4<T>;
+    using Row = detail::tFour<T>;
+    T const one{1};
     T const* const m = worldToClip.Get();
-    tVector3<T> place = point;
+    Row place = detail::Four(point.x, point.y, point.z, one);
     if (!worldToClip.IsDiagonal())
     {
         auto const [column1, column2, column3, column4] = detail::Transposed(detail::LoadRows(m));
-        auto const clip = detail::Combine<T>(column1, column2, column3, point.x, point.y, point.z) + column4;
+        Row const clip = detail::Combine<T>(column1, column2, column3, point.x, point.y, point.z) + column4;
         T const w = detail::Get<3>(clip);
         if (!(w > T{0}))
             return std::nullopt;
-        T const q = T{1} / w;
-        place = {detail::Get<0>(clip) * q, detail::Get<1>(clip) * q, detail::Get<2>(clip) * q};
+        place = clip * detail::Broadcast<Row>(one / w);
     }
     else if (!worldToClip.IsIdentity())
     {
         if (!(m[Matrix::IDX_44] > T{0}))
             return std::nullopt;
-        T const q = T{1} / m[Matrix::IDX_44];
-        place = {point.x * (q * m[Matrix::IDX_11]), point.y * (q * m[Matrix::IDX_22]), q * m[Matrix::IDX_33] * point.z};
+        T const q = one / m[Matrix::IDX_44];
+        place = place * detail::Four(q * m[Matrix::IDX_11], q * m[Matrix::IDX_22], q * m[Matrix::IDX_33], one);
     }
-    return tVector3<T>((place.x + T{1}) * (size.x * T{0.5}), (T{1} - place.y) * (size.y * T{0.5}), place.z);
+    // To z, a negative zero is added, which changes nothing.
+    Row const fromCorner = place * detail::Four(one, -one, one, one) + detail::Four(one, one, -T{0}, -T{0});
+    return detail::FirstThree<T>(fromCorner * detail::Four(size.x * T{0.5}, size.y * T{0.5}, one, one));
 }
 
 template <typename T>

@@ -258,10 +258,7 @@ constexpr T tQuaternion<T>::Dot(tQuaternion const& other) const noexcept
 template <typename T>
 inline tQuaternion<T> tQuaternion<T>::Normalised() const noexcept
 {
-    using Lanes = detail::tFour<T>;
-    Lanes const q = detail::LoadFour<T>(*this);
-    T const length = detail::SquareRoot(detail::SumOfFour<T>(q * q));
-    return detail::MakeFrom<tQuaternion, T>(q * detail::Broadcast<Lanes>(T{1} / length));
+    return detail::MakeFrom<tQuaternion, T>(detail::UnitOf<T>(detail::LoadFour<T>(*this)));
 }
 
 template <typename T>
@@ -415,8 +412,7 @@ inline tQuaternion<T> Nlerp(tQuaternion<T> const& a, tQuaternion<T> const& b, st
     Lanes const end = detail::LoadFour<T>(b);
     T const share = detail::SumOfFour<T>(start * end) < T{0} ? -t : t;
     Lanes const sum = start * detail::Broadcast<Lanes>(T{1} - t) + end * detail::Broadcast<Lanes>(share);
-    T const length = detail::SquareRoot(detail::SumOfFour<T>(sum * sum));
-    return detail::MakeFrom<tQuaternion<T>, T>(sum * detail::Broadcast<Lanes>(T{1} / length));
+    return detail::MakeFrom<tQuaternion<T>, T>(detail::UnitOf<T>(sum));
 }
 
 extern template BV_TEMPLATE tQuaternion<float> Slerp(tQuaternion<float> const&, tQuaternion<float> const&,

@@ -71,6 +71,13 @@ template <typename T>
     }
 }
 
+/// A quaternion that is scaled to length 1.
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline tFour<T> UnitOf(tFour<T> const& q) noexcept
+{
+    return q * Broadcast<tFour<T>>(T{1} / SquareRoot(SumOfFour<T>(q * q)));
+}
+
 /// The product of two quaternions: (w * b + (second + third)) - fourth in each lane, where the sum in the middle has
 /// the opposite sign in the last.
 template <typename T>

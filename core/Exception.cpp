@@ -126,14 +126,19 @@ Exception& Exception::operator=(Exception const& other)
     return *this;
 }
 
-std::ostream& operator<<(std::ostream& stream, Exception const& exception)
+std::string detail::GetText(Exception const& exception)
 {
     std::string text = "'";
     text += exception.Message().ToCharArray();
     text += "' - ";
     text += exception.Where().ToCharArray();
     text += ".";
-    return stream << text;
+    return text;
+}
+
+std::ostream& operator<<(std::ostream& stream, Exception const& exception)
+{
+    return stream << detail::GetText(exception);
 }
 
 } // namespace bv

@@ -5,6 +5,7 @@
 
 #include <exception>
 #include <iosfwd>
+#include <string>
 
 #include "bv/Export.h"
 #include "bv/String.h"
@@ -95,6 +96,12 @@ protected:
     Exception(String const& message, ThrowFunction ownThrow);
     /// @}
 };
+
+namespace detail
+{
+/// The text of `<<` and of the formatters.
+[[nodiscard]] BV_API std::string GetText(Exception const& exception);
+} // namespace detail
 
 /// Writes the message between single quotes, " - ", the location text and a full stop, as one string.
 BV_API std::ostream& operator<<(std::ostream& stream, Exception const& exception);

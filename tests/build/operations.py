@@ -16,7 +16,7 @@ import interface
 TOP = pathlib.Path(__file__).resolve().parent.parent.parent
 TABLE = TOP / "docs" / "operations.md"
 # The long way of an inline function, which the library holds for it.
-HIDDEN_FUNCTION = re.compile(r"(^| )bv::maths::detail::\w+(<[^()]*>)?\(")
+HIDDEN_FUNCTION = re.compile(r"(^| )bv::(maths::)?detail::\w+(<[^()]*>)?\(")
 
 
 def operation(signature):

@@ -3,7 +3,7 @@
 Usage: operations.py [--write]     (tools/check-interface runs it where all that it needs is there)
 
 Compiles the library and its tests in a folder of its own, where every call leaves a symbol, and compares these with the
-library's own and with what the headers declare. Without --write, the table in docs/operations.md must be up to date.
+library's own and with what the headers declare. Without --write, the table in tests/operations.md must be up to date.
 """
 import collections
 import pathlib
@@ -14,7 +14,7 @@ import sys
 import interface
 
 TOP = pathlib.Path(__file__).resolve().parent.parent.parent
-TABLE = TOP / "docs" / "operations.md"
+TABLE = TOP / "tests" / "operations.md"
 # The long way of an inline function, which the library holds for it.
 HIDDEN_FUNCTION = re.compile(r"(^| )bv::(maths::)?detail::\w+(<[^()]*>)?\(")
 
@@ -93,7 +93,7 @@ def main():
     if "--write" in sys.argv:
         TABLE.write_text(table, encoding="utf-8")
     elif not TABLE.exists() or TABLE.read_text(encoding="utf-8") != table:
-        sys.exit("docs/operations.md is out of date: run tools/check-interface --write")
+        sys.exit("tests/operations.md is out of date: run tools/check-interface --write")
 
 
 main()

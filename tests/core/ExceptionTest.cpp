@@ -433,6 +433,34 @@ TEST(ExceptionTest, AnObjectIsNotCaughtByAClassBesideItsOwn)
     EXPECT_TRUE(caught);
 }
 
+/// A program's own class under one that hands on no throw function.
+class LeafOfAProgram : public InvalidArgumentException
+{
+public:
+    using InvalidArgumentException::InvalidArgumentException;
+};
+
+TEST(ExceptionTest, RethrowOfAProgramsOwnSubclassThrowsTheClassOfTheLibrary)
+{
+    LeafOfAProgram const leaf("message", "file", 7, "function");
+    bool caught = false;
+    try
+    {
+        leaf.Rethrow();
+    }
+    catch (LeafOfAProgram const&)
+    {
+        ADD_FAILURE() << "nobody knows how to throw this class";
+    }
+    catch (InvalidArgumentException const& failure)
+    {
+        caught = true;
+        EXPECT_STREQ(failure.Message().ToCharArray(), "message");
+        EXPECT_EQ(failure.LineNumber(), 7U);
+    }
+    EXPECT_TRUE(caught);
+}
+
 TEST(ExceptionTest, SwapExchangesEverythingIncludingTheThrowFunction)
 {
     MatrixException made = Make<MatrixException>();

@@ -74,6 +74,9 @@ static_assert(std::is_same_v<decltype(Percentage().GetDenominator()), U64>);
 static_assert(std::is_convertible_v<unsigned int, Percentage> && std::is_convertible_v<Percentage, float>);
 static_assert(std::is_convertible_v<Percentage const, float>);
 static_assert(!std::is_convertible_v<float, Percentage> && !std::is_constructible_v<Percentage, double>);
+static_assert(!std::is_constructible_v<Percentage, double, int> && !std::is_constructible_v<Percentage, int, float>);
+static_assert(!std::is_constructible_v<Percentage, float, float>);
+static_assert(std::is_constructible_v<Percentage, int, int> && std::is_constructible_v<Percentage, short, U64>);
 static_assert(std::is_nothrow_default_constructible_v<Percentage>);
 static_assert(std::is_nothrow_constructible_v<Percentage, unsigned int>);
 static_assert(!std::is_nothrow_constructible_v<Percentage, unsigned int, unsigned int>);
@@ -248,6 +251,15 @@ TEST(PercentageTest, RoundsEachFieldBeforeItDivides)
     Percentage const largest = large + Percentage(0x7FFFFFFF) * TwoToThe32();
     ExpectFraction(largest, 0xFFFFFFFF00000000, 1);
     ExpectSameBits<float>(largest, 0x1p64f);
+}
+
+TEST(PercentageTest, ComparesRatiosAsFloatHasThem)
+{
+    EXPECT_TRUE(Percentage(1, 2) < Percentage(2, 3));
+    EXPECT_TRUE(Percentage(2, 4) == Percentage(1, 2));
+    EXPECT_TRUE(Percentage() == Percentage(0, 7)); // both are zero, over different denominators
+    // 2^32 - 2 and 2^32 - 1 both round to 2^32.
+    EXPECT_TRUE(Percentage(0xFFFFFFFE, 0xFFFFFFFF) == Percentage(1));
 }
 
 TEST(PercentageTest, MultipliesAndReduces)

@@ -201,7 +201,7 @@ class FloorTest(unittest.TestCase):
             results.parse_floors([{"row": "a/b", "reason": "x"}, {"row": "a/b", "reason": "y"}], "file")
 
     def test_the_floors_of_this_library_can_be_read(self):
-        path = os.path.join(ROOT, "docs", "performance", "floors.json")
+        path = os.path.join(ROOT, "benchmarks", "floors.json")
         for row in results.parse_floors(results.load(path), path):
             self.assertIn(row.split("/")[0], results.TOPICS)
 

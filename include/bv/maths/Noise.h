@@ -10,8 +10,7 @@
 /// Edges, the same for all of these functions:
 /// - From 2^23 in magnitude on, every `float` is a whole number; from 2^31 on, all of them share the cell at 0.
 /// - A coordinate that is infinite or NaN gives NaN, of which sign and payload are not promised. The turbulence doubles
-/// its coordinates from octave to octave and
-///   gives NaN once one of them leaves the range of `float`.
+///   its coordinates from octave to octave and gives NaN once one of them leaves the range of `float`.
 /// - A coordinate just below 0 keeps its cell although its fraction rounds to 1.
 ///
 /// Nothing is thrown, allocated or kept.

@@ -39,7 +39,8 @@ concept LongerInteger = std::integral<N> && sizeof(N) > sizeof(unsigned int);
 /// An integer of at most 32 bits on the right of `+`, `*` and `/` is taken as an `unsigned int`, and the result is a
 /// fraction; a longer one does not compile. The constructors and the forms in place convert any integer to `unsigned
 /// int`, a longer one modulo 2^32. All other arithmetic with numbers goes through the conversion to `float`: with p =
-/// 1/3, `p * 100` is the fraction 100/3, while `p * 100.0f` and `100 * p` are of type `float`.
+/// 1/3, `p * 100` is the fraction 100/3, while `p * 100.0f` and `100 * p` are of type `float`. So do comparisons, of
+/// two fractions, too: those that `float` cannot tell apart are equal. Compare the fields to tell all apart.
 class BV_API Percentage
 {
     unsigned long long numerator;
@@ -55,9 +56,13 @@ public:
     /// n/d in lowest terms, so n/0 gives 1/0.
     /// @throws DivideByZeroException for 0/0.
     [[gnu::always_inline]] BV_INLINE constexpr Percentage(unsigned int n, unsigned int d);
-    /// A ratio is no fraction: it would be cut to an integer.
+    /// A ratio is no fraction: it would be cut to an integer. Nor is one of its fields.
     template <std::floating_point N>
     Percentage(N ratio) = delete;
+    template <std::floating_point N, typename D>
+    Percentage(N n, D d) = delete;
+    template <std::integral N, std::floating_point D>
+    Percentage(N n, D d) = delete;
     /// @}
 
     /// @name Access

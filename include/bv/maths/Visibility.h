@@ -183,7 +183,7 @@ template <typename T>
 /// @param range the depths of the near and the far plane, as the projection has them. Where the projection has no far
 ///        plane, that of the view has no direction, and puts nothing OUTSIDE.
 /// @return a view that has everything finite OUTSIDE where the rectangle is not valid: its planes have normals of zero
-///         and offsets of -infinity. Planes without a direction are not found out: they hold infinities and NaN.
+///         and offsets of -infinity. Planes without a direction are not rejected: they hold infinities and NaN.
 ///
 /// The caller includes `bv/maths/tMatrix4.h`.
 template <typename T>

@@ -57,9 +57,9 @@ public:
     /// to clip space of depth -w to w; for other depths, see GetScreenView(). Gribb, Hartmann, "Fast Extraction of
     /// Viewing Frustum Planes from the World-View-Projection Matrix", 2001.
     ///
-    /// Planes without a direction are not found out: they hold infinities and NaN.
-    /// @throws bv::InvalidArgumentException when setting a plane reports a division by zero; planes as they are report
-    ///         none.
+    /// Planes without a direction, as those of a matrix of zeros, are not rejected: they hold infinities and NaN.
+    /// @throws bv::InvalidArgumentException when setting a plane throws DivideByZeroException; planes divide without a
+    ///         check, and never do.
     tFrustum(tMatrix4<T> const& matrix);
     /// The view between six planes, taken as they are: their normals point inward.
     constexpr tFrustum(tPlane<T> const& left, tPlane<T> const& right, tPlane<T> const& bottom, tPlane<T> const& top,

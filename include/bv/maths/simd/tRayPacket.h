@@ -59,11 +59,11 @@ public:
     ///
     /// The caller sets both ends first, say to 0 and the farthest distance of interest. The slabs of the x and z axes
     /// are widened by `TOLERANCE<float>` on both sides, that of the y axis is not. A ray that runs along a slab keeps
-    /// its interval inside of it and loses all of it outside. Exactly on a face of the slab, as it is widened or not,
-    /// that face's parameter is NaN: on the lower face the upper face decides for both ends, and on the upper face both
-    /// ends become NaN until a later axis replaces them. A NaN in the caller's interval is replaced by the end of the
-    /// slab. A box behind the rays is a hit unless tNear rules it out. There is no early out:
-    /// every axis narrows every lane. Kay, Kajiya, "Ray Tracing Complex Scenes", 1986.
+    /// its interval inside of it and loses all of it outside. Exactly on a face of the slab (for x and z, of the
+    /// widened one), that face's parameter is NaN: on the lower face the upper face decides for both ends, and on the
+    /// upper face both ends become NaN until a later axis replaces them. A NaN in the caller's interval is replaced by
+    /// the end of the slab. A box behind the rays is a hit unless tNear rules it out. There is no early out: every axis
+    /// narrows every lane. Kay, Kajiya, "Ray Tracing Complex Scenes", 1986.
     /// @param box what to clip against; valid, since of two faces either may be met first.
     /// @param[in,out] tNear lower ends of the intervals.
     /// @param[in,out] tFar upper ends of the intervals.
@@ -88,7 +88,8 @@ public:
     /// whatever its elements hold.
     ///
     /// Each row is summed left to right, up to its fourth element times 1 for origins and times 0 for directions: an
-    /// infinite translation makes a direction NaN.
+    /// infinite translation makes a direction NaN, and a direction's component that would be -0 becomes 0, whose
+    /// reciprocal is +infinity, unless the translation is negative.
     /// @return this packet.
     [[gnu::always_inline]] inline Packet& Transform(tMatrix4<float> const& matrix) noexcept;
     /// @}

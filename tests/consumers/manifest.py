@@ -21,10 +21,10 @@ def numbers():
     return version, abi
 
 
-def listed_name(path, prefix):
-    """A file or link as the list names it."""
+def listed_name(path, prefix, place=None):
+    """A file or link as the list names it. The place is where it was installed to be, if not where it is."""
     version, abi = numbers()
-    name = path.relative_to(prefix).as_posix().replace(f"auto-load{prefix.as_posix()}/", "auto-load/PREFIX/")
+    name = path.relative_to(prefix).as_posix().replace(f"auto-load{place or prefix.as_posix()}/", "auto-load/PREFIX/")
     name = re.sub(r"(^|/PREFIX/)lib(64|/[\w-]+-linux-gnu\w*)?/(?=lib|cmake|pkgconfig)", r"\1lib/", name)
     name = re.sub(r"Targets-\w+\.cmake$", "Targets-CONFIGURATION.cmake", name)
     return re.sub(rf"\.so\.{abi}$", ".so.ABI", name.replace(f".so.{version}", ".so.VERSION"))

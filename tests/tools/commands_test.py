@@ -21,7 +21,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BASH = shutil.which("bash")
 TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdir", "mv", "rm", "cat", "sleep", "chmod")
 PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "python3", "objdump", "gdb", "lldb-14",
-            "qemu-x86_64", "strip", "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
+            "lintian", "dpkg-shlibdeps", "qemu-x86_64", "strip", "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
 
 NOTE = r"""#!{bash}
 [ "${{0##*/}} $1" = "python3 -c" ] || printf '%s\n' "${{0##*/}} $*" >>"$NOTES"
@@ -125,7 +125,7 @@ class Arguments(CommandTest):
         self.assertIn("MAX_SIDE = 16384;", options)
 
     def test_unknown_arguments_are_refused(self):
-        groups = "(groups: build, gcc, clang, test, demo, check, bench)"
+        groups = "(groups: build, gcc, clang, test, demo, check, bench, package)"
         presets = "(presets: release, clang, v3, debug, sanitize)"
         size = "(usage: tools/demo [WIDTHxHEIGHT])"
         for message, *command in (
@@ -143,6 +143,7 @@ class Arguments(CommandTest):
                 ("'(' is not a regular expression", "tools/bench", "--quick", "("),
                 ("no such option: --fast (usage: tools/check-interface [--write])", "tools/check-interface", "--fast"),
                 ("one option only (usage: tools/check-interface [--write])", "tools/check-interface", "--write", "x"),
+                ("no arguments are taken (usage: tools/package)", "tools/package", "--fast"),
                 (f"no such group: games {groups}", "tools/setup", "build", "games"),
                 (f"no such group: games {groups}", "tools/setup", "--list", "games"),
                 (f"no such group: build.* {groups}", "tools/setup", "build.*"),
@@ -172,7 +173,7 @@ class Arguments(CommandTest):
             self.assertEqual(len(configured), compilers)
 
     def test_every_command_explains_itself(self):
-        for command in ("setup", "demo", "test", "bench", "check-interface"):
+        for command in ("setup", "demo", "test", "bench", "check-interface", "package"):
             for option in ("-h", "--help"):
                 code, output, errors = self.run_command(f"tools/{command}", option)
                 self.assertEqual((code, errors, self.noted()), (0, "", []))

@@ -1,18 +1,18 @@
 #include "Mesh.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
-#include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <string_view>
+#include <memory>
 #include <system_error>
 #include <unordered_map>
 
 #include <tiny_obj_loader.h>
 
+#include "ObjText.h"
 #include "Options.h"
 #include "UserError.h"
 #include "bv/maths/Batch.h"
@@ -33,37 +33,17 @@ std::string ReadFile(std::string const& path)
 {
     if (std::filesystem::is_directory(path))
         throw UserError(path + ": is a folder, not a mesh");
-    std::ifstream file(path, std::ios::binary);
+    std::unique_ptr<std::FILE, decltype([](std::FILE* file) { static_cast<void>(std::fclose(file)); })> const file(
+        std::fopen(path.c_str(), "rb"));
     if (!file)
         throw UserError(path + ": " + std::generic_category().message(errno));
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-/// Refuses a vertex without three finite coordinates, which the OBJ reader would take for zeros.
-void CheckVertices(std::string const& path, std::string const& text)
-{
-    std::istringstream lines(text);
-    std::string line;
-    for (unsigned number = 1; std::getline(lines, line); ++number)
-    {
-        std::istringstream words(line);
-        std::string word;
-        if (!(words >> word) || word != "v")
-            continue;
-        for (unsigned axis = 0; axis < 3; ++axis)
-        {
-            word.clear();
-            words >> word;
-            std::string_view const digits = std::string_view(word).substr(word.starts_with('+') ? 1 : 0);
-            float coordinate = 0;
-            auto const [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), coordinate);
-            if (error != std::errc() || end != digits.data() + digits.size() || !std::isfinite(coordinate))
-                throw UserError(path + ", line " + std::to_string(number) + ": '" + word +
-                                "' is not a finite coordinate");
-        }
-    }
+    std::string text;
+    std::array<char, 65536> bytes{};
+    while (std::size_t const count = std::fread(bytes.data(), 1, bytes.size(), file.get()))
+        text.append(bytes.data(), count);
+    if (std::ferror(file.get()) != 0)
+        throw UserError(path + ": cannot be read: " + std::generic_category().message(errno));
+    return text;
 }
 
 /// One line, without the blanks and line ends around it.
@@ -74,16 +54,18 @@ std::string OneLine(std::string text)
     return text;
 }
 
-std::vector<Vector3d> GetPositions(tinyobj::attrib_t const& attributes)
+std::vector<Vector3d> GetPositions(std::string const& path, tinyobj::attrib_t const& attributes)
 {
     std::vector<Vector3d> positions;
     for (std::size_t i = 0; i + 2 < attributes.vertices.size(); i += 3)
         positions.emplace_back(Vector3f(&attributes.vertices[i]));
+    // The reader's numbers overflow on the way, when they have hundreds of digits.
+    if (std::ranges::any_of(attributes.vertices, [](float coordinate) { return !std::isfinite(coordinate); }))
+        throw UserError(path + ": a coordinate has too many digits");
     return positions;
 }
 
-std::vector<Tuple3u> GetTriangles(std::string const& path, std::vector<tinyobj::shape_t> const& shapes,
-                                  std::size_t cornerCount)
+std::vector<Tuple3u> GetTriangles(std::vector<tinyobj::shape_t> const& shapes)
 {
     std::vector<Tuple3u> triangles;
     for (tinyobj::shape_t const& shape : shapes)
@@ -92,13 +74,7 @@ std::vector<Tuple3u> GetTriangles(std::string const& path, std::vector<tinyobj::
         for (unsigned const faceSize : shape.mesh.num_face_vertices)
         {
             auto const corner = [&](std::size_t i)
-            {
-                auto const index = static_cast<std::size_t>(shape.mesh.indices[first + i].vertex_index);
-                if (index >= cornerCount)
-                    throw UserError(path + ": a face names vertex " + std::to_string(index + 1) + " of " +
-                                    std::to_string(cornerCount));
-                return static_cast<unsigned>(index);
-            };
+            { return static_cast<unsigned>(shape.mesh.indices[first + i].vertex_index); };
             for (std::size_t i = 2; i < faceSize; ++i)
                 triangles.emplace_back(corner(0), corner(i - 1), corner(i));
             first += faceSize;
@@ -160,26 +136,24 @@ void SetNormals(std::vector<Triangle>& triangles)
 
 Mesh LoadMesh(std::string const& path, CoordinateFramef const& axes)
 {
-    std::string const text = ReadFile(path);
-    CheckVertices(path, text);
-
+    std::string const text = GetGeometry(path, ReadFile(path));
     tinyobj::ObjReaderConfig config;
     config.triangulate = false; // indices are checked first
     tinyobj::ObjReader reader;
     if (!reader.ParseFromString(text, "", config))
         throw UserError(path + ": " + OneLine(reader.Error()));
-    std::vector<Vector3d> const positions = GetPositions(reader.GetAttrib());
+    std::vector<Vector3d> const positions = GetPositions(path, reader.GetAttrib());
     if (positions.empty())
         throw UserError(path + ": is not a Wavefront OBJ file, it has no vertex");
 
-    std::vector<Tuple3u> const faces = GetTriangles(path, reader.GetShapes(), positions.size());
+    std::vector<Tuple3u> const faces = GetTriangles(reader.GetShapes());
     if (faces.empty())
         throw UserError(path + ": has no triangle");
 
     std::vector<Vector3f> const corners = Place(path, positions, axes);
     Mesh mesh;
     for (Tuple3u const& face : faces)
-        mesh.triangles.push_back({{corners[face.x], corners[face.y], corners[face.z]}, {}});
+        mesh.triangles.push_back({{corners.at(face.x), corners.at(face.y), corners.at(face.z)}, {}});
     ExpandBox(mesh.bounds, corners);
     SetNormals(mesh.triangles);
     return mesh;

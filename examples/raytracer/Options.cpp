@@ -12,6 +12,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "Message.h"
 #include "UserError.h"
 #include "bv/InvalidArgumentException.h"
 #include "bv/String.h"
@@ -68,7 +69,7 @@ std::optional<std::array<Number, COUNT>> ReadNumbers(char separator, std::string
 
 [[noreturn]] void Refuse(std::string const& option, std::string const& text, std::string const& wanted)
 {
-    throw UserError(option + ": '" + text + "' is not " + wanted);
+    throw UserError(option + ": " + Quote(text) + " is not " + wanted);
 }
 
 Tuple2u ReadSize(std::string const& text)
@@ -119,7 +120,7 @@ CoordinateFramef ReadAxes(std::string const& option, std::string const& text)
     }
     catch (bv::InvalidArgumentException const& error)
     {
-        throw UserError(option + ": '" + text + "': " + error.Message().ToCharArray());
+        throw UserError(option + ": " + Quote(text) + ": " + error.Message().ToCharArray());
     }
 }
 

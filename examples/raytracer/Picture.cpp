@@ -3,12 +3,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
-#include <system_error>
 
 #include <png.h>
-#include <unistd.h>
 
 #include "UserError.h"
 
@@ -52,39 +48,17 @@ std::size_t Picture::CountDifferences(Picture const& other) const
     return count;
 }
 
-PngFile::PngFile(std::string const& path) : path_(path)
-{
-    std::error_code error;
-    std::filesystem::path const real = std::filesystem::canonical(path, error); // a link stays a link
-    if (!error)
-        path_ = real.string();
-    bool const isTaken = std::filesystem::exists(path_, error) && !std::filesystem::is_regular_file(path_, error);
-    if (isTaken || !std::filesystem::path(path_).has_filename())
-        throw UserError(path + ": is not a file");
-    temporary_ = path_ + "." + std::to_string(getpid());
-    if (!std::ofstream(temporary_))
-        throw UserError(path + ": cannot be written: " + std::generic_category().message(errno));
-    std::filesystem::remove(temporary_, error);
-}
-
-void PngFile::Write(Picture const& picture) const
+void WritePng(Picture const& picture, OutputFile& file)
 {
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
     image.width = picture.GetSize().x;
     image.height = picture.GetSize().y;
     image.format = PNG_FORMAT_RGB;
-    std::error_code error;
-    if (png_image_write_to_file(&image, temporary_.c_str(), 0, picture.GetBytes(), 0, nullptr) != 0)
-        std::filesystem::rename(temporary_, path_, error);
-    else
-        error = std::make_error_code(std::errc::io_error);
-    if (error)
-    {
-        std::string const reason = image.warning_or_error != 0 ? image.message : error.message();
-        std::filesystem::remove(temporary_, error);
-        throw UserError(path_ + ": cannot be written: " + reason);
-    }
+    errno = 0;
+    if (png_image_write_to_stdio(&image, file.GetStream(), 0, picture.GetBytes(), 0, nullptr) == 0)
+        file.Refuse(image.message);
+    file.Publish();
 }
 
 Texels ReadSquare(std::string const& path)

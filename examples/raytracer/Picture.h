@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Maths.h"
+#include "OutputFile.h"
 #include "bv/maths/tTuple2.h"
 #include "bv/maths/tVector3.h"
 
@@ -29,21 +30,9 @@ private:
     std::vector<std::uint8_t> bytes_;
 };
 
-/// The place of a PNG file. A picture is written beside it and moved there when it is whole, so that what stood there
-/// stays as it was until then.
-class PngFile
-{
-public:
-    /// @throws UserError when no file can be written there.
-    explicit PngFile(std::string const& path);
-
-    /// @throws UserError when the picture cannot be written; nothing of it is left then.
-    void Write(Picture const& picture) const;
-
-private:
-    std::string path_;
-    std::string temporary_;
-};
+/// Writes a PNG file.
+/// @throws UserError when that cannot be done; nothing of the picture is left then.
+void WritePng(Picture const& picture, OutputFile& file);
 
 /// A square of linear light.
 struct Texels

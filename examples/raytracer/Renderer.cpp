@@ -3,9 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
-#include <exception>
 #include <mutex>
-#include <thread>
 #include <vector>
 
 #include "Shader.h"
@@ -97,7 +95,7 @@ Tuple2u GetSize(AreaAABBf const& window)
 } // namespace
 
 Rendering Render(Scene const& scene, Camera const& camera, Options const& options, Packets const& packets,
-                 Vector2f const& middle, Progress& progress)
+                 Vector2f const& middle, Workers& workers, Progress& progress)
 {
     auto const start = std::chrono::steady_clock::now();
     AreaAABBf const window = options.crop.value_or(AreaAABBf(GetCorner(options.size)));
@@ -109,35 +107,26 @@ Rendering Render(Scene const& scene, Camera const& camera, Options const& option
     Percentage const share(1, std::max(1U, static_cast<unsigned>(tiles.size())));
     std::atomic<std::size_t> next = 0;
     std::mutex mutex;
-    std::exception_ptr failure;
     auto const draw = [&]
     {
-        Tracer tracer(scene, packets);
         try
         {
+            Tracer tracer(scene, packets);
             for (std::size_t i = next++; i < tiles.size(); i = next++)
             {
                 DrawTile(tiles[i], job, tracer);
                 progress.Add(share);
             }
+            std::scoped_lock const lock(mutex);
+            rendering.rays += tracer.GetRayCount();
         }
         catch (...)
         {
-            std::scoped_lock const lock(mutex);
-            failure = std::current_exception();
-            next = tiles.size();
+            next = tiles.size(); // the other threads need not go on
+            throw;
         }
-        std::scoped_lock const lock(mutex);
-        rendering.rays += tracer.GetRayCount();
     };
-    {
-        std::vector<std::jthread> threads;
-        for (unsigned i = 1; i < options.threads; ++i)
-            threads.emplace_back(draw);
-        draw();
-    }
-    if (failure)
-        std::rethrow_exception(failure);
+    workers.Run(draw);
     rendering.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     return rendering;
 }

@@ -8,6 +8,7 @@
 #include "Picture.h"
 #include "Progress.h"
 #include "Scene.h"
+#include "Workers.h"
 
 namespace raytracer
 {
@@ -23,6 +24,6 @@ struct Rendering
 /// Draws the picture, or the window of it that the options name. The picture depends neither on the packets nor on the
 /// number of threads.
 Rendering Render(Scene const& scene, Camera const& camera, Options const& options, Packets const& packets,
-                 Vector2f const& middle, Progress& progress);
+                 Vector2f const& middle, Workers& workers, Progress& progress);
 
 } // namespace raytracer

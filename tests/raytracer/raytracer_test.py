@@ -7,6 +7,7 @@ Reads from the environment:
   RAYTRACER             the program
   RAYTRACER_AVX_OBJECT  the object file of the code that is compiled for AVX
   RAYTRACER_QEMU        qemu-x86_64, to run the program on a processor without AVX
+  RAYTRACER_NAMED_FILES  a library under which no file can be made without a name
 With --draw-golden it draws the golden pictures anew instead of testing.
 """
 
@@ -19,6 +20,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 import png
@@ -71,12 +73,12 @@ class RayTracerTest(unittest.TestCase):
 
     def assert_refused(self, message, *arguments, **options):
         """Ends with code 2 and one line that holds the message, and leaves every file as it was."""
-        before = {name: os.stat(self.path(name)).st_mtime_ns for name in os.listdir(self.folder)}
+        before = {name: os.lstat(self.path(name)).st_mtime_ns for name in os.listdir(self.folder)}
         result = run(*arguments, **options)
         self.assertEqual((result.returncode, result.stdout), (2, ""), result.stderr)
         self.assertRegex(result.stderr, r"\Araytracer: [^\n]*\S\n\Z")
         self.assertIn(message, result.stderr)
-        self.assertEqual({name: os.stat(self.path(name)).st_mtime_ns for name in os.listdir(self.folder)}, before)
+        self.assertEqual({name: os.lstat(self.path(name)).st_mtime_ns for name in os.listdir(self.folder)}, before)
 
     def assert_mesh_refused(self, message, text):
         mesh = self.write("bad.obj", text)
@@ -299,13 +301,50 @@ class BadMeshes(RayTracerTest):
         self.assert_mesh_refused(": has no triangle", self.VERTICES + "l 1 2 3\np 1\n")
 
     def test_an_index_past_the_last_vertex(self):
-        self.assert_mesh_refused(": a face names vertex 4 of 3", self.VERTICES + "f 1 2 4\n")
+        self.assert_mesh_refused(", line 4: a face names vertex '4' of 3", self.VERTICES + "f 1 2 4\n")
 
     def test_an_index_of_zero(self):
-        self.assert_mesh_refused(": ", self.VERTICES + "f 0 1 2\n")
+        self.assert_mesh_refused(", line 4: a face names vertex '0' of 3", self.VERTICES + "f 0 1 2\n")
 
     def test_a_relative_index_before_the_first_vertex(self):
-        self.assert_mesh_refused(": ", self.VERTICES + "f -1 -2 -4\n")
+        for index in ("-4", "-2147483648", "-4294967297"):
+            self.assert_mesh_refused(f", line 4: a face names vertex '{index}' of 3",
+                                     self.VERTICES + f"f -1 -2 {index}\n")
+        self.assert_mesh_refused(", line 3: a face names vertex '-3' of 3", "v 0 0 0\nv 1 0 0\nf -1 -2 -3\nv 0 1 0\n")
+
+    def test_an_index_that_wraps_around_to_a_vertex(self):
+        for index in (2**31, 2**32 + 3, 2**64 + 3):
+            self.assert_mesh_refused(f", line 4: a face names vertex '{index}' of 3", self.VERTICES + f"f 1 2 {index}/1/1\n")
+
+    def test_an_index_that_is_no_number(self):
+        for index in ("one", "3x", "+-3", "1.5", "#"):
+            self.assert_mesh_refused(f", line 4: a face names vertex '{index}' of 3", self.VERTICES + f"f 1 2 {index}\n")
+
+    def test_a_face_of_more_corners_than_the_reader_counts(self):
+        self.draw(*TINY, mesh=self.write("good.obj", self.VERTICES + "f" + " 1 2 3" * 85 + "\n"))
+        os.remove(self.path("picture.png"))
+        self.assert_mesh_refused(", line 4: a face has more than 255 corners", self.VERTICES + "f" + " 1 2 3" * 86 + "\n")
+
+    def test_lines_end_as_on_any_system(self):
+        for end in ("\n", "\r\n", "\r"):
+            self.assert_mesh_refused(", line 3: 'x' is not a finite coordinate",
+                                     end.join(("v 0 0 0", "# a comment", "v 0 x 0", "")))
+
+    def test_a_long_word_is_shortened_and_shown_in_ascii(self):
+        word = "1" * 50 + "\x1b[31m\a\x7f\u00e9" + "2" * 100_000
+        mesh = self.write("bad.obj", f"v 0 0 0\nv {word} 0 0\n")
+        self.assert_refused(f"{mesh}, line 2: '{'1' * 30}...{'2' * 30}' is not a finite coordinate", mesh)
+        mesh = self.write("bad.obj", "v 0 0 0\nv 1\x1b[31m\u00e9 0 0\n")
+        self.assert_refused(f"{mesh}, line 2: '1?[31m??' is not a finite coordinate", mesh)
+
+    def test_a_name_with_control_bytes_stays_one_line(self):
+        self.assert_refused("a?b?.obj: No such file", self.path("a\nb\x1b.obj"), *TINY)
+
+    def test_a_number_of_hundreds_of_digits(self):
+        self.assert_mesh_refused(": a coordinate has too many digits", f"v 1{'0' * 400}e-400 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n")
+
+    def test_a_file_that_cannot_be_read(self):
+        self.assert_refused("/proc/self/mem: cannot be read: Input/output error", "/proc/self/mem", *TINY)
 
     def test_coordinates_that_are_not_finite_numbers(self):
         for word in ("nan", "-nan", "inf", "-inf", "1e999", "one", "1.0x", "0x10"):
@@ -320,7 +359,7 @@ class BadMeshes(RayTracerTest):
 
     def test_what_else_stands_in_a_file_does_not_matter(self):
         odd = "# a comment\r\nmtllib none.mtl\n\n\tv +0 0 0 1\nv 1e0 0 0\nv 0 1. 0\nvt 0 0\nvn nan 0 1\ns off\nf 1//1 2//1 3//1\n"
-        self.draw(*TINY, mesh=self.write("odd.obj", odd + "f 1 1 1\nf 1 2\n"))
+        self.draw(*TINY, mesh=self.write("odd.obj", odd + "f 1 1 1\nf 1 2\nt tag -1/0/0\nl 0\n"))
 
 
 class BadOptions(RayTracerTest):
@@ -407,14 +446,99 @@ class Outputs(RayTracerTest):
 
     def test_a_full_disk_leaves_the_old_picture(self):
         def stop_at_one_block():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
             resource.setrlimit(resource.RLIMIT_FSIZE, (512, 512))
 
         self.write("picture.png", "the old one")
-        self.assert_refused("picture.png: cannot be written: ", CUBE, "--output", self.path("picture.png"), *TINY,
-                            preexec_fn=stop_at_one_block)
+        self.assert_refused("picture.png: cannot be written: File too large", CUBE, "--output",
+                            self.path("picture.png"), *TINY, preexec_fn=stop_at_one_block)
         with open(self.path("picture.png"), encoding="utf-8") as file:
             self.assertEqual(file.read(), "the old one")
+
+    def test_a_name_may_be_as_long_as_names_can_be(self):
+        name = "p" * 251 + ".png"
+        for _ in range(2):  # new, and in the place of an old one
+            self.draw(*TINY, output=name)
+            self.assertEqual(os.listdir(self.folder), [name])
+        self.assert_refused("cannot be written: File name too long", CUBE, "--output", self.path("p" + name), *TINY)
+
+    def test_a_link_that_leads_nowhere(self):
+        os.symlink("missing.png", self.path("picture.png"))
+        self.assert_refused("picture.png: is a link that leads nowhere", CUBE, "--output", self.path("picture.png"),
+                            *TINY)
+        os.symlink("loop.png", self.path("loop.png"))
+        self.assert_refused("loop.png: is a link that leads nowhere", CUBE, "--output", self.path("loop.png"), *TINY)
+
+    def test_a_mesh_in_the_place_of_the_picture_is_read_first(self):
+        mesh = self.write("mesh.obj", Pictures.SQUARE)
+        self.draw(*TINY, mesh=mesh, output="mesh.obj")
+        self.assertEqual(png.read(mesh).width, 64)
+
+    def test_help_into_a_full_disk(self):
+        with open("/dev/full", "w", encoding="utf-8") as full:
+            result = subprocess.run([PROGRAM, "--help"], stdout=full, stderr=subprocess.PIPE, text=True, check=False)
+        self.assertEqual((result.returncode, result.stderr),
+                         (2, "raytracer: standard output cannot be written: No space left on device\n"))
+
+    def test_the_closing_line_into_a_full_disk(self):
+        with open("/dev/full", "w", encoding="utf-8") as full:
+            result = subprocess.run([PROGRAM, CUBE, "--output", self.path("picture.png"), *TINY], stdout=full,
+                                    stderr=subprocess.PIPE, text=True, check=False)
+        self.assertEqual((result.returncode, result.stderr),
+                         (2, "raytracer: standard output cannot be written: No space left on device\n"))
+        self.assertEqual(png.read(self.path("picture.png")).width, 64)
+
+    def test_closed_streams_do_not_get_into_the_picture(self):
+        expected = self.draw(*TINY)
+        for streams in ((1,), (2,), (0, 1, 2)):
+            os.remove(self.path("picture.png"))
+            result = subprocess.run([PROGRAM, CUBE, "--output", self.path("picture.png"), *TINY], check=False,
+                                    preexec_fn=lambda: [os.close(stream) for stream in streams],
+                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            self.assertEqual(result.returncode, 2 if 1 in streams else 0)
+            with open(self.path("picture.png"), "rb") as file:
+                self.assertTrue(file.read() == expected)
+
+    def assert_whole_whenever_interrupted(self, number, code, **options):
+        """The old picture or the new one, however long the program lived: it draws nothing, and only writes."""
+        command = [PROGRAM, CUBE, "--output", self.path("picture.png"), "--size", "2000x1500", "--part", "0/1",
+                   "--threads", "2"]
+        start = time.monotonic()
+        subprocess.run(command, check=True, capture_output=True, **options)
+        length = time.monotonic() - start
+        with open(self.path("picture.png"), "rb") as file:
+            new = file.read()
+        codes = set()
+        for step in range(1, 13):
+            self.write("picture.png", "the old one")
+            with subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True,
+                                  **options) as process:
+                time.sleep(length * step / 12)
+                process.send_signal(number)
+                message = process.communicate(timeout=60)[1]
+            codes.add(process.returncode)
+            if process.returncode == 2:
+                self.assertEqual(message, "raytracer: interrupted\n")
+            self.assertEqual(os.listdir(self.folder), ["picture.png"])
+            with open(self.path("picture.png"), "rb") as file:
+                self.assertIn(file.read(), (b"the old one", new))
+        self.assertLessEqual(codes, {code, 0, -number})  # the last before it listens for signals
+        self.assertIn(code, codes)
+
+    def test_nothing_is_left_of_a_run_that_is_interrupted(self):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            self.assert_whole_whenever_interrupted(number, 2)
+
+    def test_nothing_is_left_of_a_run_that_is_killed(self):
+        self.assert_whole_whenever_interrupted(signal.SIGKILL, -signal.SIGKILL)
+
+    def test_signals_that_are_ignored_stay_ignored(self):
+        command = [PROGRAM, CUBE, "--output", self.path("picture.png"), "--size", "1500x1000", "--part", "0/1"]
+        with subprocess.Popen(command, stdout=subprocess.DEVNULL,
+                              preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN)) as process:
+            for _ in range(20):
+                process.send_signal(signal.SIGHUP)
+                time.sleep(0.01)
+            self.assertEqual(process.wait(timeout=60), 0)
 
     def test_an_old_picture_is_replaced_and_nothing_else_is_left(self):
         self.write("picture.png", "the old one")
@@ -445,6 +569,61 @@ class Outputs(RayTracerTest):
         self.assertIn("*" * 51, text.decode())
         self.draw(*TINY)  # which checks that there is nothing on standard error
         self.assertNotIn("%", self.line)
+
+
+class OtherFileSystems(Outputs):
+    """Where a file cannot be without a name: a library that is loaded first refuses to make such files."""
+
+    def setUp(self):
+        super().setUp()
+        os.environ["LD_PRELOAD"] = os.environ["RAYTRACER_NAMED_FILES"]
+        self.addCleanup(os.environ.pop, "LD_PRELOAD")
+
+    def test_nothing_is_left_of_a_run_that_is_killed(self):
+        self.skipTest("while its bytes are copied, the picture has a name that only the program itself can remove")
+
+
+class Limits(RayTracerTest):
+    """What the system does not give."""
+
+    def limit_memory(self, size):
+        def limit():
+            resource.setrlimit(resource.RLIMIT_STACK, (8 << 20, resource.RLIM_INFINITY))
+            resource.setrlimit(resource.RLIMIT_AS, (size, size))
+        return limit
+
+    def test_more_threads_than_there_can_be_are_refused_before_anything_is_read(self):
+        missing = self.path("missing.obj")
+        self.assert_refused("--threads: the system gives only ", missing, "--output", self.path("picture.png"),
+                            "--threads", "256", preexec_fn=self.limit_memory(1 << 30))
+        self.assert_refused("No such file or directory", missing, "--output", self.path("picture.png"),
+                            "--threads", "2", preexec_fn=self.limit_memory(1 << 30))
+
+    def test_a_mesh_is_drawn_whole_or_not_at_all_however_little_memory_there_is(self):
+        side = 60
+        lines = [f"v {x} {(x * y) % 7} {y}" for y in range(side) for x in range(side)]
+        lines += [f"f {at} {at + 1} {at + side + 1} {at + side}" for at in range(1, side * (side - 1)) if at % side]
+        mesh = self.write("hills.obj", "\n".join(lines) + "\n")
+        arguments = ["--size", "160x100", "--samples", "1", "--ao", "1", "--threads", "1"]
+        whole = self.draw(*arguments, mesh=mesh)
+        os.remove(self.path("picture.png"))
+        step = 256 << 10
+        size = step
+        while run("--help", preexec_fn=self.limit_memory(size)).returncode != 0:
+            size += step
+        refusals = 0
+        while True:
+            result = run(mesh, "--output", self.path("picture.png"), *arguments, preexec_fn=self.limit_memory(size))
+            if result.returncode == 0:
+                break
+            self.assertEqual((result.returncode, result.stdout), (2, ""), result.stderr)
+            self.assertRegex(result.stderr, r"\Araytracer: [^\n]*memory[^\n]*\n\Z")
+            self.assertEqual(os.listdir(self.folder), ["hills.obj"])
+            refusals += 1
+            size += step
+        self.assertGreater(refusals, 10)
+        with open(self.path("picture.png"), "rb") as file:
+            self.assertTrue(file.read() == whole)
 
 
 def draw_golden():

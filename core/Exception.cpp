@@ -138,7 +138,18 @@ std::string detail::GetText(Exception const& exception)
 
 std::ostream& operator<<(std::ostream& stream, Exception const& exception)
 {
-    return stream << detail::GetText(exception);
+    std::string text;
+    try
+    {
+        text = detail::GetText(exception);
+    }
+    catch (std::bad_alloc const&)
+    {
+        // What went wrong may be just that there is no memory.
+        stream.width(0);
+        return stream << "'" << exception.Message().ToCharArray() << "' - " << exception.Where().ToCharArray() << ".";
+    }
+    return stream << text;
 }
 
 } // namespace bv

@@ -105,7 +105,8 @@ namespace detail
 [[nodiscard]] BV_API std::string GetText(Exception const& exception);
 } // namespace detail
 
-/// Writes the message between single quotes, " - ", the location text and a full stop, as one string.
+/// Writes the message between single quotes, " - ", the location text and a full stop, as one string: piece by piece,
+/// and at no width, where there is no memory left for it.
 BV_API std::ostream& operator<<(std::ostream& stream, Exception const& exception);
 
 // The layout is a promise: the virtual table, the pointer to the texts, the throw function.

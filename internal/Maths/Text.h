@@ -10,11 +10,13 @@
 namespace bv::maths
 {
 
-/// A stream with default settings whose text no global locale can change.
+/// A stream with default settings whose text no global locale can change, and which throws when memory runs out instead
+/// of leaving some of the text out.
 [[nodiscard]] inline std::ostringstream FreshStream()
 {
     std::ostringstream stream;
     stream.imbue(std::locale::classic());
+    stream.exceptions(std::ios_base::badbit);
     return stream;
 }
 

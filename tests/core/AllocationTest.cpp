@@ -1,14 +1,9 @@
-#include <array>
 #include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <functional>
 #include <initializer_list>
 #include <memory>
 #include <new>
 #include <optional>
-#include <ostream>
-#include <streambuf>
 #include <string_view>
 #include <typeinfo>
 
@@ -20,166 +15,17 @@
 #include "bv/String.h"
 #include "bv/maths/DivideByZeroException.h"
 #include "bv/maths/MatrixException.h"
-
-// The allocation functions of the whole program are replaced: they count, and they fail on demand.
-
-namespace
-{
-
-std::size_t calls = 0;               ///< allocations so far
-std::size_t blocks = 0;              ///< allocations that were not freed yet
-std::size_t untilFailure = SIZE_MAX; ///< allocations that still succeed
-bool nothrowFails = false;           ///< whether the non-throwing form fails
-
-void* Allocate(std::size_t size) noexcept
-{
-    if (untilFailure == 0)
-        return nullptr;
-    if (untilFailure != SIZE_MAX)
-        --untilFailure;
-    void* const block = std::malloc(size != 0 ? size : 1);
-    if (block != nullptr)
-    {
-        ++calls;
-        ++blocks;
-    }
-    return block;
-}
-
-// Inlined into a delete expression, this would look to a compiler as if memory from `new` were given to free().
-[[gnu::noinline]] void Free(void* block) noexcept
-{
-    if (block != nullptr)
-        --blocks;
-    std::free(block);
-}
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    if (void* const block = Allocate(size))
-        return block;
-    throw std::bad_alloc();
-}
-
-void* operator new(std::size_t size, std::nothrow_t const&) noexcept
-{
-    return nothrowFails ? nullptr : Allocate(size);
-}
-
-void operator delete(void* block) noexcept
-{
-    Free(block);
-}
-
-void operator delete(void* block, std::size_t) noexcept
-{
-    Free(block);
-}
-
-void operator delete(void* block, std::nothrow_t const&) noexcept
-{
-    Free(block);
-}
+#include "support/FailingAllocations.h"
 
 namespace
 {
 
 using namespace bv;
 using namespace bv::maths;
+using namespace bv::test;
 
 constexpr char LONG_TEXT[] = "a text that is far too long for the short-string buffer of any standard library";
 constexpr wchar_t LONG_WIDE_TEXT[] = L"a text that is far too long for the short-string buffer of any standard library";
-
-/// What an action did to the memory.
-struct Use
-{
-    std::size_t calls;     ///< allocations that it made
-    std::ptrdiff_t blocks; ///< blocks that it left behind, or freed if negative
-};
-
-template <typename Action>
-Use Measure(Action&& action)
-{
-    std::size_t const callsBefore = calls;
-    std::size_t const blocksBefore = blocks;
-    action();
-    return {calls - callsBefore, static_cast<std::ptrdiff_t>(blocks - blocksBefore)};
-}
-
-/// While it lives, the non-throwing allocation fails.
-class NoMemoryForExceptions
-{
-    bool const before = nothrowFails;
-
-public:
-    NoMemoryForExceptions() { nothrowFails = true; }
-    NoMemoryForExceptions(NoMemoryForExceptions const&) = delete;
-    NoMemoryForExceptions& operator=(NoMemoryForExceptions const&) = delete;
-    ~NoMemoryForExceptions() { nothrowFails = before; }
-};
-
-/// While it lives, only so many allocations succeed.
-class LittleMemory
-{
-public:
-    explicit LittleMemory(std::size_t count) { untilFailure = count; }
-    LittleMemory(LittleMemory const&) = delete;
-    LittleMemory& operator=(LittleMemory const&) = delete;
-    ~LittleMemory() { untilFailure = SIZE_MAX; }
-};
-
-/// Lets each allocation of the action fail in its turn, and expects the standard failure, nothing left behind, and
-/// `unchanged` afterwards. Expects also that there were at least `least` allocations.
-template <typename Action, typename Check>
-void ExpectEachFailurePasses(std::size_t least, Action&& action, Check&& unchanged)
-{
-    for (std::size_t count = 0;; ++count)
-    {
-        ASSERT_LT(count, 1000U);
-        bool failed = false;
-        Use const use = Measure(
-            [&]
-            {
-                LittleMemory const memory(count);
-                try
-                {
-                    action();
-                }
-                catch (std::bad_alloc const&)
-                {
-                    failed = true;
-                }
-            });
-        if (!failed)
-        {
-            EXPECT_GE(count, least);
-            return;
-        }
-        EXPECT_EQ(use.blocks, 0) << "after " << count << " allocations";
-        unchanged();
-    }
-}
-
-template <typename Action>
-void ExpectEachFailurePasses(std::size_t least, Action&& action)
-{
-    ExpectEachFailurePasses(least, action, [] {});
-}
-
-/// A stream that allocates nothing.
-class FixedStream : private std::streambuf, public std::ostream
-{
-    std::array<char, 256> buffer = {};
-
-public:
-    FixedStream() : std::ostream(this) { setp(buffer.data(), buffer.data() + buffer.size()); }
-    [[nodiscard]] std::string_view Text() const
-    {
-        return {buffer.data(), static_cast<std::size_t>(pptr() - buffer.data())};
-    }
-};
 
 TEST(StringAllocationTest, AShortTextCostsOneAllocation)
 {

@@ -29,7 +29,11 @@
 #define BV_TEMPLATE_INSTANCE __declspec(dllexport)
 #elif defined _WIN32 && defined BV_BUILDING
 #define BV_API __declspec(dllexport)
-#define BV_TEMPLATE __declspec(dllexport)
+#define BV_TEMPLATE
+#define BV_TEMPLATE_INSTANCE
+#elif defined _WIN32 && defined __GNUC__
+#define BV_API __declspec(dllimport)
+#define BV_TEMPLATE
 #define BV_TEMPLATE_INSTANCE
 #elif defined _WIN32
 #define BV_API __declspec(dllimport)
@@ -41,17 +45,17 @@
 #define BV_TEMPLATE_INSTANCE
 #endif
 
-#if defined _WIN32 && defined BV_INSTANCES
+#if defined _WIN32 && !defined __GNUC__ && defined BV_INSTANCES
 #define BV_INLINE BV_API inline
-#elif defined _WIN32 || !defined __GNUC__
+#elif !defined __GNUC__
 #define BV_INLINE inline
 #elif defined BV_INSTANCES
-#define BV_INLINE BV_API __attribute__((used)) inline
+#define BV_INLINE BV_TEMPLATE __attribute__((used)) inline
 #elif defined __clang__
 // Clang warns of what it did before version 10 where `extern` is missing, which members cannot have.
 #define BV_INLINE                                                                                                      \
-    _Pragma("clang diagnostic push") _Pragma("clang diagnostic ignored \"-Wgnu-inline-cpp-without-extern\"") BV_API    \
+    _Pragma("clang diagnostic push") _Pragma("clang diagnostic ignored \"-Wgnu-inline-cpp-without-extern\"") BV_TEMPLATE \
         __attribute__((gnu_inline)) inline _Pragma("clang diagnostic pop")
 #else
-#define BV_INLINE BV_API __attribute__((gnu_inline)) inline
+#define BV_INLINE BV_TEMPLATE __attribute__((gnu_inline)) inline
 #endif

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "bv/maths/View.h"
+#include "bv/maths/detail/Lanes.h"
 #include "bv/maths/detail/MatrixAccess.h"
 
 namespace bv::maths
@@ -61,9 +62,9 @@ private:
         if (product * product <= TOLERANCE_SQUARED * first * second || product == 0)
             return false;
         double const cotangent = (second - first) / (2 * product); // of twice the angle
-        double const magnitude = 1 / (detail::Magnitude(cotangent) + std::sqrt(1 + cotangent * cotangent));
+        double const magnitude = 1 / (detail::Magnitude(cotangent) + detail::SquareRoot(1 + cotangent * cotangent));
         double const tangent = cotangent < 0 ? -magnitude : magnitude;
-        double const cosine = 1 / std::sqrt(1 + tangent * tangent);
+        double const cosine = 1 / detail::SquareRoot(1 + tangent * tangent);
         Turn(a[p], a[q], cosine, cosine * tangent);
         Turn(v[p], v[q], cosine, cosine * tangent);
         return true;

@@ -117,6 +117,8 @@ void NarrowText(Digest& digest, Workload& work)
         }
 }
 
+/// Unit is what an element may hold: a `wchar_t`, or the 16 bits that are all that Windows has.
+template <typename Unit>
 void WideText(Digest& digest, Workload& work)
 {
     digest.Add(bv::String(static_cast<wchar_t const*>(nullptr)));
@@ -134,11 +136,11 @@ void WideText(Digest& digest, Workload& work)
                     text.push_back(static_cast<wchar_t>(0xDC00 + ((code - 0x10000) & 0x3FF)));
                 }
                 else
-                    text.push_back(static_cast<wchar_t>(code));
+                    text.push_back(static_cast<Unit>(code));
             if (!text.empty() && work.OneIn(3))
             {
                 constexpr std::uint32_t WRONG[] = {0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0x110000, 0x7FFFFFFF, 0x80000041};
-                text[work.Below(static_cast<unsigned int>(text.size()))] = static_cast<wchar_t>(WRONG[work.Below(7)]);
+                text[work.Below(static_cast<unsigned int>(text.size()))] = static_cast<Unit>(WRONG[work.Below(7)]);
             }
             bv::String const string(text.c_str());
             AddText(digest, string);
@@ -183,7 +185,9 @@ void TextOperations(Digest& digest, Workload& work)
 void RunTexts()
 {
     Run("text-narrow", NarrowText);
-    Run("text-wide", WideText);
+    Run("text-wide-16", WideText<char16_t>);
+    if constexpr (sizeof(wchar_t) > sizeof(char16_t))
+        Run("text-wide", WideText<wchar_t>);
     Run("text-operations", TextOperations);
 }
 

@@ -8,9 +8,10 @@
 /// - `BV_TEMPLATE` stands on the `extern template` line of an instance, in its header.
 /// - `BV_TEMPLATE_INSTANCE` stands on the definition of that instance, in its source file.
 ///
-/// GCC and Clang take the attribute of an instance from the first of the last two, on every system; the Windows
-/// compiler wants it on the definition while the library is built. A static library defines `BV_STATIC`, and nothing is
-/// exported.
+/// GCC and Clang take the attribute of an instance from the first of the last two; the Windows compiler wants it on the
+/// definition while the library is built. For Windows, GCC and Clang get none: they never export the inline members of
+/// an instance, and warn where one is to be imported. The build names the instances to the linker instead, and a
+/// program reaches them by way of the import library. A static library defines `BV_STATIC`, and nothing is exported.
 ///
 /// What `BV_INLINE` marks behaves as a template does under `extern template`: its body may take the place of a call,
 /// and whatever is left, a call or an address, leads to the one instance in the library. No other object file holds a
@@ -23,17 +24,21 @@
 #define BV_API
 #define BV_TEMPLATE
 #define BV_TEMPLATE_INSTANCE
-#elif defined _WIN32 && defined BV_BUILDING && defined _MSC_VER && !defined __clang__
+#elif defined _WIN32 && defined __GNUC__
+#if defined BV_BUILDING
+#define BV_API __declspec(dllexport)
+#else
+#define BV_API __declspec(dllimport)
+#endif
+#define BV_TEMPLATE
+#define BV_TEMPLATE_INSTANCE
+#elif defined _WIN32 && defined BV_BUILDING && !defined __clang__
 #define BV_API __declspec(dllexport)
 #define BV_TEMPLATE
 #define BV_TEMPLATE_INSTANCE __declspec(dllexport)
 #elif defined _WIN32 && defined BV_BUILDING
 #define BV_API __declspec(dllexport)
-#define BV_TEMPLATE
-#define BV_TEMPLATE_INSTANCE
-#elif defined _WIN32 && defined __GNUC__
-#define BV_API __declspec(dllimport)
-#define BV_TEMPLATE
+#define BV_TEMPLATE __declspec(dllexport)
 #define BV_TEMPLATE_INSTANCE
 #elif defined _WIN32
 #define BV_API __declspec(dllimport)
@@ -54,8 +59,8 @@
 #elif defined __clang__
 // Clang warns of what it did before version 10 where `extern` is missing, which members cannot have.
 #define BV_INLINE                                                                                                      \
-    _Pragma("clang diagnostic push") _Pragma("clang diagnostic ignored \"-Wgnu-inline-cpp-without-extern\"") BV_TEMPLATE \
-        __attribute__((gnu_inline)) inline _Pragma("clang diagnostic pop")
+    _Pragma("clang diagnostic push") _Pragma("clang diagnostic ignored \"-Wgnu-inline-cpp-without-extern\"")           \
+        BV_TEMPLATE __attribute__((gnu_inline)) inline _Pragma("clang diagnostic pop")
 #else
 #define BV_INLINE BV_TEMPLATE __attribute__((gnu_inline)) inline
 #endif

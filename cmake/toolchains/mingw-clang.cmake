@@ -4,7 +4,6 @@ set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_CXX_COMPILER clang++)
 set(CMAKE_CXX_COMPILER_TARGET x86_64-w64-mingw32)
-set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
 # Clang looks for a folder that is named after the version alone, and Debian's has the model of threads in its name.
 file(GLOB BV_MINGW_GCC /usr/lib/gcc/x86_64-w64-mingw32/*-posix)

@@ -1,9 +1,6 @@
 # What the toolchain files for Windows share.
 set(CMAKE_CROSSCOMPILING_EMULATOR wine)
 
-# A test program is asked for its tests when they run, by which time a server of Wine stays for all of them.
-set(CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE PRE_TEST)
-
 # Programs, libraries and packages of the building machine are none of Windows'. utfcpp is: it consists of headers.
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)

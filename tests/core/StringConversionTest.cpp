@@ -54,7 +54,7 @@ std::string ToBytes(std::wstring const& text)
     std::string bytes;
     for (wchar_t const element : text)
     {
-        auto const value = static_cast<std::make_unsigned_t<wchar_t>>(element);
+        std::uint32_t const value = static_cast<std::make_unsigned_t<wchar_t>>(element);
         if (value > 0x10FFFF)
             return {};
         if (value > 0xFFFF)

@@ -21,7 +21,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BASH = shutil.which("bash")
 TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdir", "mv", "rm", "cat", "sleep", "chmod")
 PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "python3", "objdump", "gdb", "lldb-14",
-            "lintian", "dpkg-shlibdeps", "qemu-x86_64", "strip", "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
+            "lintian", "dpkg-shlibdeps", "qemu-x86_64", "x86_64-w64-mingw32-g++-posix", "wine", "wineserver", "strip",
+            "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
 
 NOTE = r"""#!{bash}
 [ "${{0##*/}} $1" = "python3 -c" ] || printf '%s\n' "${{0##*/}} $*" >>"$NOTES"
@@ -125,8 +126,8 @@ class Arguments(CommandTest):
         self.assertIn("MAX_SIDE = 16384;", options)
 
     def test_unknown_arguments_are_refused(self):
-        groups = "(groups: build, gcc, clang, test, demo, check, bench, package)"
-        presets = "(presets: release, clang, v3, debug, sanitize)"
+        groups = "(groups: build, gcc, clang, mingw, test, demo, check, bench, package)"
+        presets = "(presets: release, clang, v3, debug, sanitize, mingw, mingw-static, mingw-clang)"
         size = "(usage: tools/demo [WIDTHxHEIGHT])"
         for message, *command in (
                 (f"no such option: --fast {size}", "tools/demo", "--fast"),
@@ -135,7 +136,7 @@ class Arguments(CommandTest):
                 (f"no such preset: 'base' {presets}", "tools/test", "base"),
                 (f"no such preset: '' {presets}", "tools/test", ""),
                 (f"no such preset: '--fast' {presets}", "tools/test", "--fast"),
-                ("one preset only (usage: tools/test [PRESET])", "tools/test", "release", "clang"),
+                ("one preset only (usage: tools/test [--quick] [PRESET])", "tools/test", "release", "clang"),
                 ("no such option: --fast (usage: tools/bench [--quick | --check] [--anyway] [FILTER])", "tools/bench",
                  "--fast"),
                 ("--quick and --check exclude each other", "tools/bench", "--quick", "--check"),
@@ -154,10 +155,22 @@ class Arguments(CommandTest):
 
     def test_every_preset_is_known(self):
         presets = json.loads((ROOT / "CMakePresets.json").read_text(encoding="utf-8"))["buildPresets"]
-        self.assertEqual(len(presets), 5)
+        self.assertEqual(len(presets), 8)
         for preset in (preset["name"] for preset in presets):
             self.assert_runs("tools/test", preset)
             self.assertIn(f"ctest --preset {preset}", self.noted())
+
+    def test_the_quick_tests_are_built_and_run_alone(self):
+        self.assert_runs("tools/test", "--quick", "mingw")
+        self.assertIn("cmake --build --preset mingw --target quick_tests", self.noted())
+        self.assertIn("ctest --preset mingw -L quick", self.noted())
+
+    def test_one_server_of_wine_serves_all_programs_for_windows(self):
+        self.assert_runs("tools/test", "mingw")
+        servers = [line for line in self.noted() if line.startswith(("wineserver", "cmake --preset", "ctest"))]
+        self.assertEqual(servers, ["wineserver -p", "cmake --preset mingw", "ctest --preset mingw", "wineserver -k"])
+        self.assert_runs("tools/test", "release")
+        self.assertNotIn("wineserver -p", self.noted())
 
     def test_the_table_of_operations_is_checked_or_renewed(self):
         for options in ((), ("--write",)):
@@ -226,6 +239,12 @@ class Packages(CommandTest):
     def test_a_preset_needs_its_own_compiler(self):
         self.without("clang++")
         self.assert_refused(self.MISSING + "clang libclang-rt-14-dev", "tools/test", "sanitize")
+        self.assert_runs("tools/test", "release")
+
+    def test_programs_for_windows_need_a_compiler_and_wine(self):
+        self.without("x86_64-w64-mingw32-g++-posix", "wine")
+        for preset in ("mingw", "mingw-static"):
+            self.assert_refused(self.MISSING + "g++-mingw-w64-x86-64-posix wine", "tools/test", preset)
         self.assert_runs("tools/test", "release")
 
     def test_root_installs_what_is_missing_and_nothing_else(self):
@@ -301,7 +320,7 @@ class Libraries(CommandTest):
         lines = [line.split(maxsplit=3) for line in table.splitlines() if not line.startswith("#")]
         self.assertGreater(len(lines), 30)
         for groups, package, kind, *wanted in lines:
-            self.assertLessEqual(set(groups.split(",")), {"build", "gcc", "clang", "test", "demo", "check", "bench"})
+            self.assertLessEqual(set(groups.split(",")), {"build", "gcc", "clang", "mingw", "test", "demo", "check", "bench"})
             self.assertRegex(package, r"^[a-z0-9.+-]+$")
             self.assertIn(kind, ("program", "compiler", "python", "sanitizers", "package", "header", "library"))
             self.assertEqual(bool(wanted), kind not in ("compiler", "sanitizers"))

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/Breakpoint.h"
+
 #if defined _WIN32
 #include <windows.h>
 #elif defined __linux__ && defined __x86_64__
@@ -115,12 +117,10 @@ TEST(AssertTest, TheTrapIsASoftwareBreakpointAfterANoOperation)
 }
 #endif
 
-#if !defined _WIN32
 TEST(AssertDeathTest, WithoutADebuggerTheSystemEndsTheProgram)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(bv::Assert(), testing::KilledBySignal(SIGTRAP), "");
+    EXPECT_EXIT(bv::Assert(), bv::test::ENDED_AT_BREAKPOINT, "");
 }
-#endif
 
 } // namespace

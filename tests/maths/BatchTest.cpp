@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-#include <csignal>
-
 #include <gtest/gtest.h>
 
 #include "bv/InvalidArgumentException.h"
@@ -19,6 +17,7 @@
 #include "bv/maths/tVolumeAABB.h"
 #include "support/Allocations.h"
 #include "support/BatchData.h"
+#include "support/Breakpoint.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
 #include "support/SameBits.h"
@@ -698,7 +697,7 @@ TEST(BatchDeathTest, DebugBuildsStopAtAPartialOverlap)
     std::vector<tVector3<float>> points(30, tVector3<float>(1, 2, 3));
     std::span<tVector3<float>> const all(points);
     auto const matrix = tMatrix4<float>::RotateX(1);
-    auto const stops = testing::KilledBySignal(SIGTRAP);
+    auto const& stops = bv::test::ENDED_AT_BREAKPOINT;
     EXPECT_EXIT(TransformPoints(matrix, all.first(20), all.subspan(1, 20)), stops, "");
     EXPECT_EXIT(TransformDirections(matrix, all.subspan(10, 20), all.first(20)), stops, "");
     TransformPoints(matrix, all.first(15), all.last(15)); // side by side

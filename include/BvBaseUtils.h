@@ -44,6 +44,7 @@
 #include "bv/maths/View.h"
 #include "bv/maths/Visibility.h"
 #include "bv/maths/detail/Precision.h"
+#include "bv/maths/simd/FourFloats.h"
 #include "bv/maths/simd/PacketTriangles.h"
 #include "bv/maths/simd/SSERay.h"
 #include "bv/maths/tAreaAABB.h"
@@ -70,6 +71,6 @@
 #include "bv/maths/tVolumeSphere.h"
 #include "bv/maths/tWatertightRay.h"
 
-#if defined __AVX__
+#if BV_AVX || !BV_SSE2
 #include "bv/maths/simd/AVXRay.h"
 #endif

@@ -4,10 +4,11 @@
 /// A break into the debugger.
 
 #include "bv/Export.h"
+#include "bv/detail/Platform.h"
 
 #if defined _MSC_VER
 #include <intrin.h>
-#elif !defined __x86_64__ && !defined __i386__
+#elif !BV_GNU || (!defined __x86_64__ && !defined __i386__)
 #include <csignal>
 #endif
 
@@ -24,7 +25,7 @@ namespace bv
 #if defined _MSC_VER
     __nop();
     __debugbreak();
-#elif defined __x86_64__ || defined __i386__
+#elif BV_GNU && (defined __x86_64__ || defined __i386__)
     __asm__ volatile("nop\n\tint3");
 #elif defined SIGTRAP
     // The breakpoint instructions of other processors do not step over themselves when a handler returns.

@@ -3,6 +3,6 @@
 
 #include "bv/maths/simd/SSERay.h"
 
-#if defined __AVX__
+#if BV_AVX || !BV_SSE2
 #include "bv/maths/simd/AVXRay.h"
 #endif

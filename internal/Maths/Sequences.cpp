@@ -161,13 +161,13 @@ constexpr Directions DIRECTIONS = MakeDirections();
 std::uint32_t SumDirections(std::uint32_t index, unsigned int dimension) noexcept
 {
     // Four digits at a time, without a branch. Compilers make shifts by different numbers of a plain loop.
-    using Four = std::uint32_t __attribute__((vector_size(16), may_alias));
-    auto const* const directions = reinterpret_cast<Four const*>(DIRECTIONS.of[dimension]);
+    using Four = detail::Register<std::uint32_t, 16>;
+    std::uint32_t const* const directions = DIRECTIONS.of[dimension];
     Four const digits = Four{} + index;
     Four bits = {1, 2, 4, 8};
     Four sums{};
     for (std::size_t k = 0; k < DIGITS / 4; ++k, bits <<= 4)
-        sums ^= directions[k] & reinterpret_cast<Four>((digits & bits) != 0);
+        sums ^= detail::LoadAligned<Four>(directions + 4 * k) & detail::BitsAs<Four>((digits & bits) != 0);
     return sums[0] ^ sums[1] ^ sums[2] ^ sums[3];
 }
 

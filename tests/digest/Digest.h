@@ -51,11 +51,13 @@ public:
         (Add(more), ...);
     }
 
+    /// `long` and `std::size_t` count for eight bytes, however many they have.
     template <Whole Integer>
     void Add(Integer value)
     {
+        constexpr bool IS_LONG = std::is_same_v<Integer, long> || std::is_same_v<Integer, unsigned long>;
         auto bits = static_cast<std::uint64_t>(value);
-        for (std::size_t i = 0; i < sizeof(Integer); ++i, bits >>= 8)
+        for (std::size_t i = 0; i < (IS_LONG ? sizeof(std::uint64_t) : sizeof(Integer)); ++i, bits >>= 8)
             AddByte(static_cast<unsigned char>(bits));
     }
     void Add(float value) { Add(value == value ? std::bit_cast<std::uint32_t>(value) : 0x7FC00000U); }

@@ -141,11 +141,11 @@ void MeetFour(DepthRayf const* rays, Vector3f const (&corners)[3], PacketMeeting
         simd::SSERay packet;
         packet.Initialise(rays + half);
         simd::tPacketHits<simd::SSERay> hits{};
-        __m128 const lo = _mm_setzero_ps();
-        __m128 const hi = _mm_set1_ps(100.0F);
+        simd::FourFloats const lo{};
+        simd::FourFloats const hi{100.0F, 100.0F, 100.0F, 100.0F};
         for (int test = 0; test < 2; ++test)
         {
-            __m128 const mask =
+            simd::FourFloats const mask =
                 test == 0 ? IntersectTriangle(packet, a, b, c, lo, hi, hits)
                           : IntersectTriangle(simd::tWatertightPacket<simd::SSERay>(packet), a, b, c, lo, hi, hits);
             std::memcpy(results.mask[test] + half, &mask, sizeof mask);
@@ -183,7 +183,7 @@ void RunIntersections()
     RunBoth("intersections", Intersections<float>, Intersections<double>);
     RunBoth("batch-triangles", Batches<float>, Batches<double>);
     Run("packet-triangles-sse.float", [](Digest& digest, Workload& work) { Packets(digest, work, MeetFour); });
-    if (__builtin_cpu_supports("avx"))
+    if (HasEightLanes())
         Run("packet-triangles-avx.float", [](Digest& digest, Workload& work) { Packets(digest, work, MeetEight); });
 }
 

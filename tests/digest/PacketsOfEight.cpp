@@ -1,6 +1,6 @@
 // The only file of the digest that is compiled for AVX: nothing of it may be shared with the others, so it calls what
 // is forced inline and nothing else.
-#include <immintrin.h>
+#include <cstring>
 
 #include <bv/maths/simd/AVXRay.h>
 #include <bv/maths/simd/PacketTriangles.h>
@@ -10,23 +10,27 @@
 namespace digest
 {
 
+using bv::maths::simd::EightFloats;
+
 void ClipEight(bv::maths::DepthRayf const* rays, bv::maths::Matrix4f const& matrix, bv::maths::VolumeAABBf const& box,
                EightRays& results)
 {
     bv::maths::simd::AVXRay packet;
     packet.Initialise(rays);
     packet.Transform(matrix);
-    __m256 tNear = _mm256_loadu_ps(results.tNear);
-    __m256 tFar = _mm256_loadu_ps(results.tFar);
-    __m256 const mask = packet.Clip(box, tNear, tFar);
-    _mm256_storeu_ps(results.tNear, tNear);
-    _mm256_storeu_ps(results.tFar, tFar);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(results.mask), _mm256_castps_si256(mask));
+    EightFloats tNear;
+    EightFloats tFar;
+    std::memcpy(&tNear, results.tNear, sizeof tNear);
+    std::memcpy(&tFar, results.tFar, sizeof tFar);
+    EightFloats const mask = packet.Clip(box, tNear, tFar);
+    std::memcpy(results.tNear, &tNear, sizeof tNear);
+    std::memcpy(results.tFar, &tFar, sizeof tFar);
+    std::memcpy(results.mask, &mask, sizeof mask);
     for (int axis = 0; axis < 3; ++axis)
     {
-        _mm256_storeu_ps(results.origin[axis], packet.GetOrigin()[axis]);
-        _mm256_storeu_ps(results.direction[axis], packet.GetDirection()[axis]);
-        _mm256_storeu_ps(results.inverse[axis], packet.GetInvDirection()[axis]);
+        std::memcpy(results.origin[axis], packet.GetOrigin() + axis, sizeof(EightFloats));
+        std::memcpy(results.direction[axis], packet.GetDirection() + axis, sizeof(EightFloats));
+        std::memcpy(results.inverse[axis], packet.GetInvDirection() + axis, sizeof(EightFloats));
     }
 }
 
@@ -37,17 +41,17 @@ void MeetEight(bv::maths::DepthRayf const* rays, bv::maths::Vector3f const (&cor
     AVXRay packet;
     packet.Initialise(rays);
     bv::maths::simd::tPacketHits<AVXRay> hits{};
-    __m256 const lo = _mm256_setzero_ps();
-    __m256 const hi = _mm256_set1_ps(100.0F);
+    EightFloats const lo{};
+    EightFloats const hi{100.0F, 100.0F, 100.0F, 100.0F, 100.0F, 100.0F, 100.0F, 100.0F};
     for (int test = 0; test < 2; ++test)
     {
-        __m256 const mask =
+        EightFloats const mask =
             test == 0 ? IntersectTriangle(packet, a, b, c, lo, hi, hits)
                       : IntersectTriangle(bv::maths::simd::tWatertightPacket<AVXRay>(packet), a, b, c, lo, hi, hits);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(results.mask[test]), _mm256_castps_si256(mask));
-        _mm256_storeu_ps(results.hits[test][0], hits.t);
-        _mm256_storeu_ps(results.hits[test][1], hits.u);
-        _mm256_storeu_ps(results.hits[test][2], hits.v);
+        std::memcpy(results.mask[test], &mask, sizeof mask);
+        std::memcpy(results.hits[test][0], &hits.t, sizeof hits.t);
+        std::memcpy(results.hits[test][1], &hits.u, sizeof hits.u);
+        std::memcpy(results.hits[test][2], &hits.v, sizeof hits.v);
     }
 }
 

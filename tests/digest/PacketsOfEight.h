@@ -6,10 +6,21 @@
 #include <cstdint>
 
 #include <bv/IRayPayloadInternal.h>
+#include <bv/detail/Platform.h>
 #include <bv/maths/Forward.h>
 
 namespace digest
 {
+
+/// Whether the processor runs what is compiled for AVX. Others than x86 need nothing of the kind.
+[[nodiscard]] inline bool HasEightLanes() noexcept
+{
+#if BV_SSE2
+    return __builtin_cpu_supports("avx") != 0;
+#else
+    return true;
+#endif
+}
 
 /// What a packet of eight rays holds and gives.
 struct EightRays

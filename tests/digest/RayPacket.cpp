@@ -1,8 +1,7 @@
-#include <cstdint>
-#include <emmintrin.h>
-
 #include <bv/maths/simd/SSERay.h>
 #include <bv/maths/tDepthRay.h>
+#include <cstdint>
+#include <cstring>
 
 #include "PacketsOfEight.h"
 #include "Run.h"
@@ -39,10 +38,10 @@ void ForPackets(Workload& work, Use use)
 
 void SsePackets(Digest& digest, Workload& work)
 {
-    auto const addLanes = [&](__m128 lanes)
+    auto const addLanes = [&](simd::FourFloats const& lanes)
     {
-        alignas(16) float values[4];
-        _mm_store_ps(values, lanes);
+        float values[4];
+        std::memcpy(values, &lanes, sizeof lanes);
         digest.Add(values[0], values[1], values[2], values[3]);
     };
     ForPackets(work,
@@ -54,11 +53,13 @@ void SsePackets(Digest& digest, Workload& work)
                        simd::SSERay packet;
                        packet.Initialise(rays + half);
                        packet.Transform(matrix);
-                       __m128 lo = _mm_loadu_ps(tNear + half);
-                       __m128 hi = _mm_loadu_ps(tFar + half);
-                       __m128 const hit = packet.Clip(box, lo, hi);
-                       alignas(16) std::uint32_t mask[4];
-                       _mm_store_si128(reinterpret_cast<__m128i*>(mask), _mm_castps_si128(hit));
+                       simd::FourFloats lo;
+                       simd::FourFloats hi;
+                       std::memcpy(&lo, tNear + half, sizeof lo);
+                       std::memcpy(&hi, tFar + half, sizeof hi);
+                       simd::FourFloats const hit = packet.Clip(box, lo, hi);
+                       std::uint32_t mask[4];
+                       std::memcpy(mask, &hit, sizeof hit);
                        digest.Add(mask[0], mask[1], mask[2], mask[3]);
                        addLanes(lo);
                        addLanes(hi);
@@ -99,7 +100,7 @@ void AvxPackets(Digest& digest, Workload& work)
 void RunRayPackets()
 {
     Run("packets-sse.float", SsePackets);
-    if (__builtin_cpu_supports("avx"))
+    if (HasEightLanes())
         Run("packets-avx.float", AvxPackets);
 }
 

@@ -1,4 +1,4 @@
-#include <xmmintrin.h>
+#include <cstring>
 
 #include <bv/maths/Integer.h>
 #include <bv/maths/Reciprocal.h>
@@ -58,14 +58,15 @@ void Reciprocals(Digest& digest, Workload& work)
 {
     for (int i = 0; i < 4000; ++i)
     {
-        alignas(16) float values[4];
+        float values[4];
         for (float& value : values)
             value = work.Number<float>(8);
-        __m128 const lanes = _mm_load_ps(values);
-        __m128 const results[] = {_mm_rcp_nr(lanes), _mm_rsqrt_nr(lanes)};
-        for (__m128 const& result : results)
+        simd::FourFloats lanes;
+        std::memcpy(&lanes, values, sizeof lanes);
+        simd::FourFloats const results[] = {_mm_rcp_nr(lanes), _mm_rsqrt_nr(lanes)};
+        for (simd::FourFloats const& result : results)
         {
-            _mm_store_ps(values, result);
+            std::memcpy(values, &result, sizeof result);
             digest.Add(values[0], values[1], values[2], values[3]);
         }
     }

@@ -139,7 +139,17 @@ public:
             for (std::size_t axis = 0; axis < 3; ++axis)
                 if (OneIn(2))
                     direction[axis] = OneIn(2) ? T{0} : -T{0};
-        return OneIn(2) ? direction.Normalised() : direction;
+        return OneIn(2) ? Normalised(direction) : direction;
+    }
+    /// Zero times infinity is a NaN of a sign that differs between processors: here it is negative.
+    template <typename T>
+    [[nodiscard]] static tVector3<T> Normalised(tVector3<T> const& direction) noexcept
+    {
+        tVector3<T> unit = direction.Normalised();
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            if (direction[axis] == 0 && unit[axis] != unit[axis])
+                unit[axis] = -std::numeric_limits<T>::quiet_NaN();
+        return unit;
     }
     /// Corners in order, mostly; sometimes the empty box, or any two corners.
     template <typename T>

@@ -21,14 +21,13 @@ namespace
 namespace detail = bv::maths::detail;
 using bv::test::ExpectSameBits;
 
-/// Four numbers as each kind of processor and compiler holds them: in one register, in two, and in plain arrays.
+/// Four numbers as each kind of processor and compiler holds them: in one register and in two.
 template <typename Lanes>
 class LanesTest : public testing::Test
 {
 };
 using LanesTypes =
-    testing::Types<detail::tFour<float>, detail::tFour<double>, detail::tHalves<detail::Register<double, 16>>,
-                   detail::tPlainRegister<float, 4>, detail::tHalves<detail::tPlainRegister<double, 2>>>;
+    testing::Types<detail::tFour<float>, detail::tFour<double>, detail::tHalves<detail::Register<double, 16>>>;
 TYPED_TEST_SUITE(LanesTest, LanesTypes);
 
 template <typename Lanes>

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 #include <gtest/gtest.h>
@@ -18,20 +19,42 @@ namespace
 
 using bv::maths::_mm_rcp_nr;
 using bv::maths::_mm_rsqrt_nr;
+using bv::maths::simd::FourFloats;
 using namespace bv::test;
 
 using Lanes = std::array<float, 4>;
 
-__m128 Packed(Lanes const& lanes)
+FourFloats Packed(Lanes const& lanes)
 {
-    return _mm_setr_ps(lanes[0], lanes[1], lanes[2], lanes[3]);
+    return FourFloats{lanes[0], lanes[1], lanes[2], lanes[3]};
 }
 
-Lanes Unpacked(__m128 value)
+Lanes Unpacked(FourFloats const& value)
 {
     Lanes lanes;
-    _mm_storeu_ps(lanes.data(), value);
+    std::memcpy(lanes.data(), &value, sizeof value);
     return lanes;
+}
+
+/// What the processor knows of a reciprocal, or the quotient.
+FourFloats Estimate(FourFloats const& value)
+{
+#if BV_SSE2
+    return _mm_rcp_ps(value);
+#else
+    return 1.0f / value;
+#endif
+}
+
+/// The same of the reciprocal of a root.
+FourFloats RootEstimate(FourFloats const& value)
+{
+#if BV_SSE2
+    return _mm_rsqrt_ps(value);
+#else
+    Lanes const lanes = Unpacked(value);
+    return 1.0f / Packed({std::sqrt(lanes[0]), std::sqrt(lanes[1]), std::sqrt(lanes[2]), std::sqrt(lanes[3])});
+#endif
 }
 
 Lanes Reciprocal(Lanes const& a)
@@ -43,8 +66,8 @@ Lanes ReciprocalRoot(Lanes const& a)
     return Unpacked(_mm_rsqrt_nr(Packed(a)));
 }
 
-static_assert(noexcept(_mm_rcp_nr(__m128{})) && noexcept(_mm_rsqrt_nr(__m128{})));
-static_assert(sizeof(_mm_rcp_nr(__m128{})) == 16 && sizeof(_mm_rsqrt_nr(__m128{})) == 16);
+static_assert(noexcept(_mm_rcp_nr(FourFloats{})) && noexcept(_mm_rsqrt_nr(FourFloats{})));
+static_assert(sizeof(_mm_rcp_nr(FourFloats{})) == 16 && sizeof(_mm_rsqrt_nr(FourFloats{})) == 16);
 
 /// Fills four lanes at a time with floats whose patterns are spread over a range, and runs a check on them.
 template <typename Check>
@@ -109,8 +132,8 @@ TEST(ReciprocalTest, OneStepRefinesTheEstimateInTheStatedOrder)
     ForManyFloats(0.0f, INF<float>,
                   [](Lanes const& lanes)
                   {
-                      Lanes const estimates = Unpacked(_mm_rcp_ps(Packed(lanes)));
-                      Lanes const rootEstimates = Unpacked(_mm_rsqrt_ps(Packed(lanes)));
+                      Lanes const estimates = Unpacked(Estimate(Packed(lanes)));
+                      Lanes const rootEstimates = Unpacked(RootEstimate(Packed(lanes)));
                       Lanes const results = Reciprocal(lanes);
                       Lanes const rootResults = ReciprocalRoot(lanes);
                       for (std::size_t i = 0; i < 4; ++i)
@@ -162,7 +185,7 @@ TEST(ReciprocalTest, ReciprocalRootOfZeroInfinityNaNAndNegativeValuesIsNaN)
 TEST(ReciprocalTest, TheArgumentMayBeTheResult)
 {
     Lanes const values{2.0f, 4.0f, 8.0f, 16.0f};
-    __m128 packed = Packed(values);
+    FourFloats packed = Packed(values);
     packed = _mm_rcp_nr(packed);
     EXPECT_EQ(Unpacked(packed), Reciprocal(values));
     packed = Packed(values);

@@ -11,6 +11,7 @@
 #include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/detail/Platform.h"
 #include "bv/maths/detail/Compiler.h"
 #include "bv/maths/detail/Lanes.h"
 #include "bv/maths/detail/Number.h"
@@ -19,6 +20,10 @@
 #include "bv/maths/tTuple3.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
+
+#if !BV_GNU
+#include <cmath>
+#endif
 
 namespace bv::maths
 {
@@ -88,25 +93,41 @@ template <typename T>
 /// FloorOf() of one number by the processor's own instruction.
 [[nodiscard, gnu::always_inline]] inline float FloorByProcessor(float x) noexcept
 {
+#if BV_GNU
     return __builtin_floorf(x);
+#else
+    return std::floor(x);
+#endif
 }
 
 /// @copydoc FloorByProcessor(float)
 [[nodiscard, gnu::always_inline]] inline double FloorByProcessor(double x) noexcept
 {
+#if BV_GNU
     return __builtin_floor(x);
+#else
+    return std::floor(x);
+#endif
 }
 
 /// CeilOf() of one number by the processor's own instruction.
 [[nodiscard, gnu::always_inline]] inline float CeilByProcessor(float x) noexcept
 {
+#if BV_GNU
     return __builtin_ceilf(x);
+#else
+    return std::ceil(x);
+#endif
 }
 
 /// @copydoc CeilByProcessor(float)
 [[nodiscard, gnu::always_inline]] inline double CeilByProcessor(double x) noexcept
 {
+#if BV_GNU
     return __builtin_ceil(x);
+#else
+    return std::ceil(x);
+#endif
 }
 
 /// FloorOf(), side by side.

@@ -11,11 +11,16 @@
 #include <optional>
 
 #include "bv/Export.h"
+#include "bv/detail/Platform.h"
 #include "bv/maths/detail/Lanes.h"
 #include "bv/maths/detail/Number.h"
 #include "bv/maths/detail/TupleOrVector.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
+
+#if !BV_GNU
+#include <cmath>
+#endif
 
 namespace bv::maths
 {
@@ -37,13 +42,21 @@ template <typename T>
 /// The C library's `atan2`.
 [[nodiscard, gnu::always_inline]] inline float ArcTangent(float y, float x) noexcept
 {
+#if BV_GNU
     return __builtin_atan2f(y, x);
+#else
+    return std::atan2(y, x);
+#endif
 }
 
 /// @copydoc ArcTangent(float, float)
 [[nodiscard, gnu::always_inline]] inline double ArcTangent(double y, double x) noexcept
 {
+#if BV_GNU
     return __builtin_atan2(y, x);
+#else
+    return std::atan2(y, x);
+#endif
 }
 
 } // namespace detail

@@ -8,8 +8,9 @@
 #include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/detail/Platform.h"
 
-#if defined __SSE2__
+#if BV_SSE2
 #include <emmintrin.h>
 #endif
 
@@ -24,7 +25,7 @@ namespace detail
 /// Number of bits that the value takes, as `std::bit_width` gives it, without a case of its own for 0.
 [[nodiscard, gnu::always_inline]] constexpr unsigned int BitWidth(unsigned int value) noexcept
 {
-#if defined __LZCNT__
+#if defined __LZCNT__ || !BV_GNU
     return static_cast<unsigned int>(std::bit_width(value)); // where the processor counts the zeros of 0, too
 #else
     // 63 minus the zeros, written so that a processor that counts from the other end counts once. The function of the
@@ -35,7 +36,7 @@ namespace detail
 
 // Compilers that make loops do several numbers at a time do so with shifts alone; elsewhere it is faster to look for
 // the highest bit.
-#if defined __clang__ || defined __AVX2__
+#if BV_GNU && (defined __clang__ || defined __AVX2__)
 
 /// All bits up to the highest one that is set.
 [[nodiscard, gnu::always_inline]] constexpr unsigned int Smear(unsigned int value) noexcept
@@ -79,8 +80,14 @@ namespace detail
 [[nodiscard, gnu::always_inline]] BV_INLINE constexpr unsigned char IntLog2(unsigned int value)
 {
     unsigned int before = 0;
+#if BV_GNU
     if (__builtin_sub_overflow(value, 1U, &before)) // the subtraction tells of 0 by itself
         detail::ThrowLogarithmOfZero();
+#else
+    if (value == 0)
+        detail::ThrowLogarithmOfZero();
+    before = value - 1;
+#endif
     return static_cast<unsigned char>(detail::BitWidth(before));
 }
 
@@ -91,7 +98,7 @@ namespace detail
 /// integer lies too far below the next one to be rounded up to it.
 [[nodiscard, gnu::always_inline]] BV_INLINE constexpr unsigned short IntSqrt(unsigned int value) noexcept
 {
-#if defined __SSE2__
+#if BV_SSE2
     if (!std::is_constant_evaluated())
     {
         __m128d const number = _mm_set_sd(static_cast<double>(value));

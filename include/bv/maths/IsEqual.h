@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/detail/Platform.h"
 #include "bv/maths/detail/Compiler.h"
 #include "bv/maths/detail/Number.h"
 
@@ -34,9 +35,11 @@ template <typename Bits, typename T>
     constexpr Bits STEPS = 50;
     Bits const bitsA = BitsAs<Bits>(a);
     Bits const bitsB = BitsAs<Bits>(b);
+#if BV_GNU
     // Beside a constant that is neither near 0 nor near the end of the patterns, nothing of the other sign is near.
     if (__builtin_constant_p(bitsB) && bitsB > STEPS && bitsB < SIGN - STEPS)
         return bitsA - bitsB + STEPS <= 2 * STEPS;
+#endif
     // A negative pattern p maps to SIGN - p. Up to its sign, the difference of the mapped patterns is a - b for equal
     // signs and a + b - SIGN, or a - ~b + (SIGN - 1), for opposite ones; without a branch, because the signs of data
     // are hard to predict.
@@ -73,10 +76,12 @@ template <typename Bits, typename T>
     if (std::is_constant_evaluated())
         return IsWithinSteps<Bits>(a, b) || IsWithinToleranceNearZero(a, b);
     bool const isWithinSteps = IsWithinSteps<Bits>(a, b);
+#if BV_GNU
     // Beside a finite constant, nothing can go wrong. All that is 50 values from 0 is within the tolerance.
     if (__builtin_constant_p(BitsAs<Bits>(b)) && Magnitude(b) <= std::numeric_limits<T>::max())
         return static_cast<bool>(static_cast<int>(b != T{0} && isWithinSteps) |
                                  static_cast<int>(IsWithinTolerance(a, b)));
+#endif
     if constexpr (IS_CLANG)
     {
         // Clang computes what raises ahead of a branch. So both tests are made, the second one with an operand that is

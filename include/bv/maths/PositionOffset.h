@@ -3,11 +3,11 @@
 /// @file
 /// Hit points moved off their surface, for the rays that start there.
 
-#include <bit>
 #include <cstdint>
 
 #include "bv/Export.h"
 #include "bv/maths/detail/Lanes.h"
+#include "bv/maths/detail/Number.h"
 #include "bv/maths/tVector3.h"
 
 namespace bv::maths
@@ -22,7 +22,7 @@ namespace detail
 {
     constexpr int BIAS = 1022;
     constexpr int NOT_FINITE = 0x7FF;
-    int const biased = static_cast<int>((std::bit_cast<std::uint64_t>(value) >> 52) & 0x7FF);
+    int const biased = static_cast<int>((detail::BitsAs<std::uint64_t>(value) >> 52) & 0x7FF);
     return biased == NOT_FINITE ? 0 : biased - BIAS;
 }
 

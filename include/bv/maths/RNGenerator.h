@@ -3,12 +3,13 @@
 /// @file
 /// A small, fast, seedable generator of pseudo-random numbers.
 
-#include <bit>
 #include <cstdint>
 #include <type_traits>
 #include <utility>
 
 #include "bv/Export.h"
+#include "bv/detail/Platform.h"
+#include "bv/maths/detail/Number.h"
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
 
@@ -188,7 +189,7 @@ BV_INLINE constexpr std::pair<float, unsigned int> RNGenerator::GetFloatIntegerP
 /// at once, and every draw waits for the way there and back: three times as long as for the arithmetic.
 constexpr void RNGenerator::WriteAlone([[maybe_unused]] std::uint32_t const& word) noexcept
 {
-#if defined __GNUC__ && !defined __clang__
+#if BV_GNU && !defined __clang__
     if (!std::is_constant_evaluated())
         __asm__ volatile("" : : "m"(word));
 #endif
@@ -198,7 +199,7 @@ constexpr void RNGenerator::WriteAlone([[maybe_unused]] std::uint32_t const& wor
 constexpr float RNGenerator::ToFloat(std::uint32_t draw) noexcept
 {
     constexpr std::uint32_t ONE = 0x3F800000;
-    return std::bit_cast<float>((draw >> 9) | ONE) - 1.0F;
+    return detail::BitsAs<float>((draw >> 9) | ONE) - 1.0F;
 }
 
 static_assert(sizeof(unsigned int) == sizeof(std::uint32_t));

@@ -15,6 +15,7 @@
 #include <type_traits>
 
 #include "bv/Export.h"
+#include "bv/detail/Platform.h"
 #include "bv/maths/tVector2.h"
 
 namespace bv::maths
@@ -56,7 +57,7 @@ template <typename T>
 /// The upper 64 bits of a product of 128.
 [[nodiscard, gnu::always_inline]] constexpr std::uint64_t UpperProduct(std::uint64_t a, std::uint64_t b) noexcept
 {
-#if defined __SIZEOF_INT128__
+#if BV_GNU && defined __SIZEOF_INT128__
     __extension__ using Wide = unsigned __int128;
     return static_cast<std::uint64_t>((static_cast<Wide>(a) * b) >> 64);
 #else
@@ -71,7 +72,12 @@ template <typename T>
 /// The bits in reverse, the first one last.
 [[nodiscard, gnu::always_inline]] constexpr std::uint32_t ReverseBits(std::uint32_t bits) noexcept
 {
+#if BV_GNU
     bits = __builtin_bswap32(bits);
+#else
+    bits = bits >> 16 | bits << 16;
+    bits = (bits >> 8 & 0x00FF00FFU) | (bits & 0x00FF00FFU) << 8;
+#endif
     bits = (bits >> 4 & 0x0F0F0F0FU) | (bits & 0x0F0F0F0FU) << 4;
     bits = (bits >> 2 & 0x33333333U) | (bits & 0x33333333U) << 2;
     return (bits >> 1 & 0x55555555U) | (bits & 0x55555555U) << 1;

@@ -126,21 +126,14 @@ Classify(tFrustum<T> const& view, tOrientedBox<T> const& box) noexcept
     detail::tSixPlanes<T> const planes(view);
     tVector3<T> const& centre = box.GetCentre();
     tVector3<T> const& halves = box.GetHalfExtents();
-    auto const reach =
-        [](detail::tPlanes<T> const& group, tVector3<T> const& axis, T half) __attribute__((always_inline))
-    {
-        Lanes const along = group.x * detail::Broadcast<Lanes>(axis.x) + group.y * detail::Broadcast<Lanes>(axis.y) +
-                            group.z * detail::Broadcast<Lanes>(axis.z);
-        return detail::Magnitude(along) * detail::Broadcast<Lanes>(half);
-    };
     int outside = 0;
     int straddled = 0;
     for (detail::tPlanes<T> const& group : planes.groups)
     {
         Lanes const distance = group.Distance(detail::Broadcast<Lanes>(centre.x), detail::Broadcast<Lanes>(centre.y),
                                               detail::Broadcast<Lanes>(centre.z));
-        Lanes const whole = reach(group, box.GetAxis(0), halves.x) + reach(group, box.GetAxis(1), halves.y) +
-                            reach(group, box.GetAxis(2), halves.z);
+        Lanes const whole = group.Reach(box.GetAxis(0), halves.x) + group.Reach(box.GetAxis(1), halves.y) +
+                            group.Reach(box.GetAxis(2), halves.z);
         outside |= detail::Bits(distance + whole < Lanes{});
         straddled |= detail::Bits(distance - whole < Lanes{});
     }

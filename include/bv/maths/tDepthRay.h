@@ -94,13 +94,15 @@ template <typename T>
 constexpr bool HasDepthRayLayout() noexcept
 {
     using Ray = tDepthRay<T, IRayPayloadInternal>;
+    constexpr std::size_t DENSE = 20 * sizeof(T) + sizeof(void*); // and up to a multiple of the alignment
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Winvalid-offsetof" // fields stand in two classes, which GCC and Clang lay out in turn
     return offsetof(Ray, origin) == 0 && offsetof(Ray, direction) == 3 * sizeof(T) &&
            offsetof(Ray, tMin) == 6 * sizeof(T) && offsetof(Ray, tMax) == 7 * sizeof(T) &&
            offsetof(Ray, dOriginDu) == 8 * sizeof(T) && offsetof(Ray, dOriginDv) == 11 * sizeof(T) &&
            offsetof(Ray, dDirectionDu) == 14 * sizeof(T) && offsetof(Ray, dDirectionDv) == 17 * sizeof(T) &&
-           offsetof(Ray, payload) == 20 * sizeof(T) && sizeof(Ray) == 20 * sizeof(T) + sizeof(void*);
+           offsetof(Ray, payload) == 20 * sizeof(T) &&
+           sizeof(Ray) == (DENSE + alignof(Ray) - 1) / alignof(Ray) * alignof(Ray);
 #pragma GCC diagnostic pop
 }
 

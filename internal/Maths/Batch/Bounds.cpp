@@ -104,7 +104,7 @@ void ClassifyBoxesByPlane(tFrustum<T> const& frustum, unsigned int planes, tBoxe
     Job<T> job("ClassifyBoxesByPlane", boxes.size());
     job.Read(boxes).WriteBytes(results);
     if ((planes & PLANES_OUTSIDE) != 0)
-        std::ranges::fill(results, std::uint8_t{PLANES_OUTSIDE});
+        std::fill(results.begin(), results.end(), std::uint8_t{PLANES_OUTSIDE});
     else
         job.Run(kernels.classify, Planes<T>(frustum).numbers, planes);
 }

@@ -13,7 +13,7 @@ namespace bv::maths
 
 void detail::ThrowDifferentLengths(char const* function)
 {
-    throw InvalidArgumentException(L"Spans of different lengths", "internal\\Maths\\Batch", __builtin_LINE(),
+    throw InvalidArgumentException(L"Spans of different lengths", "internal\\Maths\\Batch", __LINE__,
                                    (std::string("bv::maths::") + function).c_str());
 }
 
@@ -240,7 +240,7 @@ std::size_t Job<T>::Run(Loop<T> loop, T const* constants, unsigned int options) 
             CheckOverlap(read, Extent::Of(bytes));
             CheckOverlap(read, Extent::Of(bits));
         }
-    std::ranges::fill(bits, std::uint64_t{0}); // a loop may set but a few
+    std::fill(bits.begin(), bits.end(), std::uint64_t{0}); // a loop may set but a few
     std::size_t const inStep = areSphereObjects ? 6 : in.FindStep();
     std::size_t const outStep = out.FindStep();
     std::size_t begin = 0;

@@ -141,7 +141,7 @@ void InvertSome(std::span<tMatrix4<T> const> matrices, std::span<tMatrix4<T>> re
 {
     auto const in = matrices.subspan(begin, std::min(GRANULE, matrices.size() - begin));
     auto const out = results.subspan(begin, in.size());
-    if (in.size() == GRANULE && std::ranges::any_of(in, detail::MatrixAccess::IsGeneral<T>))
+    if (in.size() == GRANULE && std::any_of(in.begin(), in.end(), detail::MatrixAccess::IsGeneral<T>))
         return InvertGranule(in, out, done);
     for (done = 0; done < in.size(); ++done)
         InvertOne(in[done], out[done]);
@@ -228,7 +228,7 @@ std::size_t TryTransformPoints(tMatrix4<T> const& matrix, tVectorsIn<T> points, 
         GeometryKernels<T> const& kernels = ChosenKernels();
         return job.Count(kernels.project, m);
     }
-    std::ranges::fill(undivided, std::uint64_t{0});
+    std::fill(undivided.begin(), undivided.end(), std::uint64_t{0});
     if (!CannotDivide(matrix))
     {
         ScalePoints<T>(matrix, points, results);

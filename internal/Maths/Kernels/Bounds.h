@@ -3,6 +3,7 @@
 /// @file
 /// The loops over boxes and over the points that they grow by or hold.
 
+#include <cstring>
 #include <limits>
 
 #include "Maths/Kernels/Lanes/Arrays.h"
@@ -113,8 +114,8 @@ struct Bounds
                 high[part] = Max(numbers, high[part]);
             }
         T ends[2][3 * LANES];
-        __builtin_memcpy(ends[0], low, sizeof low);
-        __builtin_memcpy(ends[1], high, sizeof high);
+        std::memcpy(ends[0], low, sizeof low);
+        std::memcpy(ends[1], high, sizeof high);
         for (std::size_t axis = 0; axis < 3; ++axis)
         {
             Fold<Lower>(ends[0], axis, 3, from[axis], streams.in[axis], 3);

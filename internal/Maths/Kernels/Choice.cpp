@@ -1,6 +1,7 @@
 // The only code that asks what processor this is.
 
 #include "Maths/Kernels/Kernels.h"
+#include "bv/detail/Platform.h"
 
 namespace bv::maths
 {
@@ -8,7 +9,7 @@ namespace bv::maths
 namespace
 {
 
-#if defined __x86_64__
+#if BV_GNU && defined __x86_64__
 [[nodiscard]] bool HasAvx2() noexcept
 {
     __builtin_cpu_init();
@@ -24,7 +25,7 @@ namespace
 #endif
 
 constexpr KernelSet SETS[] = {
-#if defined __x86_64__
+#if BV_GNU && defined __x86_64__
     {"AVX-512", HasAvx512, Avx512Kernels},
     {"AVX2", HasAvx2, Avx2Kernels},
 #endif

@@ -7,8 +7,12 @@ namespace bv::maths
 
 Kernels const& ChosenKernels() noexcept
 {
-    static Kernels const kernels =
-        std::ranges::find_if(KernelSets(), [](KernelSet const& set) { return set.isSupported(); })->kernels();
+    static Kernels const kernels = []
+    {
+        auto const sets = KernelSets();
+        return std::find_if(sets.begin(), sets.end(), [](KernelSet const& set) { return set.isSupported(); })
+            ->kernels();
+    }();
     return kernels;
 }
 

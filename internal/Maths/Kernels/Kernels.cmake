@@ -3,7 +3,7 @@
 function(bv_add_kernels target)
   set(folder ${CMAKE_CURRENT_FUNCTION_LIST_DIR})
   target_sources(${target} PRIVATE ${folder}/Baseline.cpp ${folder}/Choice.cpp ${folder}/Noise/Tables.cpp)
-  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
+  if(BV_USES_X86)
     target_sources(${target} PRIVATE ${folder}/Avx2.cpp ${folder}/Avx512.cpp)
     set_source_files_properties(${folder}/Avx2.cpp TARGET_DIRECTORY ${target} PROPERTIES COMPILE_OPTIONS -mavx2)
     set_source_files_properties(${folder}/Avx512.cpp TARGET_DIRECTORY ${target} PROPERTIES

@@ -70,7 +70,7 @@ struct Visibility
         using Narrow = Register<std::int32_t, LANES * sizeof(std::int32_t)>;
         V const kept = Select(straddles, Broadcast<V>(Result::INTERSECTING), Broadcast<V>(Result::INSIDE));
         V const code = Select(isOutside, Broadcast<V>(Result::OUTSIDE), kept);
-        Store(__builtin_convertvector(code, Narrow), reinterpret_cast<std::int32_t*>(codes));
+        Store(Convert<Narrow>(code), reinterpret_cast<std::int32_t*>(codes));
     }
 
     /// Where a plane has the corner that lies farthest along its normal behind it.

@@ -199,6 +199,15 @@ struct tPlanes
     {
         return ((y * atY + x * atX) + z * atZ) + offset;
     }
+
+    /// How far towards the planes something reaches that extends by a length along an axis, to either side.
+    template <typename Vector>
+    [[nodiscard, gnu::always_inline]] tPlaneLanes<T> Reach(Vector const& axis, T length) const noexcept
+    {
+        using Lanes = tPlaneLanes<T>;
+        Lanes const along = x * Broadcast<Lanes>(axis.x) + y * Broadcast<Lanes>(axis.y) + z * Broadcast<Lanes>(axis.z);
+        return Magnitude(along) * Broadcast<Lanes>(length);
+    }
 };
 
 /// Planes, number by number: unlike loads of whole planes, these are kept by a loop that stores something else.

@@ -5,40 +5,27 @@
 
 #include <cstdint>
 
+#include "bv/detail/Platform.h"
+
 namespace bv::maths::detail
 {
 
-#if defined __clang__
+#if BV_GNU && defined __clang__
 inline constexpr bool IS_CLANG = true;
 #else
 inline constexpr bool IS_CLANG = false;
 #endif
 
 // They differ between the files of a program: what goes by them is forced inline, or named after the instruction set.
-#if defined __SSE2__
-constexpr bool HAS_SSE2 = true;
-#else
-constexpr bool HAS_SSE2 = false;
-#endif
-#if defined __AVX__
-constexpr bool HAS_AVX = true;
-#else
-constexpr bool HAS_AVX = false;
-#endif
-#if defined __AVX2__
-constexpr bool HAS_AVX2 = true;
-#else
-constexpr bool HAS_AVX2 = false;
-#endif
-#if defined __SSE2__ && !defined __SSE4_1__
-constexpr bool ROUNDS_BY_SUMS = true; ///< no instruction rounds to whole numbers, and the C library is a call away
-#else
-constexpr bool ROUNDS_BY_SUMS = false;
-#endif
+constexpr bool HAS_SSE2 = BV_SSE2 != 0;
+constexpr bool HAS_AVX = BV_AVX != 0;
+constexpr bool HAS_AVX2 = BV_AVX2 != 0;
+/// No instruction rounds to whole numbers, and the C library is a call away.
+constexpr bool ROUNDS_BY_SUMS = HAS_SSE2 && BV_SSE41 == 0;
 
 // What is compiled for AVX is made of wider registers and so has names of its own, in an inline namespace, as has what
 // is made of it: a program may hold both (ODR).
-#if defined __AVX__
+#if BV_AVX
 #define BV_REGISTERS avx
 #else
 #define BV_REGISTERS baseline
@@ -46,11 +33,11 @@ constexpr bool ROUNDS_BY_SUMS = false;
 
 /// GCC takes a shuffle that leaves every lane in its place for any other one, which SSE2 has no instruction for: up to
 /// seven instead of three. Clang recognises the choice in either form.
-constexpr bool BLENDS_BY_MASK = !IS_CLANG && !HAS_AVX;
+constexpr bool BLENDS_BY_MASK = HAS_SSE2 && !IS_CLANG && !HAS_AVX;
 
 /// Without AVX, the shuffles of floating-point numbers write over their operand, which GCC copies first. Those of
 /// integers have a result of their own. Clang chooses by itself.
-constexpr bool SHUFFLES_AS_INTEGERS = !IS_CLANG && !HAS_AVX;
+constexpr bool SHUFFLES_AS_INTEGERS = HAS_SSE2 && !IS_CLANG && !HAS_AVX;
 
 /// Clang weaves the growth of several boxes of `float` into vectors that it has to put together first, unless it is one
 /// instruction an end.
@@ -80,7 +67,7 @@ constexpr bool VECTORISES_TESTS = IS_CLANG;
 [[nodiscard, gnu::always_inline]] inline std::uintptr_t AddressOf(void const* object) noexcept
 {
     auto address = reinterpret_cast<std::uintptr_t>(object);
-#if defined __clang__
+#if BV_GNU && defined __clang__
     asm("" : "+r"(address));
 #endif
     return address;

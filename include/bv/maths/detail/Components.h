@@ -3,9 +3,11 @@
 /// @file
 /// The components of tuples, vectors and quaternions by index.
 
-#include <bit>
 #include <cstddef>
 #include <type_traits>
+
+#include "bv/detail/Platform.h"
+#include "bv/maths/detail/Number.h"
 
 namespace bv::maths::detail
 {
@@ -30,10 +32,10 @@ template <typename Vector, typename T, std::size_t COUNT>
 [[nodiscard, gnu::always_inline]] constexpr auto ComponentAt(T Vector::*const (&components)[COUNT],
                                                              std::size_t index) noexcept
 {
-    if constexpr (sizeof(T Vector::*) == sizeof(std::ptrdiff_t))
+    if constexpr (BV_GNU != 0 && sizeof(T Vector::*) == sizeof(std::ptrdiff_t))
     {
         if (!std::is_constant_evaluated())
-            return std::bit_cast<T Vector::*>(static_cast<std::ptrdiff_t>(index * sizeof(T)));
+            return BitsAs<T Vector::*>(static_cast<std::ptrdiff_t>(index * sizeof(T)));
     }
     return components[index];
 }

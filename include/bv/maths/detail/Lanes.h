@@ -13,9 +13,16 @@
 #include <limits>
 #include <type_traits>
 
+#include "bv/detail/Platform.h"
 #include "bv/maths/detail/Compiler.h"
 #include "bv/maths/detail/Number.h"
+
+#if !BV_GNU
+#include <cmath>
+#include <cstring>
+
 #include "bv/maths/detail/PlainRegister.h"
+#endif
 
 namespace bv::maths::detail
 {
@@ -28,7 +35,7 @@ inline constexpr std::size_t WIDEST = HAS_AVX ? 32 : 16; ///< bytes of the wides
 template <typename T, std::size_t BYTES>
 struct tRegister
 {
-#if defined __GNUC__ || defined __clang__
+#if BV_GNU
     typedef T Type __attribute__((vector_size(BYTES)));
 #else
     using Type = tPlainRegister<T, BYTES / sizeof(T)>;
@@ -125,21 +132,46 @@ using tFour = typename tFourLanes<T>::Type;
 template <typename V>
 using Words = Register<std::int32_t, sizeof(V)>;
 
+#if BV_GNU
+
 /// A register as it stands in memory, over objects of any type. (A copy of 16 bytes is two integers to GCC.)
 template <typename V, std::size_t ALIGNMENT>
 struct tInMemory
 {
-#if defined __GNUC__ || defined __clang__
     typedef V Type __attribute__((may_alias, aligned(ALIGNMENT)));
-#else
-    using Type = V;
-#endif
 };
-template <typename T, std::size_t N, std::size_t ALIGNMENT>
-struct tInMemory<tPlainRegister<T, N>, ALIGNMENT>
+
+/// Reads a register, or a number, from an address that is a multiple of the alignment.
+template <typename V, std::size_t ALIGNMENT>
+[[nodiscard, gnu::always_inline]] inline V ReadAt(void const* address) noexcept
 {
-    using Type = tPlainRegister<T, N>;
-};
+    return *static_cast<typename tInMemory<V, ALIGNMENT>::Type const*>(address);
+}
+
+/// Writes a register, or a number, to such an address.
+template <std::size_t ALIGNMENT, typename V>
+[[gnu::always_inline]] inline void WriteAt(V const& lanes, void* address) noexcept
+{
+    *static_cast<typename tInMemory<V, ALIGNMENT>::Type*>(address) = lanes;
+}
+
+#else
+
+template <typename V, std::size_t ALIGNMENT>
+[[nodiscard]] inline V ReadAt(void const* address) noexcept
+{
+    V lanes;
+    std::memcpy(&lanes, address, sizeof lanes);
+    return lanes;
+}
+
+template <std::size_t ALIGNMENT, typename V>
+inline void WriteAt(V const& lanes, void* address) noexcept
+{
+    std::memcpy(address, &lanes, sizeof lanes);
+}
+
+#endif
 
 /// Reads numbers from an address on that is a multiple of the alignment.
 template <typename V, std::size_t ALIGNMENT = 1>
@@ -148,7 +180,7 @@ template <typename V, std::size_t ALIGNMENT = 1>
     if constexpr (IS_HALVED<V>)
         return {Load<Half<V>, ALIGNMENT>(numbers), Load<Half<V>, ALIGNMENT>(numbers + COUNT<Half<V>>)};
     else
-        return *reinterpret_cast<typename tInMemory<V, ALIGNMENT>::Type const*>(numbers);
+        return ReadAt<V, ALIGNMENT>(numbers);
 }
 
 /// Writes numbers to an address that is a multiple of the alignment.
@@ -161,7 +193,7 @@ template <std::size_t ALIGNMENT = 1, typename V>
         Store<ALIGNMENT>(lanes.high, numbers + COUNT<Half<V>>);
     }
     else
-        *reinterpret_cast<typename tInMemory<V, ALIGNMENT>::Type*>(numbers) = lanes;
+        WriteAt<ALIGNMENT>(lanes, numbers);
 }
 
 /// Reads from an address that is a multiple of 16, where the processor can read as it computes.
@@ -183,8 +215,7 @@ template <typename V, std::size_t OFFSET = 0, typename Object>
 [[nodiscard, gnu::always_inline]] inline V LoadFrom(Object const& object) noexcept
 {
     static_assert(OFFSET + sizeof(V) <= sizeof(Object));
-    auto const* const bytes = reinterpret_cast<char const*>(&object) + OFFSET;
-    return *reinterpret_cast<typename tInMemory<V, 1>::Type const*>(bytes);
+    return ReadAt<V, 1>(reinterpret_cast<char const*>(&object) + OFFSET);
 }
 
 /// Writes numbers from some byte of such an object on.
@@ -192,8 +223,7 @@ template <std::size_t OFFSET = 0, typename V, typename Object>
 [[gnu::always_inline]] inline void StoreInto(V const& lanes, Object& object) noexcept
 {
     static_assert(OFFSET + sizeof(V) <= sizeof(Object));
-    auto* const bytes = reinterpret_cast<char*>(&object) + OFFSET;
-    *reinterpret_cast<typename tInMemory<V, 1>::Type*>(bytes) = lanes;
+    WriteAt<1>(lanes, reinterpret_cast<char*>(&object) + OFFSET);
 }
 template <std::size_t OFFSET = 0, typename V, typename Object>
 [[gnu::always_inline]] inline void StoreInto(tHalves<V> const& lanes, Object& object) noexcept
@@ -260,7 +290,7 @@ template <typename M, typename V>
 template <typename M>
 [[nodiscard, gnu::always_inline]] inline M AsBits(M mask) noexcept
 {
-#if defined __SSE2__ && !defined __clang__
+#if BV_SSE2 && !defined __clang__
     asm("" : "+x"(mask));
 #endif
     return mask;
@@ -283,25 +313,24 @@ template <typename V>
 {
     if constexpr (IS_HALVED<V>)
         return {Min(a.low, b.low), Min(a.high, b.high)};
-#if defined __AVX__ && !defined __clang__
+#if BV_AVX && !defined __clang__
     else if constexpr (std::is_same_v<V, Register<float, 32>>)
         return __builtin_ia32_minps256(a, b);
     else if constexpr (std::is_same_v<V, Register<double, 32>>)
         return __builtin_ia32_minpd256(a, b);
 #endif
-#if defined __SSE2__ && !defined __clang__
+#if BV_SSE2 && !defined __clang__
     else if constexpr (std::is_same_v<V, Register<float, 16>>)
         return __builtin_ia32_minps(a, b);
     else if constexpr (std::is_same_v<V, Register<double, 16>>)
         return __builtin_ia32_minpd(a, b);
 #endif
     else
+#if BV_GNU
         return a < b ? a : b;
-}
-template <typename T, std::size_t N>
-[[nodiscard]] inline tPlainRegister<T, N> Min(tPlainRegister<T, N> const& a, tPlainRegister<T, N> const& b) noexcept
-{
-    return Select(a < b, a, b);
+#else
+        return Select(a < b, a, b);
+#endif
 }
 
 /// The larger number in each lane, `b` where one is NaN or both are zeros, in the same way.
@@ -310,38 +339,41 @@ template <typename V>
 {
     if constexpr (IS_HALVED<V>)
         return {Max(a.low, b.low), Max(a.high, b.high)};
-#if defined __AVX__ && !defined __clang__
+#if BV_AVX && !defined __clang__
     else if constexpr (std::is_same_v<V, Register<float, 32>>)
         return __builtin_ia32_maxps256(a, b);
     else if constexpr (std::is_same_v<V, Register<double, 32>>)
         return __builtin_ia32_maxpd256(a, b);
 #endif
-#if defined __SSE2__ && !defined __clang__
+#if BV_SSE2 && !defined __clang__
     else if constexpr (std::is_same_v<V, Register<float, 16>>)
         return __builtin_ia32_maxps(a, b);
     else if constexpr (std::is_same_v<V, Register<double, 16>>)
         return __builtin_ia32_maxpd(a, b);
 #endif
     else
+#if BV_GNU
         return b < a ? a : b;
-}
-template <typename T, std::size_t N>
-[[nodiscard]] inline tPlainRegister<T, N> Max(tPlainRegister<T, N> const& a, tPlainRegister<T, N> const& b) noexcept
-{
-    return Select(b < a, a, b);
+#else
+        return Select(b < a, a, b);
+#endif
 }
 
 /// The lanes of two registers, counted through, in another order.
+#if BV_GNU
 template <int... FROM, typename V>
 [[nodiscard, gnu::always_inline]] inline V Shuffle(V const& a, V const& b) noexcept
 {
     return __builtin_shufflevector(a, b, FROM...);
 }
-template <int... FROM, typename T, std::size_t N>
-[[nodiscard]] inline tPlainRegister<T, N> Shuffle(tPlainRegister<T, N> const& a, tPlainRegister<T, N> const& b) noexcept
+#else
+template <int... FROM, typename V>
+[[nodiscard]] inline V Shuffle(V const& a, V const& b) noexcept
 {
-    return {(FROM < static_cast<int>(N) ? a[FROM % N] : b[FROM % N])...};
+    constexpr int LANES = static_cast<int>(COUNT<V>);
+    return {(FROM < LANES ? a : b)[static_cast<std::size_t>(FROM % LANES)]...};
 }
+#endif
 
 /// Two lanes of a register of two.
 template <int A, int B, typename V>
@@ -363,12 +395,11 @@ template <typename V>
     if constexpr (IS_HALVED<V>)
         return a.low;
     else
+#if BV_GNU
         return __builtin_shufflevector(a, a, 0, 1);
-}
-template <typename T>
-[[nodiscard]] inline tPlainRegister<T, 2> FirstTwo(tPlainRegister<T, 4> const& a) noexcept
-{
-    return {a[0], a[1]};
+#else
+        return Register<Element<V>, 2 * sizeof(Element<V>)>{a[0], a[1]};
+#endif
 }
 
 /// One of four registers, the halves of two operands.
@@ -468,7 +499,7 @@ template <typename V>
     }
 }
 
-#if defined __SSE2__
+#if BV_SSE2
 
 /// Min() and Max() of single numbers in one instruction, which no compiler weaves into vectors.
 [[nodiscard, gnu::always_inline]] inline float MinOfOne(float a, float b) noexcept
@@ -487,7 +518,7 @@ template <typename V>
 /// @copydoc MinOfOne(float, float)
 [[nodiscard, gnu::always_inline]] inline double MinOfOne(double a, double b) noexcept
 {
-#if defined __SSE2__ && defined __clang__
+#if BV_SSE2 && defined __clang__
     return __builtin_ia32_minsd(Register<double, 16>{a}, Register<double, 16>{b})[0];
 #else // GCC folds the instruction for one number of constants as if none were NaN
     return Min(Register<double, 16>{a}, Register<double, 16>{b})[0];
@@ -497,7 +528,7 @@ template <typename V>
 /// @copydoc MinOfOne(float, float)
 [[nodiscard, gnu::always_inline]] inline double MaxOfOne(double a, double b) noexcept
 {
-#if defined __SSE2__ && defined __clang__
+#if BV_SSE2 && defined __clang__
     return __builtin_ia32_maxsd(Register<double, 16>{a}, Register<double, 16>{b})[0];
 #else
     return Max(Register<double, 16>{a}, Register<double, 16>{b})[0];
@@ -560,13 +591,13 @@ template <typename M>
 {
     if constexpr (IS_HALVED<M>)
         return Bits(mask.low) | Bits(mask.high) << COUNT<M> / 2;
-#if defined __AVX__
+#if BV_AVX
     else if constexpr (sizeof(M) == 32 && sizeof(Element<M>) == 4)
         return __builtin_ia32_movmskps256(BitsAs<Register<float, 32>>(mask));
     else if constexpr (sizeof(M) == 32 && sizeof(Element<M>) == 8)
         return __builtin_ia32_movmskpd256(BitsAs<Register<double, 32>>(mask));
 #endif
-#if defined __SSE2__
+#if BV_SSE2
     else if constexpr (sizeof(M) == 16 && sizeof(Element<M>) == 4)
         return __builtin_ia32_movmskps(BitsAs<Register<float, 16>>(mask));
     else if constexpr (sizeof(M) == 16 && sizeof(Element<M>) == 8)
@@ -601,19 +632,43 @@ template <typename M>
         return Bits(mask) != 0;
 }
 
+/// The square root of one number: that of std::sqrt(), which may also call a function to set `errno`.
+[[nodiscard, gnu::always_inline]] inline float SquareRoot(float x) noexcept
+{
+#if BV_SSE2
+    return __builtin_ia32_sqrtss(Broadcast<Register<float, 16>>(x))[0];
+#elif BV_GNU
+    return __builtin_sqrtf(x);
+#else
+    return std::sqrt(x);
+#endif
+}
+
+/// @copydoc SquareRoot(float)
+[[nodiscard, gnu::always_inline]] inline double SquareRoot(double x) noexcept
+{
+#if BV_SSE2
+    return __builtin_ia32_sqrtsd(Broadcast<Register<double, 16>>(x))[0];
+#elif BV_GNU
+    return __builtin_sqrt(x);
+#else
+    return std::sqrt(x);
+#endif
+}
+
 /// The square roots as the processor rounds them, which is to nearest.
 template <typename V>
 [[nodiscard, gnu::always_inline]] inline V SquareRoot(V const& x) noexcept
 {
     if constexpr (IS_HALVED<V>)
         return {SquareRoot(x.low), SquareRoot(x.high)};
-#if defined __AVX__
+#if BV_AVX
     else if constexpr (std::is_same_v<V, Register<float, 32>>)
         return __builtin_ia32_sqrtps256(x);
     else if constexpr (std::is_same_v<V, Register<double, 32>>)
         return __builtin_ia32_sqrtpd256(x);
 #endif
-#if defined __SSE2__
+#if BV_SSE2
     else if constexpr (std::is_same_v<V, Register<float, 16>>)
         return __builtin_ia32_sqrtps(x);
     else if constexpr (std::is_same_v<V, Register<double, 16>>)
@@ -625,30 +680,10 @@ template <typename V>
         for (std::size_t lane = 0; lane < COUNT<V>; ++lane)
         {
             // Rounded once more, the root of a `double` is that of a `float`.
-            roots[lane] = static_cast<Element<V>>(__builtin_sqrt(static_cast<double>(x[lane])));
+            roots[lane] = static_cast<Element<V>>(SquareRoot(static_cast<double>(x[lane])));
         }
         return roots;
     }
-}
-
-/// The square root of one number: that of std::sqrt(), which may also call a function to set `errno`.
-[[nodiscard, gnu::always_inline]] inline float SquareRoot(float x) noexcept
-{
-#if defined __SSE2__
-    return __builtin_ia32_sqrtss(Broadcast<Register<float, 16>>(x))[0];
-#else
-    return __builtin_sqrtf(x);
-#endif
-}
-
-/// @copydoc SquareRoot(float)
-[[nodiscard, gnu::always_inline]] inline double SquareRoot(double x) noexcept
-{
-#if defined __SSE2__
-    return __builtin_ia32_sqrtsd(Broadcast<Register<double, 16>>(x))[0];
-#else
-    return __builtin_sqrt(x);
-#endif
 }
 
 } // namespace BV_REGISTERS

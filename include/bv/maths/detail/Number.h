@@ -6,6 +6,13 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "bv/detail/Platform.h"
+
+#if !BV_GNU
+#include <bit>
+#include <limits>
+#endif
+
 namespace bv::maths::detail
 {
 
@@ -18,8 +25,14 @@ using Integer = std::conditional_t<sizeof(T) == sizeof(std::int32_t), std::int32
 template <typename To, typename From>
 [[nodiscard, gnu::always_inline]] constexpr To BitsAs(From const& from) noexcept
 {
+#if BV_GNU
     return __builtin_bit_cast(To, from);
+#else
+    return std::bit_cast<To>(from);
+#endif
 }
+
+#if BV_GNU
 
 /// A number without its sign.
 [[nodiscard, gnu::always_inline]] constexpr float Magnitude(float x) noexcept
@@ -44,5 +57,37 @@ template <typename To, typename From>
 {
     return __builtin_copysign(x, sign);
 }
+
+#else
+
+/// A number with the sign bit of some bits.
+template <typename T>
+[[nodiscard]] constexpr T WithSignBit(T x, Integer<T> bits) noexcept
+{
+    constexpr Integer<T> SIGN = std::numeric_limits<Integer<T>>::min();
+    return BitsAs<T>((BitsAs<Integer<T>>(x) & ~SIGN) | (bits & SIGN));
+}
+
+[[nodiscard]] constexpr float Magnitude(float x) noexcept
+{
+    return WithSignBit(x, 0);
+}
+
+[[nodiscard]] constexpr double Magnitude(double x) noexcept
+{
+    return WithSignBit(x, 0);
+}
+
+[[nodiscard]] constexpr float WithSignOf(float x, float sign) noexcept
+{
+    return WithSignBit(x, BitsAs<Integer<float>>(sign));
+}
+
+[[nodiscard]] constexpr double WithSignOf(double x, double sign) noexcept
+{
+    return WithSignBit(x, BitsAs<Integer<double>>(sign));
+}
+
+#endif
 
 } // namespace bv::maths::detail

@@ -5,77 +5,149 @@
 /// on each of them.
 
 #include <cstddef>
+#include <cstdint>
 #include <type_traits>
 
 namespace bv::maths::detail
 {
 
+template <typename T, std::size_t N>
+struct tPlainRegister;
+
+/// An operand: a register, or one number for all lanes.
+template <typename T, std::size_t N>
+struct tPlainOperand
+{
+    tPlainRegister<T, N> lanes;
+
+    constexpr tPlainOperand(tPlainRegister<T, N> const& numbers) noexcept : lanes(numbers) {}
+    constexpr tPlainOperand(T number) noexcept : lanes{}
+    {
+        for (T& lane : lanes.lanes)
+            lane = number;
+    }
+};
+
 /// N numbers side by side. A comparison gives integers as wide as the numbers, -1 where it holds and 0 elsewhere.
 template <typename T, std::size_t N>
-struct tPlainRegister
+struct alignas(N * sizeof(T)) tPlainRegister
 {
     T lanes[N];
 
     constexpr T& operator[](std::size_t lane) noexcept { return lanes[lane]; }
     constexpr T const& operator[](std::size_t lane) const noexcept { return lanes[lane]; }
 
+private:
+    using Operand = tPlainOperand<T, N>;
+    using Narrow = std::conditional_t<sizeof(T) == 1, std::int8_t, std::int16_t>;
+    using Wide = std::conditional_t<sizeof(T) == 4, std::int32_t, std::int64_t>;
+    using Mask = std::conditional_t<sizeof(T) <= 2, Narrow, Wide>;
+
     /// f of the two numbers in each lane.
-    template <typename F>
-    [[nodiscard]] static constexpr auto Zip(tPlainRegister const& a, tPlainRegister const& b, F f) noexcept
+    template <typename Result, typename F>
+    [[nodiscard]] static constexpr tPlainRegister<Result, N> Zip(Operand const& a, Operand const& b, F f) noexcept
     {
-        tPlainRegister<decltype(f(a[0], b[0])), N> result{};
+        tPlainRegister<Result, N> result{};
         for (std::size_t lane = 0; lane < N; ++lane)
-            result[lane] = f(a[lane], b[lane]);
+            result[lane] = static_cast<Result>(f(a.lanes[lane], b.lanes[lane]));
         return result;
     }
 
-    [[nodiscard]] friend constexpr auto operator+(tPlainRegister const& a, tPlainRegister const& b) noexcept
+    template <typename F>
+    [[nodiscard]] static constexpr tPlainRegister Compute(Operand const& a, Operand const& b, F f) noexcept
     {
-        return Zip(a, b, [](T x, T y) { return static_cast<T>(x + y); });
+        return Zip<T>(a, b, f);
     }
-    [[nodiscard]] friend constexpr auto operator-(tPlainRegister const& a, tPlainRegister const& b) noexcept
+    template <typename F>
+    [[nodiscard]] static constexpr tPlainRegister<Mask, N> Compare(Operand const& a, Operand const& b, F f) noexcept
     {
-        return Zip(a, b, [](T x, T y) { return static_cast<T>(x - y); });
-    }
-    [[nodiscard]] friend constexpr auto operator*(tPlainRegister const& a, tPlainRegister const& b) noexcept
-    {
-        return Zip(a, b, [](T x, T y) { return static_cast<T>(x * y); });
-    }
-    [[nodiscard]] friend constexpr auto operator/(tPlainRegister const& a, tPlainRegister const& b) noexcept
-    {
-        return Zip(a, b, [](T x, T y) { return static_cast<T>(x / y); });
-    }
-    [[nodiscard]] friend constexpr auto operator&(tPlainRegister const& a, tPlainRegister const& b) noexcept
-    {
-        return Zip(a, b, [](T x, T y) { return static_cast<T>(x & y); });
-    }
-    [[nodiscard]] friend constexpr auto operator^(tPlainRegister const& a, tPlainRegister const& b) noexcept
-    {
-        return Zip(a, b, [](T x, T y) { return static_cast<T>(x ^ y); });
-    }
-    [[nodiscard]] friend constexpr auto operator|(tPlainRegister const& a, tPlainRegister const& b) noexcept
-    {
-        return Zip(a, b, [](T x, T y) { return static_cast<T>(x | y); });
-    }
-    [[nodiscard]] friend constexpr auto operator~(tPlainRegister const& a) noexcept
-    {
-        return Zip(a, a, [](T x, T) { return static_cast<T>(~x); });
-    }
-    [[nodiscard]] friend constexpr auto operator<(tPlainRegister const& a, tPlainRegister const& b) noexcept
-    {
-        return Zip(a, b, [](T x, T y) { return -static_cast<Mask>(x < y); });
-    }
-    [[nodiscard]] friend constexpr auto operator==(tPlainRegister const& a, tPlainRegister const& b) noexcept
-    {
-        return Zip(a, b, [](T x, T y) { return -static_cast<Mask>(x == y); });
-    }
-    [[nodiscard]] friend constexpr auto operator<=(tPlainRegister const& a, tPlainRegister const& b) noexcept
-    {
-        return Zip(a, b, [](T x, T y) { return -static_cast<Mask>(x <= y); });
+        return Zip<Mask>(a, b, [f](T x, T y) { return f(x, y) ? -1 : 0; });
     }
 
-private:
-    using Mask = std::conditional_t<sizeof(T) == sizeof(int), int, long long>;
+public:
+    /// @name Arithmetic
+    /// @{
+    [[nodiscard]] friend constexpr tPlainRegister operator+(Operand const& a, Operand const& b) noexcept
+    {
+        return Compute(a, b, [](T x, T y) { return x + y; });
+    }
+    [[nodiscard]] friend constexpr tPlainRegister operator-(Operand const& a, Operand const& b) noexcept
+    {
+        return Compute(a, b, [](T x, T y) { return x - y; });
+    }
+    [[nodiscard]] friend constexpr tPlainRegister operator*(Operand const& a, Operand const& b) noexcept
+    {
+        return Compute(a, b, [](T x, T y) { return x * y; });
+    }
+    [[nodiscard]] friend constexpr tPlainRegister operator/(Operand const& a, Operand const& b) noexcept
+    {
+        return Compute(a, b, [](T x, T y) { return x / y; });
+    }
+    [[nodiscard]] friend constexpr tPlainRegister operator-(tPlainRegister const& a) noexcept
+    {
+        return Compute(a, a, [](T x, T) { return -x; });
+    }
+    constexpr tPlainRegister& operator+=(Operand const& other) noexcept { return *this = *this + other; }
+    /// @}
+
+    /// @name Bits
+    /// @{
+    [[nodiscard]] friend constexpr tPlainRegister operator&(Operand const& a, Operand const& b) noexcept
+    {
+        return Compute(a, b, [](T x, T y) { return x & y; });
+    }
+    [[nodiscard]] friend constexpr tPlainRegister operator^(Operand const& a, Operand const& b) noexcept
+    {
+        return Compute(a, b, [](T x, T y) { return x ^ y; });
+    }
+    [[nodiscard]] friend constexpr tPlainRegister operator|(Operand const& a, Operand const& b) noexcept
+    {
+        return Compute(a, b, [](T x, T y) { return x | y; });
+    }
+    [[nodiscard]] friend constexpr tPlainRegister operator~(tPlainRegister const& a) noexcept
+    {
+        return Compute(a, a, [](T x, T) { return ~x; });
+    }
+    [[nodiscard]] friend constexpr tPlainRegister operator<<(tPlainRegister const& a, int bits) noexcept
+    {
+        return Compute(a, a, [bits](T x, T) { return x << bits; });
+    }
+    [[nodiscard]] friend constexpr tPlainRegister operator>>(tPlainRegister const& a, int bits) noexcept
+    {
+        return Compute(a, a, [bits](T x, T) { return x >> bits; });
+    }
+    constexpr tPlainRegister& operator|=(Operand const& other) noexcept { return *this = *this | other; }
+    constexpr tPlainRegister& operator^=(Operand const& other) noexcept { return *this = *this ^ other; }
+    constexpr tPlainRegister& operator<<=(int bits) noexcept { return *this = *this << bits; }
+    /// @}
+
+    /// @name Comparisons
+    /// @{
+    [[nodiscard]] friend constexpr auto operator<(Operand const& a, Operand const& b) noexcept
+    {
+        return Compare(a, b, [](T x, T y) { return x < y; });
+    }
+    [[nodiscard]] friend constexpr auto operator<=(Operand const& a, Operand const& b) noexcept
+    {
+        return Compare(a, b, [](T x, T y) { return x <= y; });
+    }
+    [[nodiscard]] friend constexpr auto operator>(Operand const& a, Operand const& b) noexcept
+    {
+        return Compare(a, b, [](T x, T y) { return x > y; });
+    }
+    [[nodiscard]] friend constexpr auto operator>=(Operand const& a, Operand const& b) noexcept
+    {
+        return Compare(a, b, [](T x, T y) { return x >= y; });
+    }
+    [[nodiscard]] friend constexpr auto operator==(Operand const& a, Operand const& b) noexcept
+    {
+        return Compare(a, b, [](T x, T y) { return x == y; });
+    }
+    [[nodiscard]] friend constexpr auto operator!=(Operand const& a, Operand const& b) noexcept
+    {
+        return Compare(a, b, [](T x, T y) { return x != y; });
+    }
+    /// @}
 };
 
 } // namespace bv::maths::detail

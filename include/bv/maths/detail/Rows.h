@@ -147,7 +147,7 @@ template <typename T>
     return {Combine(left, rows), Combine(left + 4, rows), Combine(left + 8, rows), Combine(left + 12, rows)};
 }
 
-#if defined __AVX__
+#if BV_AVX
 
 /// Two rows of `float` in one register.
 using TwoRows = Register<float, 32>;
@@ -215,7 +215,7 @@ template <typename T>
     return WithoutFourth(tRows<T>{Combine(left, rows), Combine(left + 4, rows), row3, row3});
 }
 
-#if defined __AVX__
+#if BV_AVX
 
 [[nodiscard, gnu::always_inline]] inline tRows<float> RotationProduct(float const* left, float const* right) noexcept
 {

@@ -29,7 +29,7 @@ namespace bv::maths::simd
 /// @tparam Packet the class that derives from this one.
 /// @tparam Lanes the type of the vectors, as `Lanes::Vector`.
 template <typename Packet, typename Lanes>
-class tRayPacket
+class alignas(sizeof(typename Lanes::Vector)) tRayPacket
 {
 public:
     using Vector = typename Lanes::Vector; ///< one number for each ray

@@ -11,11 +11,12 @@
 #include <cstdint>
 #include <utility>
 
-#if defined __SSE2__
+#include "bv/detail/Platform.h"
+#include "bv/maths/detail/Lanes.h"
+
+#if BV_SSE2
 #include <immintrin.h>
 #endif
-
-#include "bv/maths/detail/Lanes.h"
 
 namespace bv::maths
 {
@@ -26,9 +27,9 @@ namespace
 using namespace detail;
 
 /// Bytes of the widest register of the processor that this is compiled for.
-#if defined __AVX512VBMI__
+#if BV_AVX512
 constexpr std::size_t NATIVE = 64;
-#elif defined __AVX2__
+#elif BV_AVX2
 constexpr std::size_t NATIVE = 32;
 #else
 constexpr std::size_t NATIVE = 16;
@@ -41,7 +42,12 @@ using Mask = Register<Integer<Element<V>>, sizeof(V)>;
 template <typename Rule, typename V, std::size_t... I>
 [[nodiscard, gnu::always_inline]] inline auto ShuffleBy(V const& a, V const& b, std::index_sequence<I...>) noexcept
 {
+#if BV_GNU
     return __builtin_shufflevector(a, b, Rule{}(I)...);
+#else
+    constexpr std::size_t LANES = COUNT<V>;
+    return Register<Element<V>, sizeof...(I) * sizeof(Element<V>)>{(Rule{}(I) < LANES ? a : b)[Rule{}(I) % LANES]...};
+#endif
 }
 
 /// A register of lanes of two others, which are counted through.
@@ -72,6 +78,20 @@ template <typename V>
     return ShuffleBy<2 * COUNT<V>>(low, high, [](std::size_t lane) { return lane; });
 }
 
+/// The numbers as those of another type, as the language converts one of them.
+template <typename To, typename V>
+[[nodiscard, gnu::always_inline]] inline To Convert(V const& lanes) noexcept
+{
+#if BV_GNU
+    return __builtin_convertvector(lanes, To);
+#else
+    To converted{};
+    for (std::size_t lane = 0; lane < COUNT<V>; ++lane)
+        converted[lane] = static_cast<Element<To>>(lanes[lane]);
+    return converted;
+#endif
+}
+
 using detail::Any;
 using detail::Bits;
 using detail::Select;
@@ -81,14 +101,18 @@ template <typename M, typename V>
 requires(sizeof(V) > WIDEST) [[nodiscard, gnu::always_inline]] inline V
     Select(M const& mask, V const& a, V const& b) noexcept
 {
+#if BV_GNU
     return mask ? a : b;
+#else
+    return detail::Select(mask, a, b);
+#endif
 }
 
 /// Whether a lane of a mask is set.
 template <typename M>
 requires(sizeof(M) > WIDEST) [[nodiscard, gnu::always_inline]] inline bool Any(M const& mask) noexcept
 {
-#if defined __AVX512F__
+#if BV_AVX512
     return _mm512_test_epi32_mask(BitsAs<__m512i>(mask), BitsAs<__m512i>(mask)) != 0;
 #else
     auto const [low, high] = Split(mask);
@@ -100,7 +124,7 @@ requires(sizeof(M) > WIDEST) [[nodiscard, gnu::always_inline]] inline bool Any(M
 template <typename M>
 requires(sizeof(M) > WIDEST) [[nodiscard, gnu::always_inline]] inline int Bits(M const& mask) noexcept
 {
-#if defined __AVX512F__
+#if BV_AVX512
     if constexpr (sizeof(Element<M>) == 4)
         return _mm512_test_epi32_mask(BitsAs<__m512i>(mask), BitsAs<__m512i>(mask));
     else

@@ -135,7 +135,7 @@ template <typename V, std::size_t AXES>
             }
             else
             {
-#if defined __AVX512F__
+#if BV_AVX512
                 // GCC would read each of them three times, and 64 bytes seldom lie within a line of the cache.
                 asm("" : "+v"(a), "+v"(b), "+v"(c));
 #endif

@@ -21,7 +21,7 @@ template <typename V>
 [[gnu::always_inline]] inline Mask<V> Truncate(V const& numbers) noexcept
 {
     using I = Mask<V>;
-#if defined __SSE2__
+#if BV_SSE2
     if constexpr (sizeof(V) <= NATIVE)
     {
         if constexpr (sizeof(V) == 64)
@@ -34,11 +34,11 @@ template <typename V>
 #endif
     constexpr float LIMIT = 0x1p31F;
     I const fits = Both(numbers >= -LIMIT, numbers < LIMIT);
-    I const whole = __builtin_convertvector(Select(fits, numbers, V{}), I);
+    I const whole = Convert<I>(Select(fits, numbers, V{}));
     return Select(fits, whole, Broadcast<I>(LOWEST));
 }
 
-#if defined __SSE4_1__
+#if BV_SSE41
 /// The highest whole numbers that are not above these.
 template <typename V>
 [[gnu::always_inline]] inline V Floor(V const& numbers) noexcept
@@ -65,7 +65,7 @@ struct Positions
 template <typename V>
 [[gnu::always_inline]] inline Positions<V> Locate(V coordinates) noexcept
 {
-#if defined __SSE4_1__
+#if BV_SSE41
     if constexpr (sizeof(V) <= NATIVE)
     {
         V const floors = Floor(coordinates);
@@ -81,8 +81,8 @@ template <typename V>
         coordinates = Select(Both(coordinates >= -LIMIT, coordinates < LIMIT), coordinates, coordinates - coordinates);
         whole = Truncate(coordinates);
     }
-    whole += __builtin_convertvector(whole, V) > coordinates; // true is -1
-    return {whole & 255, coordinates - __builtin_convertvector(whole, V)};
+    whole += Convert<V>(whole) > coordinates; // true is -1
+    return {whole & 255, coordinates - Convert<V>(whole)};
 }
 
 /// 6t^5 - 15t^4 + 10t^3, by the formula of QuinticSmoothStep().
@@ -110,7 +110,7 @@ template <typename V>
 template <typename V>
 [[gnu::always_inline]] inline V SelectBySign(Mask<V> const& lanes, V const& a, V const& b) noexcept
 {
-#if defined __AVX__
+#if BV_AVX
     if constexpr (sizeof(V) == 16)
         return _mm_blendv_ps(b, a, BitsAs<V>(lanes));
     else if constexpr (sizeof(V) == 32)

@@ -74,13 +74,13 @@ template <typename V>
 [[nodiscard, gnu::always_inline]] inline V Widen(std::uint8_t const* bytes) noexcept
 {
     using Bytes = Register<std::uint8_t, COUNT<V>>;
-#if defined __SSE2__
+#if BV_SSE2
     if constexpr (NATIVE == 64 && sizeof(V) == 64)
         return BitsAs<V>(_mm512_maskz_cvtepu8_epi32(0xFFFF, BitsAs<__m128i>(Load<Bytes>(bytes))));
     else if constexpr (NATIVE >= 32 && sizeof(V) == 32)
         return BitsAs<V>(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<__m128i const*>(bytes))));
 #endif
-    return __builtin_convertvector(Load<Bytes>(bytes), V);
+    return Convert<V>(Load<Bytes>(bytes));
 }
 
 /// Writes four registers of cells.
@@ -96,7 +96,7 @@ template <typename V>
 template <typename V>
 [[gnu::always_inline]] inline void StoreCells(V const (&lanes)[4], std::uint8_t* cells) noexcept
 {
-#if defined __SSE2__
+#if BV_SSE2
     if constexpr (NATIVE >= 32 && sizeof(V) == 32)
     {
         // Packing works within halves; the words of the four registers then stand in the order 0 1 2 3 0 1 2 3.
@@ -112,12 +112,12 @@ template <typename V>
     for (V const& four : lanes)
     {
         using Bytes = Register<std::uint8_t, COUNT<V>>;
-#if defined __SSE2__
+#if BV_SSE2
         if constexpr (NATIVE == 64 && sizeof(V) == 64)
             Store(BitsAs<Bytes>(_mm512_maskz_cvtepi32_epi8(0xFFFF, BitsAs<__m512i>(four))), cells);
         else
 #endif
-            Store(__builtin_convertvector(four, Bytes), cells);
+            Store(Convert<Bytes>(four), cells);
         cells += COUNT<V>;
     }
 }
@@ -181,7 +181,7 @@ private:
     template <std::size_t SIZE>
     [[gnu::always_inline]] static void LookUp(NoiseTable const& table, V (&indices)[SIZE]) noexcept
     {
-#if defined __SSE2__
+#if BV_SSE2
         if constexpr (NATIVE == 64 && BYTES == 64)
             return LookUp64(table, indices);
         else if constexpr (NATIVE >= 32 && BYTES == 32)
@@ -197,7 +197,7 @@ private:
         }
     }
 
-#if defined __SSE2__
+#if BV_SSE2
     template <std::size_t SIZE>
     [[gnu::always_inline]] static void LookUp64(NoiseTable const& table, V (&indices)[SIZE]) noexcept
     {

@@ -29,7 +29,7 @@ class NoiseAtPoint
     template <int AXIS>
     [[gnu::always_inline]] static std::size_t CellOf(M const& cells) noexcept
     {
-#if defined __SSE4_1__
+#if BV_SSE41
         return static_cast<std::size_t>(_mm_extract_epi8(BitsAs<__m128i>(cells), 4 * AXIS));
 #else
         // Half a lane holds it, and is quicker to get at than the whole.
@@ -42,7 +42,7 @@ class NoiseAtPoint
     [[gnu::always_inline]] static M Spread(std::uint32_t a, std::uint32_t b, std::uint32_t c, std::uint32_t d) noexcept
     {
         std::uint32_t const bytes = a | b << 8U | c << 16U | d << 24U;
-#if defined __SSE2__
+#if BV_SSE2
         __m128i const word = _mm_cvtsi32_si128(static_cast<int>(bytes));
         __m128i const twice = _mm_unpacklo_epi8(word, word);
         return BitsAs<M>(_mm_unpacklo_epi16(twice, twice));

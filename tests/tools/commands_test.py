@@ -145,6 +145,10 @@ class Arguments(CommandTest):
                 ("no such option: --fast (usage: tools/check-interface [--write])", "tools/check-interface", "--fast"),
                 ("one option only (usage: tools/check-interface [--write])", "tools/check-interface", "--write", "x"),
                 ("no arguments are taken (usage: tools/package)", "tools/package", "--fast"),
+                ("no such option: --fast (see tools/fuzz --help)", "tools/fuzz", "--fast"),
+                ("not a number from 1 on: --runs=0", "tools/fuzz", "--runs=0"),
+                ("not a number from 1 on: --seconds=1e3", "tools/fuzz", "--seconds=1e3"),
+                ("no such target: Everything (there are: *)", "tools/fuzz", "Everything"),
                 (f"no such group: games {groups}", "tools/setup", "build", "games"),
                 (f"no such group: games {groups}", "tools/setup", "--list", "games"),
                 (f"no such group: build.* {groups}", "tools/setup", "build.*"),
@@ -186,7 +190,7 @@ class Arguments(CommandTest):
             self.assertEqual(len(configured), compilers)
 
     def test_every_command_explains_itself(self):
-        for command in ("setup", "demo", "test", "bench", "check-interface", "package"):
+        for command in ("setup", "demo", "test", "bench", "check-interface", "package", "fuzz"):
             for option in ("-h", "--help"):
                 code, output, errors = self.run_command(f"tools/{command}", option)
                 self.assertEqual((code, errors, self.noted()), (0, "", []))

@@ -1,0 +1,136 @@
+#include <array>
+#include <cstddef>
+#include <latch>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "bv/Hash.h"
+#include "bv/String.h"
+#include "bv/maths/Batch.h"
+#include "bv/maths/IsEqual.h"
+#include "bv/maths/MatrixException.h"
+#include "bv/maths/Reciprocal.h"
+#include "bv/maths/View.h"
+#include "bv/maths/tFrustum.h"
+#include "bv/maths/tMatrix4.h"
+#include "bv/maths/tPreparedTransform.h"
+#include "bv/maths/tVector3.h"
+#include "bv/maths/tVolumeAABB.h"
+
+// Objects that many threads read at once, without a lock: what is constant, writes nothing. A sanitizer of threads
+// reports it if something does; without one, the results show it.
+
+namespace
+{
+
+using namespace bv;
+using namespace bv::maths;
+
+constexpr std::size_t THREADS = 16;
+
+/// Reads in threads that begin together, and expects of each what one alone reads.
+template <typename Read>
+void ExpectTheSameInEveryThread(Read const& read)
+{
+    std::array<std::string, THREADS> results;
+    std::latch start(THREADS);
+    std::vector<std::thread> threads;
+    for (std::string& result : results)
+        threads.emplace_back(
+            [&]
+            {
+                start.arrive_and_wait();
+                for (int round = 0; round < 20; ++round)
+                    result = read();
+            });
+    for (std::thread& thread : threads)
+        thread.join();
+    std::string const alone = read();
+    EXPECT_FALSE(alone.empty());
+    for (std::string const& result : results)
+        EXPECT_EQ(result, alone);
+}
+
+TEST(SharedObjects, AreReadAsTexts)
+{
+    String const text = "a text that is too long for the short-string buffer";
+    String const part = "long";
+    ExpectTheSameInEveryThread(
+        [&]
+        {
+            String const copy(text);
+            bool const holds = text.Contains(part) && text == copy && text > part && !text.IsEmpty();
+            return (text + part).ToCharArray() + std::to_string(FNVHash32(text)) + (holds ? "yes" : "no");
+        });
+}
+
+TEST(SharedObjects, AreReadAsExceptions)
+{
+    MatrixException const exception(L"message", "file", 7, "function");
+    ExpectTheSameInEveryThread(
+        [&]
+        {
+            std::ostringstream stream;
+            stream << exception << MatrixException(exception);
+            try
+            {
+                exception.Rethrow();
+            }
+            catch (MatrixException const& caught)
+            {
+                stream << caught.LineNumber();
+            }
+            return stream.str();
+        });
+}
+
+TEST(SharedObjects, AreReadAsMatricesViewsAndBoxes)
+{
+    tMatrix4<float> const matrix = PerspectiveFromTangent(0.5F, 1.5F, 1.0F, 100.0F) *
+                                   LookAt(tVector3<float>(3, 4, 5), tVector3<float>(), tVector3<float>(0, 1, 0));
+    tFrustum<float> const view(matrix);
+    tPreparedTransform<float> const prepared(matrix);
+    tVolumeAABB<float> const box({-1, -1, -1}, {1, 1, 1});
+    ExpectTheSameInEveryThread(
+        [&]
+        {
+            std::ostringstream stream;
+            stream << matrix * matrix << matrix.Inverted() << matrix.Determinant() << prepared({1, 2, 3})
+                   << view.ContainsAABB(box) << (box * matrix).GetMax() << view.GetLeftPlane();
+            matrix.Serialise(stream);
+            return stream.str();
+        });
+}
+
+TEST(SharedObjects, AreReadByBatchForms)
+{
+    std::vector<tVector3<float>> const points(100, tVector3<float>(1, 2, 3));
+    tMatrix4<float> const matrix = tMatrix4<float>::Translate(1, 1, 1);
+    ExpectTheSameInEveryThread(
+        [&]
+        {
+            std::vector<tVector3<float>> results(points.size());
+            TransformPoints(matrix, points, results);
+            std::ostringstream stream;
+            stream << results.front() << results.back();
+            return stream.str();
+        });
+}
+
+TEST(SharedObjects, AreReadAsConstantsOfFunctions)
+{
+    ExpectTheSameInEveryThread(
+        []
+        {
+            __m128 const four = _mm_set1_ps(4);
+            float const near = _mm_cvtss_f32(_mm_rcp_nr(four)) + _mm_cvtss_f32(_mm_rsqrt_nr(four));
+            return std::to_string(near) + (IsEqual(1.0F, 1.0F + 1e-6F) && IsEqual(1.0, 1.0 + 1e-15) ? "yes" : "no");
+        });
+}
+
+} // namespace

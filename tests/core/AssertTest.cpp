@@ -107,7 +107,7 @@ TEST(AssertTest, NothingIsPrinted)
     EXPECT_EQ(traps, 1);
 }
 
-#if defined __linux__ && defined __x86_64__
+#if BV_GNU && defined __linux__ && defined __x86_64__
 TEST(AssertTest, TheTrapIsASoftwareBreakpointAfterANoOperation)
 {
     Debugger const debugger;

@@ -163,11 +163,12 @@ TYPED_TEST(LanesTest, RowsBecomeColumns)
     EXPECT_EQ(detail::Bits(c == expected[2]) & 7, 7);
 }
 
-TEST(PlainRegister, LanesOfTwoAreShuffledByIndex)
+TEST(RegisterTest, LanesOfTwoAreShuffledByIndex)
 {
-    detail::tPlainRegister<int, 4> const a{0, 1, 2, 3};
-    detail::tPlainRegister<int, 4> const b{4, 5, 6, 7};
-    detail::tPlainRegister<int, 4> const mixed = detail::Shuffle<7, 0, 3, 4>(a, b);
+    using Four = detail::Register<int, 16>;
+    Four const a{0, 1, 2, 3};
+    Four const b{4, 5, 6, 7};
+    Four const mixed = detail::Shuffle<7, 0, 3, 4>(a, b);
     EXPECT_EQ(NumbersOf(mixed), (std::array{7, 0, 3, 4}));
     EXPECT_EQ(NumbersOf((a & mixed) ^ b), (std::array{4, 5, 4, 7})); // 0 & 7, 1 & 0, 2 & 3 and 3 & 4 are 0, 0, 2 and 0
 }

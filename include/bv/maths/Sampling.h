@@ -147,7 +147,7 @@ template <typename T>
 template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr T IntoUnit(T x) noexcept
 {
-    x = x < T{0} ? T{0} : x;
+    x = NotNegative(x);
     return x >= T{1} ? BELOW_ONE<T> : x;
 }
 

@@ -4,13 +4,13 @@
 /// A single number: its bits, its magnitude and its sign.
 
 #include <cstdint>
+#include <limits>
 #include <type_traits>
 
 #include "bv/detail/Platform.h"
 
 #if !BV_GNU
 #include <bit>
-#include <limits>
 #endif
 
 namespace bv::maths::detail
@@ -89,5 +89,17 @@ template <typename T>
 }
 
 #endif
+
+/// A number, or 0 instead of a negative one. NaN and -0 stay as they are.
+template <typename T>
+[[nodiscard, gnu::always_inline]] constexpr T NotNegative(T x) noexcept
+{
+#if defined __wasm__
+    // Clang takes a comparison with 0 for WebAssembly's maximum, which makes 0 of -0.
+    return x <= -std::numeric_limits<T>::denorm_min() ? T{0} : x;
+#else
+    return x < T{0} ? T{0} : x;
+#endif
+}
 
 } // namespace bv::maths::detail

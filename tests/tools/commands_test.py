@@ -24,6 +24,8 @@ PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "p
             "lintian", "dpkg-shlibdeps", "qemu-x86_64", "x86_64-w64-mingw32-g++-posix", "wine", "wineserver", "strip",
             "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
 
+GROUPS = ("build", "gcc", "clang", "mingw", "test", "demo", "check", "bench", "package")
+
 NOTE = r"""#!{bash}
 [ "${{0##*/}} $1" = "python3 -c" ] || printf '%s\n' "${{0##*/}} $*" >>"$NOTES"
 """
@@ -126,7 +128,7 @@ class Arguments(CommandTest):
         self.assertIn("MAX_SIDE = 16384;", options)
 
     def test_unknown_arguments_are_refused(self):
-        groups = "(groups: build, gcc, clang, mingw, test, demo, check, bench, package)"
+        groups = f"(groups: {', '.join(GROUPS)})"
         presets = "(presets: release, clang, v3, debug, sanitize, mingw, mingw-static, mingw-clang)"
         size = "(usage: tools/demo [WIDTHxHEIGHT])"
         for message, *command in (
@@ -324,7 +326,7 @@ class Libraries(CommandTest):
         lines = [line.split(maxsplit=3) for line in table.splitlines() if not line.startswith("#")]
         self.assertGreater(len(lines), 30)
         for groups, package, kind, *wanted in lines:
-            self.assertLessEqual(set(groups.split(",")), {"build", "gcc", "clang", "mingw", "test", "demo", "check", "bench"})
+            self.assertLessEqual(set(groups.split(",")), set(GROUPS))
             self.assertRegex(package, r"^[a-z0-9.+-]+$")
             self.assertIn(kind, ("program", "compiler", "python", "sanitizers", "package", "header", "library"))
             self.assertEqual(bool(wanted), kind not in ("compiler", "sanitizers"))

@@ -171,16 +171,22 @@ template <typename T>
 [[nodiscard, gnu::always_inline]] inline bool ClipOrientedBox(tRay<T> const& ray, tOrientedBox<T> const& box, T& tNear,
                                                               T& tFar) noexcept
 {
+    using Lanes = detail::tThree<T>;
     if (!box.IsValid())
         return false;
+    // Along the axes of the box, in registers throughout: what is stored number by number and read as a whole waits.
+    Lanes x = detail::LoadThree<T>(box.GetAxis(0));
+    Lanes y = detail::LoadThree<T>(box.GetAxis(1));
+    Lanes z = detail::LoadThree<T>(box.GetAxis(2));
+    detail::Transpose(x, y, z);
     tVector3<T> const way = ray.origin - box.GetCentre();
-    tVector3<T> const& d = ray.direction;
-    tVector3<T> const& x = box.GetAxis(0);
-    tVector3<T> const& y = box.GetAxis(1);
-    tVector3<T> const& z = box.GetAxis(2);
-    tVector3<T> const& half = box.GetHalfExtents();
-    tRay<T> const seen({way.Dot(x), way.Dot(y), way.Dot(z)}, {d.Dot(x), d.Dot(y), d.Dot(z)});
-    return seen.Clip(tVolumeAABB<T>(-half, half), tNear, tFar);
+    Lanes const start = detail::TurnInto(x, y, z, way);
+    Lanes const along = detail::TurnInto(x, y, z, ray.direction);
+    Lanes const half = detail::FirstAgain(detail::LoadThree<T>(box.GetHalfExtents()));
+    tVector3<T> const& halves = box.GetHalfExtents();
+    tRay<T> const seen({detail::Get<0>(start), detail::Get<1>(start), detail::Get<2>(start)},
+                       {detail::Get<0>(along), detail::Get<1>(along), detail::Get<2>(along)});
+    return seen.ClipLanes(along, start, detail::Negated(half), half, tVolumeAABB<T>(-halves, halves), tNear, tFar);
 }
 
 /// The ray moved by a matrix, with its parameter kept: the matrix moves the point at t of the ray to the point at t of

@@ -18,6 +18,10 @@
 namespace bv::maths
 {
 
+template <typename T>
+[[nodiscard, gnu::always_inline]] inline bool ClipOrientedBox(tRay<T> const& ray, tOrientedBox<T> const& box, T& tNear,
+                                                              T& tFar) noexcept;
+
 /// Half-line from an origin along a direction. The parameter t names the point origin + t * direction.
 ///
 /// Nothing is checked and nothing throws: degenerate input gives the infinities and NaN of IEEE arithmetic.
@@ -87,6 +91,14 @@ protected:
                                         T& s) const noexcept;
 
 private:
+    template <typename U>
+    friend bool ClipOrientedBox(tRay<U> const& ray, tOrientedBox<U> const& box, U& tNear, U& tFar) noexcept;
+
+    /// Clip() for numbers of this ray and of the box that are in registers, an axis in each lane. The lane that counts
+    /// for nothing is one of x.
+    [[nodiscard, gnu::always_inline]] inline bool
+    ClipLanes(detail::tThree<T> const& along, detail::tThree<T> const& start, detail::tThree<T> const& lower,
+              detail::tThree<T> const& upper, tVolumeAABB<T> const& box, T& tNear, T& tFar) const noexcept;
     /// Narrows [tNear, tFar] axis by axis, as Clip() describes it.
     [[nodiscard, gnu::always_inline]] inline bool ClipSides(tVolumeAABB<T> const& box, T& tNear,
                                                             T& tFar) const noexcept;
@@ -113,17 +125,23 @@ inline bool tRay<T>::Clip(tVolumeSphere<T> const& sphere, T& tNear, T& tFar) con
 template <typename T>
 inline bool tRay<T>::Clip(tVolumeAABB<T> const& box, T& tNear, T& tFar) const noexcept
 {
+    return ClipLanes(detail::LoadFresh(direction), detail::LoadFresh(origin), detail::LoadFirst<3>(box),
+                     detail::LoadLast<0>(box), box, tNear, tFar);
+}
+
+template <typename T>
+inline bool tRay<T>::ClipLanes(detail::tThree<T> const& along, detail::tThree<T> const& start,
+                               detail::tThree<T> const& lower, detail::tThree<T> const& upper,
+                               tVolumeAABB<T> const& box, T& tNear, T& tFar) const noexcept
+{
     using Lanes = detail::tThree<T>;
-    // The lane that counts for nothing is one of x: behind a box's lower corner stands the x of its upper one.
-    Lanes const along = detail::LoadFresh(direction);
     Lanes const margin = detail::Broadcast<Lanes>(TOLERANCE<T>);
     Lanes const one = detail::Broadcast<Lanes>(T{1});
     auto const crosses = margin < detail::Magnitude(along);
     // Of no axis in particular, so that a loop can keep them; and no division by zero.
     Lanes const reciprocal = one / detail::OrWhereNot(crosses, along, one);
-    Lanes const start = detail::LoadFresh(origin);
-    Lanes const t1 = (detail::LoadFirst<3>(box) - start - margin) * reciprocal;
-    Lanes const t2 = (detail::LoadLast<0>(box) - start + margin) * reciprocal;
+    Lanes const t1 = (lower - start - margin) * reciprocal;
+    Lanes const t2 = (upper - start + margin) * reciprocal;
     if (detail::AllThree(crosses))
     {
         // The interval only shrinks, so its last state tells of all three axes. A slab that lies behind leaves it below

@@ -72,6 +72,21 @@ template <int FOURTH = 2, typename T, template <typename> typename Six>
         return Choose<1, 2, 3, 1 + FOURTH>(LoadFrom<tThree<T>, 2 * sizeof(T)>(six));
 }
 
+/// Three numbers, and the first of them once more in the lane that counts for nothing.
+template <typename V>
+[[nodiscard, gnu::always_inline]] inline V FirstAgain(V const& v) noexcept
+{
+    return Choose<0, 1, 2, 0>(v);
+}
+
+/// The components of a vector along three axes, which are given as columns; summed x, y, z of the vector.
+template <typename V, typename Vector>
+[[nodiscard, gnu::always_inline]] inline V TurnInto(V const& column1, V const& column2, V const& column3,
+                                                    Vector const& v) noexcept
+{
+    return FirstAgain(column1 * Broadcast<V>(v.x) + column2 * Broadcast<V>(v.y) + column3 * Broadcast<V>(v.z));
+}
+
 /// Whether a mask is set for all three components.
 template <typename M>
 [[nodiscard, gnu::always_inline]] inline bool AllThree(M const& mask) noexcept

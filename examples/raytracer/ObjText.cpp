@@ -60,13 +60,19 @@ std::string FindFaultOfVertex(std::string_view words)
     return {};
 }
 
+/// The part of a corner's word that names its vertex.
+std::string_view GetName(std::string_view word)
+{
+    return word.substr(0, word.find('/'));
+}
+
 /// What is wrong with a face after so many vertices, of so many in the whole file; empty if nothing is.
 std::string FindFaultOfFace(std::string_view words, std::size_t before, std::size_t all)
 {
     unsigned corners = 0;
     for (std::string_view word = TakeWord(words); !word.empty(); word = TakeWord(words))
     {
-        std::string_view const name = word.substr(0, word.find('/'));
+        std::string_view const name = GetName(word);
         int index = 0;
         bool const isThere = ReadWhole(name, index) && index != 0 &&
                              (index > 0 ? static_cast<std::size_t>(index) <= all
@@ -77,6 +83,15 @@ std::string FindFaultOfFace(std::string_view words, std::size_t before, std::siz
             return "a face has more than " + std::to_string(MAX_CORNERS) + " corners";
     }
     return {};
+}
+
+/// Adds a face by its vertices alone: the reader stops at what it cannot read of the rest.
+void AppendFace(std::string& geometry, std::string_view words)
+{
+    geometry += 'f';
+    for (std::string_view word = TakeWord(words); !word.empty(); word = TakeWord(words))
+        geometry.append(" ").append(GetName(word));
+    geometry += '\n';
 }
 
 std::size_t CountVertices(std::string_view text)
@@ -115,7 +130,10 @@ std::string GetGeometry(std::string const& path, std::string const& text)
             continue;
         if (!fault.empty())
             throw UserError(path + ", line " + std::to_string(number) + ": " + fault);
-        geometry.append(line).push_back('\n');
+        if (kind == "f")
+            AppendFace(geometry, words);
+        else
+            geometry.append(line).push_back('\n');
     }
     return geometry;
 }

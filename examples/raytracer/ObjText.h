@@ -5,9 +5,9 @@
 namespace raytracer
 {
 
-/// The vertices and faces of the text of a Wavefront OBJ file, a line each, once they are known to mean what they say:
-/// the OBJ reader takes what is no number for zero, what is too large for another one, and faces of many corners for
-/// smaller ones.
+/// The vertices and the faces, by their vertices alone, of the text of a Wavefront OBJ file, a line each, as they mean
+/// it: the OBJ reader takes what is no number for zero, what is too large for another one, and faces of many corners
+/// for smaller ones.
 ///
 /// @param path of the file, for messages.
 /// @throws UserError for a vertex without three finite coordinates, and for a face that names what is not there or has

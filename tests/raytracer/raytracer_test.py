@@ -340,6 +340,12 @@ class BadMeshes(RayTracerTest):
     def test_a_name_with_control_bytes_stays_one_line(self):
         self.assert_refused("a?b?.obj: No such file", self.path("a\nb\x1b.obj"), *TINY)
 
+    def test_what_a_face_says_beside_its_vertices_does_not_matter(self):
+        expected = self.draw(*TINY, mesh=self.write("plain.obj", self.VERTICES + "f 1 2 3\n"))
+        for corner in ("1/", "1//", "1/0/0", "1/x", "1/\0", "1//1\0\0"):
+            mesh = self.write("odd.obj", self.VERTICES + f"f {corner} 2/9/9 3\n")
+            self.assertTrue(self.draw(*TINY, mesh=mesh) == expected, repr(corner))
+
     def test_a_number_of_hundreds_of_digits(self):
         self.assert_mesh_refused(": a coordinate has too many digits", f"v 1{'0' * 400}e-400 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n")
 

@@ -4,6 +4,7 @@
 /// The numbers that the rows of cameras and inverses work on, and how a row's results become numbers to agree on.
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <string>
 #include <vector>

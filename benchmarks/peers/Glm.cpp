@@ -20,8 +20,10 @@
 #include <glm/gtx/integer.hpp>
 
 #include "MatrixData.h"
+
 #include "ScalarData.h"
 #include "Topics.h"
+#include <limits>
 
 namespace bench::BENCH_GLM
 {

@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cstddef>
+#include <limits>
 
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/detail/Rows.h"

@@ -1,6 +1,7 @@
 #include "bv/maths/tOrientedBox.h"
 
 #include <cstddef>
+#include <limits>
 
 #include "bv/maths/Componentwise.h"
 #include "bv/maths/tMatrix4.h"

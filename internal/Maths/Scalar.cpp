@@ -1,5 +1,8 @@
 #define BV_INSTANCES // of the inline functions: see bv/Export.h
 #include "bv/maths/Scalar.h"
+
+#include <limits>
+
 #include "bv/maths/IsEqual.h"
 
 namespace bv::maths

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <limits>
 
 #include "bv/maths/detail/Lanes.h"
 

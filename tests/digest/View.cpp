@@ -1,8 +1,10 @@
 #include <bv/maths/View.h>
 
 #include "Matrices.h"
+
 #include "Run.h"
 #include "Topics.h"
+#include <limits>
 
 namespace digest
 {

@@ -1,6 +1,7 @@
 // The loops behind the batch forms, each set by itself: a library chooses one of them, and its tests would see only
 // that.
 
+#include <cmath>
 #include <random>
 #include <string>
 #include <utility>

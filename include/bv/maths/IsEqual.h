@@ -3,8 +3,8 @@
 /// @file
 /// The library-wide tolerant comparison of floating-point values, and its tolerances.
 
+#include <cfloat>
 #include <cstdint>
-#include <limits>
 #include <type_traits>
 
 #include "bv/Export.h"
@@ -15,10 +15,24 @@
 namespace bv::maths
 {
 
+namespace detail
+{
+
+// By <cfloat>: <limits> would make up a fifth of what a tuple costs whoever includes it.
+template <typename T>
+inline constexpr T MACHINE_EPSILON = sizeof(T) == sizeof(float) ? static_cast<T>(FLT_EPSILON)
+                                                                : static_cast<T>(DBL_EPSILON);
+
+/// The largest finite number.
+template <typename T>
+inline constexpr T LARGEST_NUMBER = sizeof(T) == sizeof(float) ? static_cast<T>(FLT_MAX) : static_cast<T>(DBL_MAX);
+
+} // namespace detail
+
 /// The shared tolerance of a precision: ten machine epsilons, 1.1920928955078125e-06 for `float` and
 /// 2.220446049250313e-15 for `double`. It is also the threshold of the singularity, division and parallelism tests.
 template <typename T>
-inline constexpr T TOLERANCE = T{10} * std::numeric_limits<T>::epsilon();
+inline constexpr T TOLERANCE = T{10} * detail::MACHINE_EPSILON<T>;
 
 namespace detail
 {
@@ -30,7 +44,7 @@ template <typename Bits, typename T>
 [[nodiscard, gnu::always_inline]] constexpr bool IsWithinSteps(T a, T b) noexcept
 {
     using Signed = std::make_signed_t<Bits>;
-    constexpr int SIGN_BIT = std::numeric_limits<Bits>::digits - 1;
+    constexpr int SIGN_BIT = 8 * sizeof(Bits) - 1;
     constexpr Bits SIGN = Bits{1} << SIGN_BIT;
     constexpr Bits STEPS = 50;
     Bits const bitsA = BitsAs<Bits>(a);
@@ -78,7 +92,7 @@ template <typename Bits, typename T>
     bool const isWithinSteps = IsWithinSteps<Bits>(a, b);
 #if BV_GNU
     // Beside a finite constant, nothing can go wrong. All that is 50 values from 0 is within the tolerance.
-    if (__builtin_constant_p(BitsAs<Bits>(b)) && Magnitude(b) <= std::numeric_limits<T>::max())
+    if (__builtin_constant_p(BitsAs<Bits>(b)) && Magnitude(b) <= LARGEST_NUMBER<T>)
         return static_cast<bool>(static_cast<int>(b != T{0} && isWithinSteps) |
                                  static_cast<int>(IsWithinTolerance(a, b)));
 #endif
@@ -143,7 +157,7 @@ template <typename T>
 template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr bool IsSameComponent(T a, T b) noexcept
 {
-    if constexpr (std::numeric_limits<T>::is_integer)
+    if constexpr (std::is_integral_v<T>)
         return a == b;
     else
         return IsSameReal(a, b);

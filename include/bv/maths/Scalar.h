@@ -3,10 +3,10 @@
 /// @file
 /// Easing curves, a periodic ramp and a logarithm to a chosen number of binary digits.
 
-#include <cmath>
 #include <limits>
 
 #include "bv/Export.h"
+#include "bv/maths/detail/Number.h"
 
 namespace bv::maths
 {
@@ -84,7 +84,7 @@ template <typename T>
 template <typename T>
 [[nodiscard]] inline T SawTooth(T x, T period) noexcept
 {
-    T const remainder = std::fmod(x, period);
+    T const remainder = detail::Remainder(x, period);
     return x >= T{0} ? remainder : remainder + period;
 }
 

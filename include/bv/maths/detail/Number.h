@@ -4,13 +4,16 @@
 /// A single number: its bits, its magnitude and its sign.
 
 #include <cstdint>
-#include <limits>
 #include <type_traits>
 
 #include "bv/detail/Platform.h"
 
+#if !BV_GNU || defined __wasm__
+#include <limits>
+#endif
 #if !BV_GNU
 #include <bit>
+#include <cmath>
 #endif
 
 namespace bv::maths::detail
@@ -101,5 +104,30 @@ template <typename T>
     return x < T{0} ? T{0} : x;
 #endif
 }
+
+#if BV_GNU
+
+/// What is left of x when y is taken from it as often as goes towards zero, exactly, as `std::fmod` has it. (<cmath>
+/// costs more than all of the vectors.)
+[[nodiscard, gnu::always_inline]] inline float Remainder(float x, float y) noexcept
+{
+    return __builtin_fmodf(x, y);
+}
+
+/// @copydoc Remainder(float, float)
+[[nodiscard, gnu::always_inline]] inline double Remainder(double x, double y) noexcept
+{
+    return __builtin_fmod(x, y);
+}
+
+#else
+
+template <typename T>
+[[nodiscard]] inline T Remainder(T x, T y) noexcept
+{
+    return std::fmod(x, y);
+}
+
+#endif
 
 } // namespace bv::maths::detail

@@ -173,8 +173,9 @@ class Arguments(CommandTest):
 
     def test_one_server_of_wine_serves_all_programs_for_windows(self):
         self.assert_runs("tools/test", "mingw")
-        servers = [line for line in self.noted() if line.startswith(("wineserver", "cmake --preset", "ctest"))]
-        self.assertEqual(servers, ["wineserver -p", "cmake --preset mingw", "ctest --preset mingw", "wineserver -k"])
+        servers = [line for line in self.noted() if line.startswith(("wine", "cmake --preset", "ctest"))]
+        self.assertEqual(servers, ["wineserver -p", "wine wineboot", "cmake --preset mingw", "ctest --preset mingw",
+                                   "wineserver -k"])
         self.assert_runs("tools/test", "release")
         self.assertNotIn("wineserver -p", self.noted())
 

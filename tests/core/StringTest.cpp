@@ -40,7 +40,9 @@ static_assert(std::is_same_v<decltype(&String::operator<), Comparison>);
 static_assert(std::is_same_v<decltype(&String::operator>), Comparison>);
 using Ordering = std::strong_ordering (String::*)(String const&) const noexcept;
 static_assert(std::is_same_v<decltype(&String::operator<=>), Ordering>);
+#if defined __cpp_lib_three_way_comparison
 static_assert(std::totally_ordered<String> && std::three_way_comparable<String, std::strong_ordering>);
+#endif
 static_assert(std::is_same_v<decltype(&String::Contains), Comparison>);
 static_assert(std::is_same_v<decltype(&String::IsEmpty), bool (String::*)() const noexcept>);
 static_assert(!std::is_nothrow_move_constructible_v<String>, "what would be moved is copied, and none is ever null");

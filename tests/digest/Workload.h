@@ -144,13 +144,13 @@ public:
                     direction[axis] = OneIn(2) ? T{0} : -T{0};
         return OneIn(2) ? Normalised(direction) : direction;
     }
-    /// Zero times infinity is a NaN of a sign that differs between processors: here it is negative.
+    /// Zero times infinity is a NaN whose sign differs between processors: here it is negative.
     template <typename T>
     [[nodiscard]] static tVector3<T> Normalised(tVector3<T> const& direction) noexcept
     {
         tVector3<T> unit = direction.Normalised();
         for (std::size_t axis = 0; axis < 3; ++axis)
-            if (direction[axis] == 0 && unit[axis] != unit[axis])
+            if (direction[axis] == direction[axis] && unit[axis] != unit[axis])
                 unit[axis] = -std::numeric_limits<T>::quiet_NaN();
         return unit;
     }

@@ -21,10 +21,11 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BASH = shutil.which("bash")
 TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdir", "mv", "rm", "cat", "sleep", "chmod")
 PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "python3", "objdump", "gdb", "lldb-14",
-            "lintian", "dpkg-shlibdeps", "qemu-x86_64", "x86_64-w64-mingw32-g++-posix", "wine", "wineserver", "strip",
-            "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
+            "lintian", "dpkg-shlibdeps", "qemu-x86_64", "x86_64-w64-mingw32-g++-posix", "wine", "wineserver",
+            "aarch64-linux-gnu-g++", "qemu-aarch64", "s390x-linux-gnu-g++", "qemu-s390x", "em++", "node", "strip", "taskset",
+            "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
 
-GROUPS = ("build", "gcc", "clang", "mingw", "test", "demo", "check", "bench", "package")
+GROUPS = ("build", "gcc", "clang", "mingw", "test", "demo", "check", "bench", "package", "aarch64", "s390x", "wasm")
 
 NOTE = r"""#!{bash}
 [ "${{0##*/}} $1" = "python3 -c" ] || printf '%s\n' "${{0##*/}} $*" >>"$NOTES"
@@ -129,7 +130,7 @@ class Arguments(CommandTest):
 
     def test_unknown_arguments_are_refused(self):
         groups = f"(groups: {', '.join(GROUPS)})"
-        presets = "(presets: release, clang, v3, debug, sanitize, mingw, mingw-static, mingw-clang)"
+        presets = "(presets: release, clang, v3, debug, sanitize, mingw, mingw-static, mingw-clang, plain, aarch64, s390x, wasm)"
         size = "(usage: tools/demo [WIDTHxHEIGHT])"
         for message, *command in (
                 (f"no such option: --fast {size}", "tools/demo", "--fast"),
@@ -161,7 +162,7 @@ class Arguments(CommandTest):
 
     def test_every_preset_is_known(self):
         presets = json.loads((ROOT / "CMakePresets.json").read_text(encoding="utf-8"))["buildPresets"]
-        self.assertEqual(len(presets), 8)
+        self.assertEqual(len(presets), 12)
         for preset in (preset["name"] for preset in presets):
             self.assert_runs("tools/test", preset)
             self.assertIn(f"ctest --preset {preset}", self.noted())
@@ -253,6 +254,11 @@ class Packages(CommandTest):
         for preset in ("mingw", "mingw-static"):
             self.assert_refused(self.MISSING + "g++-mingw-w64-x86-64-posix wine", "tools/test", preset)
         self.assert_runs("tools/test", "release")
+
+    def test_a_cross_compiler_needs_its_emulator_and_no_other_compiler(self):
+        self.without("clang++", "g++", "qemu-aarch64", "gdb")
+        self.assert_refused(self.MISSING + "googletest qemu-user", "tools/test", "aarch64", LACKING="googletest")
+        self.assert_runs("tools/test", "s390x")
 
     def test_root_installs_what_is_missing_and_nothing_else(self):
         self.without("objdump")

@@ -17,6 +17,22 @@
 #include "bv/maths/tVector3.h"
 #include "bv/maths/tVolumeAABB.h"
 
+namespace bv::maths::detail
+{
+
+/// Aligns a packet as its vectors are long, where they are not so by themselves. (LLDB is confused by an alignment that
+/// is said once more.)
+template <typename Vector, bool IS_ALIGNED = alignof(Vector) == sizeof(Vector)>
+struct tPacketAlignment
+{
+};
+template <typename Vector>
+struct alignas(sizeof(Vector)) tPacketAlignment<Vector, false>
+{
+};
+
+} // namespace bv::maths::detail
+
 namespace bv::maths::simd
 {
 
@@ -29,7 +45,7 @@ namespace bv::maths::simd
 /// @tparam Packet the class that derives from this one.
 /// @tparam Lanes the type of the vectors, as `Lanes::Vector`.
 template <typename Packet, typename Lanes>
-class alignas(sizeof(typename Lanes::Vector)) tRayPacket
+class tRayPacket : detail::tPacketAlignment<typename Lanes::Vector>
 {
 public:
     using Vector = typename Lanes::Vector; ///< one number for each ray

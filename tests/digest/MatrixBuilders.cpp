@@ -18,10 +18,11 @@ template <typename T>
 T Quiet(T value, T near)
 {
     using Bits = detail::Integer<T>;
-    Bits const steps = detail::BitsAs<Bits>(near) - detail::BitsAs<Bits>(value);
-    if (near == near || value != value || steps < 0)
+    Bits const beyond = detail::BitsAs<Bits>(near);
+    Bits const start = detail::BitsAs<Bits>(value);
+    if (near == near || value != value || beyond < start)
         return near;
-    return steps <= 50 ? value : std::numeric_limits<T>::quiet_NaN();
+    return beyond - 50 <= start ? value : std::numeric_limits<T>::quiet_NaN();
 }
 
 template <typename T>

@@ -273,20 +273,28 @@ struct tDepthElements
     T m33, m34;
 };
 
-/// What m33 of a central projection is, times the depth.
+/// What m33 and m34 of a central projection are times the depth, and the depth. Beside a far plane at infinity,
+/// anything finite: the quotients of infinities, which do not count, would raise a flag.
 template <typename T>
-[[nodiscard, gnu::always_inline]] inline T GetDepthDividend(T nearPlane, T farPlane, DepthRange range) noexcept
+struct tDepthFractions
 {
-    if (range == DepthRange::ZERO_TO_ONE)
-        return -farPlane;
-    return range == DepthRange::ONE_TO_ZERO ? nearPlane : -(farPlane + nearPlane);
-}
+    T m33;
+    T m34; ///< 0 in the ranges in which it is a product with m33
+    T depth;
+};
 
-/// What m34 is, times the depth, from -1 to 1. In the other ranges it is a product with m33.
 template <typename T>
-[[nodiscard, gnu::always_inline]] inline T GetOffsetDividend(T nearPlane, T farPlane) noexcept
+[[nodiscard, gnu::always_inline]] inline tDepthFractions<T> GetDepthFractions(T nearPlane, T farPlane,
+                                                                              DepthRange range) noexcept
 {
-    return T{-2} * farPlane * nearPlane;
+    bool const isInfinite = farPlane == std::numeric_limits<T>::infinity();
+    T const depth = isInfinite ? T{1} : farPlane - nearPlane;
+    T const end = isInfinite ? nearPlane : farPlane;
+    if (range == DepthRange::ZERO_TO_ONE)
+        return {-end, T{0}, depth};
+    if (range == DepthRange::ONE_TO_ZERO)
+        return {nearPlane, T{0}, depth};
+    return {-(end + nearPlane), T{-2} * end * nearPlane, depth};
 }
 
 /// The elements of a central projection, from the quotients of the two dividends and the depth.
@@ -375,10 +383,9 @@ template <typename T>
         CheckLens(tangent, aspect, nearPlane, farPlane, place);
     T const zero{0};
     T const one{1};
-    T const depth = farPlane - nearPlane;
-    auto const quotients =
-        Four(one, one, GetDepthDividend(nearPlane, farPlane, range), GetOffsetDividend(nearPlane, farPlane)) /
-        Four(tangent * aspect, tangent, depth, depth);
+    auto const fractions = GetDepthFractions(nearPlane, farPlane, range);
+    auto const quotients = Four(one, one, fractions.m33, fractions.m34) /
+                           Four(tangent * aspect, tangent, fractions.depth, fractions.depth);
     auto const [m33, m34] = GetCentralDepth(Get<2>(quotients), Get<3>(quotients), nearPlane, farPlane, range);
     return MatrixAccess::Make<T>({Four(Get<0>(quotients), zero, zero, zero), Four(zero, Get<1>(quotients), zero, zero),
                                   Four(zero, zero, m33, m34), Four(zero, zero, -one, zero)},
@@ -416,9 +423,8 @@ inline tMatrix4<T> PerspectiveProjection(T left, std::type_identity_t<T> right, 
     Row const extents = upper - lower;
     if (!detail::ArePlainlyDifferent<T>(lower, extents, TOLERANCE<T>)) [[unlikely]]
         detail::CheckExtents<T>(left, right, bottom, top, nearPlane, farPlane, detail::PERSPECTIVE_OF_EXTENTS);
-    T const depth = farPlane - nearPlane;
-    auto const [m33, m34] = detail::GetCentralDepth<T>(detail::GetDepthDividend<T>(nearPlane, farPlane, range) / depth,
-                                                       detail::GetOffsetDividend<T>(nearPlane, farPlane) / depth,
+    auto const fractions = detail::GetDepthFractions<T>(nearPlane, farPlane, range);
+    auto const [m33, m34] = detail::GetCentralDepth<T>(fractions.m33 / fractions.depth, fractions.m34 / fractions.depth,
                                                        nearPlane, farPlane, range);
     return detail::MatrixAccess::Make<T>(detail::CentralRows<T>(T{2} * nearPlane, upper + lower, extents, m33, m34),
                                          tMatrix4<T>::GENERAL);

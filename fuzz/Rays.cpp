@@ -24,16 +24,16 @@ namespace
 using Packet = simd::SSERay;
 using Numbers = std::array<float, Packet::WIDTH>;
 
-Numbers ToNumbers(__m128 const& vector)
+Numbers ToNumbers(Packet::Vector const& vector)
 {
     Numbers numbers{};
     std::memcpy(numbers.data(), &vector, sizeof(vector));
     return numbers;
 }
 
-__m128 ToVector(Numbers const& numbers)
+Packet::Vector ToVector(Numbers const& numbers)
 {
-    __m128 vector;
+    Packet::Vector vector;
     std::memcpy(&vector, numbers.data(), sizeof(vector));
     return vector;
 }
@@ -103,8 +103,8 @@ void Packets(Input& input)
                                                  input.Vector3<float>()};
     Packet packet;
     packet.Initialise(rays.data());
-    __m128 first = ToVector(tNear);
-    __m128 last = ToVector(tFar);
+    Packet::Vector first = ToVector(tNear);
+    Packet::Vector last = ToVector(tFar);
     Numbers const mask = ToNumbers(packet.Clip(box, first, last));
 
     simd::tPacketHits<Packet> hits{ToVector({7, 7, 7, 7}), ToVector({7, 7, 7, 7}), ToVector({7, 7, 7, 7})};
@@ -117,8 +117,8 @@ void Packets(Input& input)
         Packet same; // the ray in every place
         std::array const copies{rays[i], rays[i], rays[i], rays[i]};
         same.Initialise(copies.data());
-        __m128 ownFirst = ToVector({tNear[i], tNear[i], tNear[i], tNear[i]});
-        __m128 ownLast = ToVector({tFar[i], tFar[i], tFar[i], tFar[i]});
+        Packet::Vector ownFirst = ToVector({tNear[i], tNear[i], tNear[i], tNear[i]});
+        Packet::Vector ownLast = ToVector({tFar[i], tFar[i], tFar[i], tFar[i]});
         Numbers const ownMask = ToNumbers(same.Clip(box, ownFirst, ownLast));
         for (std::size_t j = 0; j < rays.size(); ++j)
             Require(IsSet(ownMask[j]) == IsSet(mask[i]) && IsSame(ToNumbers(ownFirst)[j], ToNumbers(first)[i]) &&

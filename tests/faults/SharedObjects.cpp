@@ -1,5 +1,6 @@
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <latch>
 #include <optional>
 #include <sstream>
@@ -127,8 +128,12 @@ TEST(SharedObjects, AreReadAsConstantsOfFunctions)
     ExpectTheSameInEveryThread(
         []
         {
-            __m128 const four = _mm_set1_ps(4);
-            float const near = _mm_cvtss_f32(_mm_rcp_nr(four)) + _mm_cvtss_f32(_mm_rsqrt_nr(four));
+            std::array<float, 4> numbers{4, 4, 4, 4};
+            simd::FourFloats four;
+            std::memcpy(&four, numbers.data(), sizeof(four));
+            simd::FourFloats const sums = _mm_rcp_nr(four) + _mm_rsqrt_nr(four);
+            std::memcpy(numbers.data(), &sums, sizeof(sums));
+            float const near = numbers[0];
             return std::to_string(near) + (IsEqual(1.0F, 1.0F + 1e-6F) && IsEqual(1.0, 1.0 + 1e-15) ? "yes" : "no");
         });
 }

@@ -13,7 +13,7 @@ namespace
 {
 
 template <typename T>
-void Areas(Digest& digest, Workload& work)
+void Areas(Digests& digests, Workload& work)
 {
     using Other = std::conditional_t<sizeof(T) == 4, double, float>;
     for (unsigned int const rarity : RARITIES)
@@ -24,36 +24,40 @@ void Areas(Digest& digest, Workload& work)
             tVector2<T> const point = work.Vector2<T>(rarity);
             T const number = work.Number<T>(rarity);
             tAreaDisc<T> const disc(work.Vector2<T>(rarity), number);
-            digest.Add(box.IsValid(), box.Contains(point, false), box.Contains(point, true),
-                       box.Contains(box.GetMin(), false), box.Contains(box.GetMax(), true), box.DistanceSquared(point),
-                       box.Distance(point), box.GetArea(), box.GetCentre(), box.GetDiagonal(), box.Overlaps(disc),
-                       box == other, box != other, box == box);
+            digests["containment"].Add(box.Contains(point, false), box.Contains(point, true),
+                                       box.Contains(box.GetMin(), false), box.Contains(box.GetMax(), true));
+            digests["distance"].Add(box.DistanceSquared(point), box.Distance(point), box.Overlaps(disc));
+            digests["measures"].Add(box.IsValid(), box.GetArea(), box.GetCentre(), box.GetDiagonal());
+            digests["comparison"].Add(box == other, box != other, box == box);
             for (unsigned char axis = 0; axis < 3; ++axis)
             {
-                digest.Try([&] { return box.GetLength(axis); });
+                digests["measures"].Try([&] { return box.GetLength(axis); });
                 tAreaAABB<T> lower = other;
                 tAreaAABB<T> upper;
                 box.Split(axis, lower, upper);
-                digest.Add(lower, upper);
+                digests["halves"].Add(lower, upper);
                 lower = box;
                 lower.Split(axis, lower, upper);
-                digest.Add(lower, upper);
+                digests["halves"].Add(lower, upper);
             }
             tAreaAABB<T> grown = box;
-            digest.Add(grown.ExpandAndSignal(other), grown);
-            digest.Add(grown.ExpandAndSignal(point), grown);
+            Digest& growth = digests["growth"];
+            growth.Add(grown.ExpandAndSignal(other), grown);
+            growth.Add(grown.ExpandAndSignal(point), grown);
             grown.Expand(number);
-            digest.Add(grown);
+            growth.Add(grown);
             grown.Offset(number);
-            digest.Add(grown);
+            growth.Add(grown);
             grown.Reset();
             grown.Expand(point);
             grown.Expand(other);
-            digest.Add(grown, tAreaAABB<Other>(box), tAreaAABB<T>(point));
+            growth.Add(grown);
+            digests["conversions"].Add(tAreaAABB<Other>(box), tAreaAABB<T>(point));
             tAreaDisc<T> const second(work.Vector2<T>(rarity), point);
-            digest.Add(disc.GetRadius(), disc.GetArea(), disc.Contains(point), disc.Overlaps(second),
-                       second.Overlaps(disc), disc.Overlaps(box), disc == second, disc == disc, second,
-                       tAreaDisc<Other>(disc));
+            digests["discs"].Add(disc.GetRadius(), disc.GetArea(), disc == second, disc == disc, second,
+                                 tAreaDisc<Other>(disc));
+            digests["disc-overlaps"].Add(disc.Contains(point), disc.Overlaps(second), second.Overlaps(disc),
+                                         disc.Overlaps(box));
         }
 }
 
@@ -61,7 +65,7 @@ void Areas(Digest& digest, Workload& work)
 
 void RunAreas()
 {
-    RunBoth("areas-and-discs", Areas<float>, Areas<double>);
+    RunBoth("areas", Areas<float>, Areas<double>);
 }
 
 } // namespace digest

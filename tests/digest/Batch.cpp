@@ -66,7 +66,7 @@ struct Vertex
 };
 
 template <typename T>
-void Transforms(Digest& digest, Workload& work)
+void Transforms(Digests& digests, Workload& work)
 {
     ForLengths(
         [&](unsigned int rarity, std::size_t length)
@@ -80,58 +80,58 @@ void Transforms(Digest& digest, Workload& work)
             std::vector<T> y(length);
             std::vector<T> z(length);
             std::vector<std::uint64_t> bits(GetBitWords(length));
-            digest.Try(
+            digests["points"].Try(
                 [&]
                 {
                     TransformPoints(matrix, points, positions);
                     return true;
                 });
             for (Vertex<T> const& vertex : vertices)
-                digest.Add(vertex.position);
-            digest.Add(TryTransformPoints(matrix, points, results, bits));
-            AddAll(digest, results);
-            AddAll(digest, bits);
+                digests["points"].Add(vertex.position);
+            digests["try-points"].Add(TryTransformPoints(matrix, points, results, bits));
+            AddAll(digests["try-points"], results);
+            AddAll(digests["try-points"], bits);
             TransformPointsAffinely(matrix, points, tVectorView<T>(x, y, z));
-            AddAll(digest, x);
-            AddAll(digest, y);
-            AddAll(digest, z);
+            AddAll(digests["affine-points"], x);
+            AddAll(digests["affine-points"], y);
+            AddAll(digests["affine-points"], z);
             TransformPointsToClip(matrix, tVectorView<T>(x, y, z), results, x);
-            AddAll(digest, results);
-            AddAll(digest, x);
+            AddAll(digests["clip-points"], results);
+            AddAll(digests["clip-points"], x);
             TransformDirections(matrix, points, results);
-            AddAll(digest, results);
+            AddAll(digests["directions"], results);
             NormaliseVectors(results, results);
-            AddAll(digest, results);
+            AddAll(digests["normalised"], results);
 
             auto boxes = Several(length, [&] { return work.Volume<T>(rarity); });
             TransformBoxes(matrix, boxes, boxes);
-            AddAll(digest, boxes);
+            AddAll(digests["boxes"], boxes);
 
             auto const matrices = Several(length, [&] { return work.AnyMatrix<T>(rarity); });
             std::vector<tMatrix4<T>> others(length);
-            digest.Try(
+            digests["inverses"].Try(
                 [&]
                 {
                     InvertMatrices(matrices, others);
                     return true;
                 });
-            AddMatrices(digest, others);
+            AddMatrices(digests["inverses"], others);
             MultiplyMatrices(matrix, matrices, others);
-            AddMatrices(digest, others);
+            AddMatrices(digests["products"], others);
             MultiplyMatrices(matrices, others, others);
-            AddMatrices(digest, others);
-            digest.Try(
+            AddMatrices(digests["products"], others);
+            digests["normal-matrices"].Try(
                 [&]
                 {
                     ComputeNormalMatrices(matrices, others);
                     return true;
                 });
-            AddMatrices(digest, others);
+            AddMatrices(digests["normal-matrices"], others);
         });
 }
 
 template <typename T>
-void Shapes(Digest& digest, Workload& work)
+void Shapes(Digests& digests, Workload& work)
 {
     ForLengths(
         [&](unsigned int rarity, std::size_t length)
@@ -146,28 +146,29 @@ void Shapes(Digest& digest, Workload& work)
             std::vector<std::uint8_t> bytes(length);
             std::vector<typename tFrustum<T>::IntersectionResult> results(length);
             tVolumeAABB<T> box = work.Volume<T>(rarity);
-            digest.Add(FindPointsInside(box, work.OneIn(2), points, bits));
-            AddAll(digest, bits);
+            digests["points-inside"].Add(FindPointsInside(box, work.OneIn(2), points, bits));
+            AddAll(digests["points-inside"], bits);
             ExpandBox(box, points);
-            digest.Add(box);
+            digests["expanded-box"].Add(box);
             ClassifyBoxes(view, boxes, std::span(results));
-            AddAll(digest, results);
+            AddAll(digests["boxes"], results);
             ClassifyBoxesByPlane(view, work.Below(PLANES_ALL + 1), boxes, bytes);
-            AddAll(digest, bytes);
-            digest.Add(FindVisibleBoxes(view, boxes, bits), ListVisibleBoxes(view, boxes, indices));
-            AddAll(digest, bits);
-            AddAll(digest, indices);
+            AddAll(digests["boxes-by-plane"], bytes);
+            digests["visible-boxes"].Add(FindVisibleBoxes(view, boxes, bits), ListVisibleBoxes(view, boxes, indices));
+            AddAll(digests["visible-boxes"], bits);
+            AddAll(digests["visible-boxes"], indices);
             ClassifySpheres(view, spheres, std::span(results));
-            AddAll(digest, results);
+            AddAll(digests["spheres"], results);
             indices.assign(length, 0);
-            digest.Add(FindVisibleSpheres(view, spheres, bits), ListVisibleSpheres(view, spheres, indices));
-            AddAll(digest, bits);
-            AddAll(digest, indices);
+            digests["visible-spheres"].Add(FindVisibleSpheres(view, spheres, bits),
+                                           ListVisibleSpheres(view, spheres, indices));
+            AddAll(digests["visible-spheres"], bits);
+            AddAll(digests["visible-spheres"], indices);
         });
 }
 
 template <typename T>
-void Rays(Digest& digest, Workload& work)
+void Rays(Digests& digests, Workload& work)
 {
     ForLengths(
         [&](unsigned int rarity, std::size_t length)
@@ -185,23 +186,23 @@ void Rays(Digest& digest, Workload& work)
             std::vector<T> exits(length);
             std::vector<std::uint64_t> bits(GetBitWords(length));
             T const tNear = work.Number<T>(rarity);
-            digest.Add(ClipBoxes(ray, tNear, tNear + T{20}, boxes, entries, bits));
-            AddAll(digest, entries);
-            AddAll(digest, bits);
-            digest.Add(ClipSpheres(ray, spheres, entries, exits, bits));
-            AddAll(digest, entries);
-            AddAll(digest, exits);
-            AddAll(digest, bits);
+            digests["boxes"].Add(ClipBoxes(ray, tNear, tNear + T{20}, boxes, entries, bits));
+            AddAll(digests["boxes"], entries);
+            AddAll(digests["boxes"], bits);
+            digests["spheres"].Add(ClipSpheres(ray, spheres, entries, exits, bits));
+            AddAll(digests["spheres"], entries);
+            AddAll(digests["spheres"], exits);
+            AddAll(digests["spheres"], bits);
             tVolumeSphere<T> const sphere(work.Vector3<T>(rarity), T{5});
-            digest.Add(ClipRays(tRayView<T const>(rays), sphere, entries, exits, bits));
-            AddAll(digest, entries);
-            AddAll(digest, exits);
-            AddAll(digest, bits);
+            digests["one-sphere"].Add(ClipRays(tRayView<T const>(rays), sphere, entries, exits, bits));
+            AddAll(digests["one-sphere"], entries);
+            AddAll(digests["one-sphere"], exits);
+            AddAll(digests["one-sphere"], bits);
         });
 }
 
 template <typename T>
-void Numbers(Digest& digest, Workload& work)
+void Numbers(Digests& digests, Workload& work)
 {
     ForLengths(
         [&](unsigned int rarity, std::size_t length)
@@ -211,14 +212,14 @@ void Numbers(Digest& digest, Workload& work)
             for (T& number : b)
                 number = work.Near(number);
             std::vector<std::uint64_t> bits(GetBitWords(length));
-            digest.Add(CompareNumbers(a, b, bits));
-            AddAll(digest, bits);
+            digests["comparison"].Add(CompareNumbers(a, b, bits));
+            AddAll(digests["comparison"], bits);
             tExtremes<T> const ends = FindExtremes(tNumberView<T const>(a));
-            digest.Add(ends.min, ends.max);
+            digests["extremes"].Add(ends.min, ends.max);
         });
 }
 
-void Draws(Digest& digest, Workload& work)
+void Draws(Digests& digests, Workload& work)
 {
     RNGenerator generator(work.Below(32768));
     for (std::size_t const length : LENGTHS)
@@ -229,23 +230,23 @@ void Draws(Digest& digest, Workload& work)
         GetFloats(generator, numbers);
         GetVectors2D(generator, two);
         GetVectors3D(generator, three);
-        AddAll(digest, numbers);
-        AddAll(digest, two);
-        AddAll(digest, three);
+        AddAll(digests["generator"], numbers);
+        AddAll(digests["generator"], two);
+        AddAll(digests["generator"], three);
         std::vector<float> results(length);
         std::vector<float> const line(numbers.begin(), numbers.begin() + static_cast<std::ptrdiff_t>(length));
         EvaluateNoise1(line, results);
-        AddAll(digest, results);
+        AddAll(digests["noise-1"], results);
         EvaluateNoise2(two, results);
-        AddAll(digest, results);
+        AddAll(digests["noise-2"], results);
         EvaluateNoise3(three, results);
-        AddAll(digest, results);
+        AddAll(digests["noise-3"], results);
         EvaluateTurbulence1(line, 3, results);
-        AddAll(digest, results);
+        AddAll(digests["turbulence-1"], results);
         EvaluateTurbulence2(two, 4, results);
-        AddAll(digest, results);
+        AddAll(digests["turbulence-2"], results);
         EvaluateTurbulence3(three, 5, results);
-        AddAll(digest, results);
+        AddAll(digests["turbulence-3"], results);
     }
 }
 

@@ -15,7 +15,7 @@ namespace
 {
 
 template <typename T>
-void Bounds(Digest& digest, Workload& work)
+void Bounds(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 3000; ++i)
@@ -24,26 +24,29 @@ void Bounds(Digest& digest, Workload& work)
             tVolumeAABB<T> const b = work.Volume<T>(rarity);
             tVector3<T> const point = work.Vector3<T>(rarity);
             tVolumeSphere<T> const sphere{work.Vector3<T>(rarity), work.Number<T>(rarity)};
-            digest.Add(Union(a, b), Union(a, point), Intersection(a, b), Overlaps(a, b), Contains(a, b), Contains(b, a),
-                       GetSurfaceArea(a), GetClosestPoint(a, point), GetBound(sphere));
+            digests["unions"].Add(Union(a, b), Union(a, point), Intersection(a, b));
+            digests["overlaps"].Add(Overlaps(a, b), Contains(a, b), Contains(b, a));
+            digests["measures"].Add(GetSurfaceArea(a), GetClosestPoint(a, point), GetBound(sphere));
             tVector3<T> corners[8];
             GetCorners(a, corners);
             for (tVector3<T> const& corner : corners)
-                digest.Add(corner);
+                digests["corners"].Add(corner);
             std::optional<tVolumeAABB<T>> const image = ProjectBox(a, work.AnyMatrix<T>(rarity));
-            digest.Add(image.has_value(), image.value_or(tVolumeAABB<T>()));
+            digests["projected"].Add(image.has_value(), image.value_or(tVolumeAABB<T>()));
 
             tAreaAABB<T> const c = work.Area<T>(rarity);
             tAreaAABB<T> const d = work.Area<T>(rarity);
             tVector2<T> const flat = work.Vector2<T>(rarity);
             tAreaDisc<T> const disc{work.Vector2<T>(rarity), work.Number<T>(rarity)};
-            digest.Add(Union(c, d), Union(c, flat), Intersection(c, d), Overlaps(c, d), Contains(c, d), GetPerimeter(c),
-                       GetClosestPoint(c, flat), GetBound(disc), GetCorner(c, 1), GetCorner(c, 2));
+            digests["unions-2d"].Add(Union(c, d), Union(c, flat), Intersection(c, d));
+            digests["overlaps-2d"].Add(Overlaps(c, d), Contains(c, d));
+            digests["measures-2d"].Add(GetPerimeter(c), GetClosestPoint(c, flat), GetBound(disc));
+            digests["corners"].Add(GetCorner(c, 1), GetCorner(c, 2));
         }
 }
 
 template <typename T>
-void BoundingSpheres(Digest& digest, Workload& work)
+void BoundingSpheres(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 1000; ++i)
@@ -55,8 +58,9 @@ void BoundingSpheres(Digest& digest, Workload& work)
             tVector3<T> const point = work.Vector3<T>(rarity);
             tVector2<T> const flatPoint = work.Vector2<T>(rarity);
             tVolumeAABB<T> const box = work.Volume<T>(rarity);
-            digest.Add(Union(sphere, other), Union(sphere, point), Union(disc, flat), Union(disc, flatPoint),
-                       GetBoundingSphere(box), GetBoundingDisc(work.Area<T>(rarity)));
+            digests["unions"].Add(Union(sphere, other), Union(sphere, point));
+            digests["unions-2d"].Add(Union(disc, flat), Union(disc, flatPoint));
+            digests["around-boxes"].Add(GetBoundingSphere(box), GetBoundingDisc(work.Area<T>(rarity)));
 
             std::vector<tVector3<T>> points;
             std::vector<tVector2<T>> flatPoints;
@@ -67,8 +71,8 @@ void BoundingSpheres(Digest& digest, Workload& work)
                 points.push_back(work.Vector3<T>(seldom));
                 flatPoints.push_back(work.Vector2<T>(seldom));
             }
-            digest.Add(GetBoundingSphere(points), GetSmallestSphere(points), GetBoundingDisc(flatPoints),
-                       GetSmallestDisc(flatPoints));
+            digests["around-points"].Add(GetBoundingSphere(points), GetBoundingDisc(flatPoints));
+            digests["smallest"].Add(GetSmallestSphere(points), GetSmallestDisc(flatPoints));
         }
 }
 

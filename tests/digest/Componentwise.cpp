@@ -16,15 +16,17 @@ void Extremes(Digest& digest, V const& value)
 }
 
 template <typename V, typename T>
-void Operations(Digest& digest, V const& a, V const& b, V const& c, T share)
+void Operations(Digests& digests, V const& a, V const& b, V const& c, T share)
 {
-    digest.Add(Min(a, b), Max(a, b), Abs(a), Clamp(a, b, c), Clamp(a, b.x, c.y), Lerp(a, b, share), Lerp(a, b, c),
-               Lerp(a.x, b.y, c.x), Floor(a), Ceil(a));
-    Extremes(digest, a);
+    digests["min-max"].Add(Min(a, b), Max(a, b));
+    digests["clamp"].Add(Clamp(a, b, c), Clamp(a, b.x, c.y));
+    digests["lerp"].Add(Lerp(a, b, share), Lerp(a, b, c), Lerp(a.x, b.y, c.x));
+    digests["rounding"].Add(Abs(a), Floor(a), Ceil(a));
+    Extremes(digests["extremes"], a);
 }
 
 template <typename T>
-void Vectors(Digest& digest, Workload& work)
+void Vectors(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 3000; ++i)
@@ -33,17 +35,17 @@ void Vectors(Digest& digest, Workload& work)
             tVector3<T> const b = work.OneIn(4) ? tVector3<T>(work.Near(a.x), a.y, -a.z) : work.Vector3<T>(rarity);
             tVector3<T> const c = work.Vector3<T>(rarity);
             T const share = work.OneIn(3) ? work.Near(T{0.5}) : work.Number<T>(rarity) / T{8};
-            Operations(digest, a, b, c, share);
-            Operations(digest, tVector2<T>(a.x, a.y), tVector2<T>(b.x, b.y), tVector2<T>(c.x, c.y), share);
-            Operations(digest, tTuple3<T>(a.x, a.y, a.z), tTuple3<T>(b.x, b.y, b.z), tTuple3<T>(c.x, c.y, c.z), share);
-            Operations(digest, tTuple2<T>(a.x, a.y), tTuple2<T>(b.x, b.y), tTuple2<T>(c.x, c.y), share);
+            Operations(digests, a, b, c, share);
+            Operations(digests, tVector2<T>(a.x, a.y), tVector2<T>(b.x, b.y), tVector2<T>(c.x, c.y), share);
+            Operations(digests, tTuple3<T>(a.x, a.y, a.z), tTuple3<T>(b.x, b.y, b.z), tTuple3<T>(c.x, c.y, c.z), share);
+            Operations(digests, tTuple2<T>(a.x, a.y), tTuple2<T>(b.x, b.y), tTuple2<T>(c.x, c.y), share);
             tVector3<T> const anything{work.Wide<T>(), work.Wide<T>(), work.Wide<T>() / T(0x1p66)};
-            digest.Add(Floor(anything), Ceil(anything));
+            digests["rounding"].Add(Floor(anything), Ceil(anything));
         }
 }
 
 template <typename T>
-void Tuples(Digest& digest, Workload& work)
+void Tuples(Digests& digests, Workload& work)
 {
     auto const next = [&] { return static_cast<T>(work.OneIn(2) ? work.Below(5) : work.Bits()); };
     for (int i = 0; i < 3000; ++i)
@@ -53,12 +55,12 @@ void Tuples(Digest& digest, Workload& work)
         tTuple3<T> const b(numbers + 3);
         tTuple2<T> const c(numbers + 1);
         tTuple2<T> const d(numbers + 2);
-        digest.Add(Min(a, b), Max(a, b), Clamp(a, b, a), Clamp(a, c.x, b.x));
-        digest.Add(Min(c, d), Max(c, d), Clamp(c, d, c), Clamp(c, a.x, b.x));
+        digests["min-max"].Add(Min(a, b), Max(a, b), Min(c, d), Max(c, d));
+        digests["clamp"].Add(Clamp(a, b, a), Clamp(a, c.x, b.x), Clamp(c, d, c), Clamp(c, a.x, b.x));
         if constexpr (std::is_signed_v<T>)
-            digest.Add(Abs(a), Abs(c));
-        Extremes(digest, a);
-        Extremes(digest, c);
+            digests["magnitude"].Add(Abs(a), Abs(c));
+        Extremes(digests["extremes"], a);
+        Extremes(digests["extremes"], c);
     }
 }
 
@@ -67,8 +69,8 @@ void Tuples(Digest& digest, Workload& work)
 void RunComponentwise()
 {
     RunBoth("componentwise", Vectors<float>, Vectors<double>);
-    Run("componentwise.int", Tuples<int>);
-    Run("componentwise.unsigned", Tuples<unsigned int>);
+    Run("componentwise", Tuples<int>, ".int");
+    Run("componentwise", Tuples<unsigned int>, ".unsigned");
 }
 
 } // namespace digest

@@ -14,7 +14,7 @@ namespace
 {
 
 template <typename T>
-void Frames(Digest& digest, Workload&)
+void Frames(Digests& digests, Workload&)
 {
     std::vector<tCoordinateFrame<T>> frames;
     for (unsigned char x = 0; x < 7; ++x)
@@ -22,9 +22,9 @@ void Frames(Digest& digest, Workload&)
             for (unsigned char z = 0; z < 7; ++z)
             {
                 tCoordinateFrame<T> set;
-                digest.Try([&] { return set.Set(x, y, z).GetX(); });
-                digest.Add(set.GetX(), set.GetY(), set.GetZ());
-                digest.Try(
+                digests["construction"].Try([&] { return set.Set(x, y, z).GetX(); });
+                digests["construction"].Add(set.GetX(), set.GetY(), set.GetZ());
+                digests["construction"].Try(
                     [&]
                     {
                         tCoordinateFrame<T> const frame(x, y, z);
@@ -35,14 +35,14 @@ void Frames(Digest& digest, Workload&)
     for (std::size_t i = 0; i < frames.size(); ++i)
     {
         for (unsigned char direction = 0; direction < 8; ++direction)
-            digest.Add(frames[i].GetVector(direction));
+            digests["vectors"].Add(frames[i].GetVector(direction));
         for (std::size_t k = i % 5; k < frames.size(); k += 5)
         {
-            AddWhole(digest, frames[i].CreateRotationMatrix(frames[k]));
+            AddWhole(digests["rotations"], frames[i].CreateRotationMatrix(frames[k]));
             unsigned char faces[6] = {9, 9, 9, 9, 9, 9};
             frames[i].MapCubeMap(frames[k], faces);
             for (unsigned char const face : faces)
-                digest.Add(face);
+                digests["cube-maps"].Add(face);
         }
     }
 }

@@ -11,21 +11,23 @@ namespace
 {
 
 template <typename T>
-void Differentials(Digest& digest, Workload& work)
+void Differentials(Digests& digests, Workload& work)
 {
     auto const add = [&](auto const& a, auto const& b, T s, auto const& factors)
     {
-        digest.Add(+a, -a, a + b, a - b, a * s, a * factors, a.GetRadius(), a.IsNull(), a.IsInfinite());
+        digests["arithmetic"].Add(+a, -a, a + b, a - b, a * s, a * factors);
+        digests["radius"].Add(a.GetRadius(), a.IsNull(), a.IsInfinite());
+        Digest& inPlace = digests["in-place"];
         auto c = a;
-        digest.Add(c += b);
-        digest.Add(c -= a);
-        digest.Add(c *= s);
-        digest.Add(c *= factors);
-        digest.Add(c /= s);
-        digest.Add(c /= factors);
+        inPlace.Add(c += b);
+        inPlace.Add(c -= a);
+        inPlace.Add(c *= s);
+        inPlace.Add(c *= factors);
+        inPlace.Add(c /= s);
+        inPlace.Add(c /= factors);
         c.Set(a[0]);
-        digest.Add(c /= c(0).x);
-        digest.Add(c /= c(1));
+        inPlace.Add(c /= c(0).x);
+        inPlace.Add(c /= c(1));
     };
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 1500; ++i)
@@ -41,10 +43,10 @@ void Differentials(Digest& digest, Workload& work)
             add(d, tDifferential3<T>(w3, u3), work.Number<T>(rarity), v3);
             tMatrix4<T> const matrix = work.AnyMatrix<T>(rarity);
             T const weight = work.Number<T>(rarity);
-            digest.Add(d.TransformedAsVector(matrix), d.Transformed(matrix, w3, weight));
+            digests["transforms"].Add(d.TransformedAsVector(matrix), d.Transformed(matrix, w3, weight));
             tDifferential3<T> changed = d;
-            digest.Add(changed.TransformAsVector(matrix), changed);
-            digest.Add(changed.Transform(matrix, w3, weight), changed);
+            digests["transforms"].Add(changed.TransformAsVector(matrix), changed);
+            digests["transforms"].Add(changed.Transform(matrix, w3, weight), changed);
         }
 }
 

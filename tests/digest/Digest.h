@@ -7,9 +7,11 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <list>
 #include <string_view>
 #include <type_traits>
 #include <typeinfo>
+#include <utility>
 
 #include <bv/Exception.h>
 #include <bv/String.h>
@@ -30,6 +32,9 @@ namespace digest
 {
 
 using namespace bv::maths;
+
+/// Whether raw bytes, which stand in the order of the machine, are those on record.
+inline constexpr bool IS_LITTLE_ENDIAN = std::endian::native == std::endian::little;
 
 template <typename T>
 concept Whole = std::integral<T> || std::is_enum_v<T>;
@@ -152,6 +157,23 @@ public:
 
 private:
     void AddByte(unsigned char byte) noexcept { hash = (hash ^ byte) * 1099511628211U; }
+};
+
+/// The hashes of a topic's parts, in the order in which they are first asked for.
+class Digests
+{
+    std::list<std::pair<std::string_view, Digest>> parts;
+
+public:
+    [[nodiscard]] Digest& operator[](std::string_view part)
+    {
+        for (auto& [name, digest] : parts)
+            if (name == part)
+                return digest;
+        return parts.emplace_back(part, Digest()).second;
+    }
+    [[nodiscard]] auto begin() const noexcept { return parts.begin(); }
+    [[nodiscard]] auto end() const noexcept { return parts.end(); }
 };
 
 } // namespace digest

@@ -10,19 +10,20 @@ namespace
 {
 
 template <typename V, typename T>
-void Operations(Digest& digest, V const& vector, V const& other, T ratio)
+void Operations(Digests& digests, V const& vector, V const& other, T ratio)
 {
-    digest.Add(Distance(vector, other), DistanceSquared(vector, other), Reflect(vector, other),
-               FaceForward(vector, other), Project(vector, other), Reject(vector, other));
+    digests["distance"].Add(Distance(vector, other), DistanceSquared(vector, other));
+    digests["reflection"].Add(Reflect(vector, other), FaceForward(vector, other));
+    digests["projection"].Add(Project(vector, other), Reject(vector, other));
     std::optional<V> const refracted = Refract(vector, other, ratio);
-    digest.Add(refracted.has_value(), refracted.value_or(V()));
+    digests["refraction"].Add(refracted.has_value(), refracted.value_or(V()));
     V first = vector;
     V second = other;
-    digest.Add(Orthonormalise(first, second), first, second);
+    digests["orthonormal"].Add(Orthonormalise(first, second), first, second);
 }
 
 template <typename T>
-void Directions(Digest& digest, Workload& work)
+void Directions(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 3000; ++i)
@@ -31,12 +32,12 @@ void Directions(Digest& digest, Workload& work)
             tVector3<T> const other =
                 work.OneIn(8) ? tVector3<T>(work.Near(vector.x), vector.y, vector.z) : work.Direction<T>(rarity);
             T const ratio = work.OneIn(2) ? T{0.75} : work.Number<T>(rarity);
-            Operations(digest, vector, other, ratio);
-            Operations(digest, tVector2<T>(vector.x, vector.y), tVector2<T>(other.x, other.y), ratio);
+            Operations(digests, vector, other, ratio);
+            Operations(digests, tVector2<T>(vector.x, vector.y), tVector2<T>(other.x, other.y), ratio);
             tVector3<T> axes[] = {vector, other, work.Direction<T>(rarity)};
-            digest.Add(Orthonormalise(axes[0], axes[1], axes[2]), axes[0], axes[1], axes[2]);
+            digests["orthonormal"].Add(Orthonormalise(axes[0], axes[1], axes[2]), axes[0], axes[1], axes[2]);
             EvaluateOrthonormalBasis(vector, axes[0], axes[1]);
-            digest.Add(axes[0], axes[1]);
+            digests["basis"].Add(axes[0], axes[1]);
         }
 }
 

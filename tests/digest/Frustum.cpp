@@ -26,7 +26,7 @@ tMatrix4<T> View(Workload& work, unsigned int rarity)
 }
 
 template <typename T>
-void Frusta(Digest& digest, Workload& work)
+void Frusta(Digests& digests, Workload& work)
 {
     using Frustum = tFrustum<T>;
     for (unsigned int const rarity : RARITIES)
@@ -34,29 +34,29 @@ void Frusta(Digest& digest, Workload& work)
         {
             tMatrix4<T> const matrix = View<T>(work, rarity);
             Frustum frustum;
-            digest.Try(
+            digests["planes"].Try(
                 [&]
                 {
                     frustum = Frustum(matrix);
                     return true;
                 });
-            digest.Add(frustum.GetLeftPlane(), frustum.GetRightPlane(), frustum.GetBottomPlane(), frustum.GetTopPlane(),
-                       frustum.GetNearPlane(), frustum.GetFarPlane());
+            digests["planes"].Add(frustum.GetLeftPlane(), frustum.GetRightPlane(), frustum.GetBottomPlane(),
+                                  frustum.GetTopPlane(), frustum.GetNearPlane(), frustum.GetFarPlane());
             for (std::uint32_t edge = 0; edge < 6; ++edge)
-                digest.Add(frustum.GetEdgeVector(static_cast<typename Frustum::Edge>(edge)));
+                digests["edges"].Add(frustum.GetEdgeVector(static_cast<typename Frustum::Edge>(edge)));
             for (int k = 0; k < 40; ++k)
             {
                 tVolumeAABB<T> box = work.Volume<T>(rarity);
                 if (work.OneIn(2))
                     box = {box.GetMin(), box.GetMin() + tVector3<T>(T{0.5}, T{0.25}, T{0.75})};
-                digest.Add(frustum.ContainsAABB(box));
+                digests["boxes"].Add(frustum.ContainsAABB(box));
             }
             for (int k = 0; k < 10; ++k)
             {
                 tVector3<T> const origin = work.Vector3<T>(rarity);
                 tRay<T> const ray(origin, work.Vector3<T>(rarity));
-                digest.Try([&] { return frustum.IntersectNear(ray); });
-                digest.Add(ray.IntersectScreen(frustum));
+                digests["near-plane"].Try([&] { return frustum.IntersectNear(ray); });
+                digests["screen"].Add(ray.IntersectScreen(frustum));
             }
         }
 }

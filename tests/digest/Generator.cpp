@@ -9,7 +9,7 @@ namespace digest
 namespace
 {
 
-void Generators(Digest& digest, Workload& work)
+void Generators(Digests& digests, Workload& work)
 {
     for (unsigned int i = 0; i < 200; ++i)
     {
@@ -17,19 +17,19 @@ void Generators(Digest& digest, Workload& work)
         RNGenerator generator(seed);
         for (int k = 0; k < 40; ++k)
         {
-            digest.Add(generator.GetInteger());
-            digest.Add(generator.GetFloat());
-            digest.Add(generator.GetVector2D());
-            digest.Add(generator.GetVector3D());
+            digests["integers"].Add(generator.GetInteger());
+            digests["floats"].Add(generator.GetFloat());
+            digests["vectors"].Add(generator.GetVector2D());
+            digests["vectors"].Add(generator.GetVector3D());
             auto const [number, integer] = generator.GetFloatAndInteger();
-            digest.Add(number, integer);
+            digests["pairs"].Add(number, integer);
         }
         RNGenerator copy(generator);
-        digest.Add(copy.GetInteger());
-        digest.Add(generator.GetInteger());
-        digest.Add(generator.SetSeed(seed / 3).GetFloat());
+        digests["copies"].Add(copy.GetInteger());
+        digests["copies"].Add(generator.GetInteger());
+        digests["seeds"].Add(generator.SetSeed(seed / 3).GetFloat());
         RNGenerator first;
-        digest.Add(first.GetInteger());
+        digests["seeds"].Add(first.GetInteger());
     }
 }
 

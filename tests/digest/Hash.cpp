@@ -22,7 +22,7 @@ void AddTupleHashes(Digest& digest, T x, T y, T z)
     digest.Add(two.GetHash32(), two.GetHash8(), three.GetHash32(), three.GetHash8());
 }
 
-void Hashes(Digest& digest, Workload& work)
+void Hashes(Digests& digests, Workload& work)
 {
     std::string bytes;
     for (int i = 0; i < 400; ++i)
@@ -32,20 +32,25 @@ void Hashes(Digest& digest, Workload& work)
         {
             char const* const start = bytes.data() + work.Below(64);
             auto const seed = static_cast<unsigned int>(work.Bits());
-            digest.Add(bv::GetJenkinsHash(start, length, i == 0 ? 0 : seed),
-                       bv::GetPearsonHash(start, length, static_cast<unsigned char>(i == 0 ? 0 : seed)));
+            digests["jenkins"].Add(bv::GetJenkinsHash(start, length, i == 0 ? 0 : seed));
+            digests["pearson"].Add(bv::GetPearsonHash(start, length, static_cast<unsigned char>(i == 0 ? 0 : seed)));
         }
     for (int i = 0; i < 4000; ++i)
     {
         auto const x = static_cast<int>(work.Bits() >> 32) >> work.Below(32);
         auto const y = static_cast<int>(work.Bits() >> 32) >> work.Below(32);
-        digest.Add(bv::GetLagaeHash(x, y), bv::GetLagaeHash(-(x / 2), y), bv::GetLagaeHash(i - 2000, i));
-        AddTupleHashes(digest, x, y, i);
-        AddTupleHashes<unsigned int>(digest, static_cast<unsigned int>(x), static_cast<unsigned int>(y), 7U);
-        float const f = work.Wide<float>();
-        AddTupleHashes(digest, f, -f, work.Plain<float>());
-        double const d = work.Wide<double>();
-        AddTupleHashes(digest, d, -d, work.Plain<double>());
+        digests["lagae"].Add(bv::GetLagaeHash(x, y), bv::GetLagaeHash(-(x / 2), y), bv::GetLagaeHash(i - 2000, i));
+        auto const f = work.Wide<float>();
+        auto const g = work.Plain<float>();
+        auto const d = work.Wide<double>();
+        auto const e = work.Plain<double>();
+        if constexpr (IS_LITTLE_ENDIAN)
+        {
+            AddTupleHashes(digests["integer-tuples"], x, y, i);
+            AddTupleHashes(digests["integer-tuples"], static_cast<unsigned int>(x), static_cast<unsigned int>(y), 7U);
+            AddTupleHashes(digests["number-tuples"], f, -f, g);
+            AddTupleHashes(digests["number-tuples"], d, -d, e);
+        }
     }
 }
 

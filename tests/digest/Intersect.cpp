@@ -53,7 +53,7 @@ tRay<T> AnyRay(Workload& work, unsigned int rarity)
 }
 
 template <typename T>
-void Intersections(Digest& digest, Workload& work)
+void Intersections(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 6000; ++i)
@@ -63,31 +63,31 @@ void Intersections(Digest& digest, Workload& work)
             T const tNear = work.OneIn(2) ? T{0} : work.Number<T>(rarity);
             T const tFar = work.OneIn(2) ? T{100} : work.Number<T>(rarity);
             tTriangleHit<T> hit{};
-            digest.Add(IntersectTriangle(ray, a, b, c, tNear, tFar, hit));
-            digest.Add(hit.t, hit.u, hit.v);
-            digest.Add(IntersectTriangle(tWatertightRay<T>(ray), a, b, c, tNear, tFar, hit));
-            digest.Add(hit.t, hit.u, hit.v);
+            digests["triangle"].Add(IntersectTriangle(ray, a, b, c, tNear, tFar, hit));
+            digests["triangle"].Add(hit.t, hit.u, hit.v);
+            digests["watertight-triangle"].Add(IntersectTriangle(tWatertightRay<T>(ray), a, b, c, tNear, tFar, hit));
+            digests["watertight-triangle"].Add(hit.t, hit.u, hit.v);
 
             T t{}, u{}, v{};
             tPlane<T> const plane(a, work.Number<T>(rarity));
-            digest.Add(IntersectPlane(ray, plane, tNear, tFar, t));
-            digest.Add(t);
-            digest.Add(IntersectDisc(ray, a, b, work.Number<T>(rarity), tNear, tFar, t));
-            digest.Add(t);
-            digest.Add(GetBarycentric(ray.origin, a, b, c, u, v));
-            digest.Add(u, v);
-            digest.Add(OverlapsTriangle(work.Volume<T>(rarity), a, b, c));
+            digests["plane"].Add(IntersectPlane(ray, plane, tNear, tFar, t));
+            digests["plane"].Add(t);
+            digests["disc"].Add(IntersectDisc(ray, a, b, work.Number<T>(rarity), tNear, tFar, t));
+            digests["disc"].Add(t);
+            digests["barycentric"].Add(GetBarycentric(ray.origin, a, b, c, u, v));
+            digests["barycentric"].Add(u, v);
+            digests["triangle-in-box"].Add(OverlapsTriangle(work.Volume<T>(rarity), a, b, c));
 
             T lo = tNear;
             T hi = tFar;
             tVector3<T> const axis = work.Direction<T>(rarity);
             tOrientedBox<T> const turned(a, b, c, axis, work.Vector3<T>(rarity));
-            digest.Add(ClipOrientedBox(ray, turned, lo, hi));
-            digest.Add(lo, hi);
+            digests["turned-box"].Add(ClipOrientedBox(ray, turned, lo, hi));
+            digests["turned-box"].Add(lo, hi);
             lo = tNear;
             hi = tFar;
-            digest.Add(tReciprocalRay<T>(ray).Clip(work.Volume<T>(rarity), lo, hi));
-            digest.Add(lo, hi);
+            digests["reciprocal-ray"].Add(tReciprocalRay<T>(ray).Clip(work.Volume<T>(rarity), lo, hi));
+            digests["reciprocal-ray"].Add(lo, hi);
 
             tDepthRay<T, bv::IRayPayloadInternal> depthRay(ray.origin, ray.direction);
             depthRay.dOriginDu = work.Vector3<T>(0);
@@ -96,15 +96,15 @@ void Intersections(Digest& digest, Workload& work)
             depthRay.dDirectionDv = work.Vector3<T>(rarity);
             tDifferential3<T> position;
             tDifferential2<T> weights;
-            digest.Add(GetHitDifferentials(depthRay, a, b, c, hit.t, position, weights));
-            digest.Add(position, weights);
+            digests["hit-differentials"].Add(GetHitDifferentials(depthRay, a, b, c, hit.t, position, weights));
+            digests["hit-differentials"].Add(position, weights);
             auto const moved = TransformRay(depthRay, work.AnyMatrix<T>(rarity));
-            digest.Add(moved.origin, moved.direction, moved.dOriginDu, moved.dDirectionDv);
+            digests["moved-ray"].Add(moved.origin, moved.direction, moved.dOriginDu, moved.dDirectionDv);
         }
 }
 
 template <typename T>
-void Batches(Digest& digest, Workload& work)
+void Batches(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (std::size_t length = 0; length < 200; length += 7)
@@ -120,7 +120,7 @@ void Batches(Digest& digest, Workload& work)
             }
             std::vector<T> t(length), u(length), v(length);
             std::vector<std::uint64_t> bits(GetBitWords(length));
-            auto const add = [&](auto const& from)
+            auto const add = [&](Digest& digest, auto const& from)
             {
                 digest.Add(IntersectTriangles(from, a, b, c, 0, 100, t, u, v, bits));
                 for (std::size_t i = 0; i < length; ++i)
@@ -128,8 +128,8 @@ void Batches(Digest& digest, Workload& work)
                 for (std::uint64_t const word : bits)
                     digest.Add(word);
             };
-            add(ray);
-            add(tWatertightRay<T>(ray));
+            add(digests["fast"], ray);
+            add(digests["watertight"], tWatertightRay<T>(ray));
         }
 }
 
@@ -158,7 +158,7 @@ void MeetFour(DepthRayf const* rays, Vector3f const (&corners)[3], PacketMeeting
 
 /// The same topic for either width: what it adds does not depend on it.
 template <typename Meet>
-void Packets(Digest& digest, Workload& work, Meet meet)
+void Packets(Digests& digests, Workload& work, Meet meet)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 3000; ++i)
@@ -171,8 +171,8 @@ void Packets(Digest& digest, Workload& work, Meet meet)
             meet(rays, {corners.a, corners.b, corners.c}, results);
             for (int test = 0; test < 2; ++test)
                 for (int k = 0; k < 8; ++k)
-                    digest.Add(results.mask[test][k], results.hits[test][0][k], results.hits[test][1][k],
-                               results.hits[test][2][k]);
+                    digests[test == 0 ? "fast" : "watertight"].Add(results.mask[test][k], results.hits[test][0][k],
+                                                                   results.hits[test][1][k], results.hits[test][2][k]);
         }
 }
 
@@ -182,9 +182,12 @@ void RunIntersections()
 {
     RunBoth("intersections", Intersections<float>, Intersections<double>);
     RunBoth("batch-triangles", Batches<float>, Batches<double>);
-    Run("packet-triangles-sse.float", [](Digest& digest, Workload& work) { Packets(digest, work, MeetFour); });
+    Run(
+        "packet-triangles-sse", [](Digests& digests, Workload& work) { Packets(digests, work, MeetFour); }, ".float");
     if (HasEightLanes())
-        Run("packet-triangles-avx.float", [](Digest& digest, Workload& work) { Packets(digest, work, MeetEight); });
+        Run(
+            "packet-triangles-avx", [](Digests& digests, Workload& work) { Packets(digests, work, MeetEight); },
+            ".float");
 }
 
 } // namespace digest

@@ -44,7 +44,7 @@ void Offsets(Digest& digest, Workload& work)
 
 void RunLocalAxes()
 {
-    Run("local-axes.float", Axes);
+    Run("local-axes", Axes, ".float");
     RunBoth("position-offsets", Offsets<float>, Offsets<double>);
 }
 

@@ -64,29 +64,31 @@ void CompoundProducts(Digest& digest, Workload& work)
 }
 
 template <typename T>
-void SumsAndComparisons(Digest& digest, Workload& work)
+void SumsAndComparisons(Digests& digests, Workload& work)
 {
     ForPairs<T>(work, 12,
                 [&](tMatrix4<T> const& a, tMatrix4<T> const& b)
                 {
-                    AddWhole(digest, a + b);
-                    AddWhole(digest, a - b);
+                    Digest& sums = digests["sums"];
+                    Digest& differences = digests["differences"];
+                    AddWhole(sums, a + b);
+                    AddWhole(differences, a - b);
                     tMatrix4<T> c(a);
-                    AddWhole(digest, c += b);
-                    AddWhole(digest, c -= a);
+                    AddWhole(sums, c += b);
+                    AddWhole(differences, c -= a);
                     tMatrix4<T> const& itself = c;
-                    AddWhole(digest, c += itself);
-                    AddWhole(digest, c -= itself);
+                    AddWhole(sums, c += itself);
+                    AddWhole(differences, c -= itself);
                     c = a;
                     for (std::size_t i = 0; i < 16; ++i)
                         if (work.OneIn(8))
                             c(i) = work.Near(c[i]);
-                    digest.Add(a == b, a != b, a == a, a == c, c == a, c != a);
+                    digests["comparison"].Add(a == b, a != b, a == a, a == c, c == a, c != a);
                 });
 }
 
 template <typename T>
-void Inverses(Digest& digest, Workload& work)
+void Inverses(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 2500; ++i)
@@ -103,14 +105,15 @@ void Inverses(Digest& digest, Workload& work)
                 AddWhole(inner, matrix);
                 return inner.GetHash();
             };
-            digest.Try([&] { return whole(a.Inverted()); });
+            digests["inverse"].Try([&] { return whole(a.Inverted()); });
             tMatrix4<T> b(a);
-            digest.Try([&] { return whole(b.Invert()); });
-            AddWhole(digest, b);
-            AddWhole(digest, a.Transposed());
+            digests["inverse-in-place"].Try([&] { return whole(b.Invert()); });
+            AddWhole(digests["inverse-in-place"], b);
+            AddWhole(digests["transpose"], a.Transposed());
             b = a;
-            AddWhole(digest, b.Transpose());
-            digest.Add(a.Determinant(), a.IsIdentity(), a.IsDiagonal(), a.IsOrthonormal());
+            AddWhole(digests["transpose"], b.Transpose());
+            digests["determinant"].Add(a.Determinant());
+            digests["kind"].Add(a.IsIdentity(), a.IsDiagonal(), a.IsOrthonormal());
         }
 }
 
@@ -120,8 +123,8 @@ void RunMatrixArithmetic()
 {
     RunBoth("matrix-product", Products<float>, Products<double>);
     RunBoth("matrix-compound-product", CompoundProducts<float>, CompoundProducts<double>);
-    RunBoth("matrix-sum-and-comparison", SumsAndComparisons<float>, SumsAndComparisons<double>);
-    RunBoth("matrix-inverse-transpose-determinant", Inverses<float>, Inverses<double>);
+    RunBoth("matrix-pairs", SumsAndComparisons<float>, SumsAndComparisons<double>);
+    RunBoth("matrix", Inverses<float>, Inverses<double>);
 }
 
 } // namespace digest

@@ -26,25 +26,25 @@ T Quiet(T value, T near)
 }
 
 template <typename T>
-void Builders(Digest& digest, Workload& work)
+void Builders(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 1500; ++i)
         {
             T const factor = work.OneIn(4) ? work.Near(T{1}) : work.Number<T>(rarity);
-            AddWhole(digest, tMatrix4<T>::Scale(factor));
-            AddWhole(digest, tMatrix4<T>::Scale(work.Vector3<T>(rarity)));
+            AddWhole(digests["scale"], tMatrix4<T>::Scale(factor));
+            AddWhole(digests["scale"], tMatrix4<T>::Scale(work.Vector3<T>(rarity)));
             tVector3<T> offset = work.Vector3<T>(rarity);
-            AddWhole(digest, tMatrix4<T>::Translate(offset.x, offset.y, offset.z));
+            AddWhole(digests["translation"], tMatrix4<T>::Translate(offset.x, offset.y, offset.z));
             if (work.OneIn(4))
                 offset = offset * (std::numeric_limits<T>::epsilon() * T{5});
-            AddWhole(digest, tMatrix4<T>::Translate(offset));
+            AddWhole(digests["translation"], tMatrix4<T>::Translate(offset));
             T sides[6];
             for (T& side : sides)
                 side = work.Number<T>(rarity);
             if (work.OneIn(4))
                 sides[1] = Quiet(sides[0], work.Near(sides[0]));
-            auto const add = [&](auto projection)
+            auto const add = [&](Digest& digest, auto projection)
             {
                 digest.Try(
                     [&]
@@ -54,8 +54,10 @@ void Builders(Digest& digest, Workload& work)
                         return inner.GetHash();
                     });
             };
-            add([](auto const&... s) { return tMatrix4<T>::OrthogonalProjection(s...); });
-            add([](auto const&... s) { return tMatrix4<T>::PerspectiveProjection(s...); });
+            add(digests["orthogonal-projection"],
+                [](auto const&... s) { return tMatrix4<T>::OrthogonalProjection(s...); });
+            add(digests["perspective-projection"],
+                [](auto const&... s) { return tMatrix4<T>::PerspectiveProjection(s...); });
         }
 }
 

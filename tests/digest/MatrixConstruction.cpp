@@ -14,7 +14,7 @@ namespace
 {
 
 template <typename T>
-void Construction(Digest& digest, Workload& work)
+void Construction(Digests& digests, Workload& work)
 {
     using Other = std::conditional_t<sizeof(T) == 4, double, float>;
     for (unsigned int const rarity : RARITIES)
@@ -28,34 +28,38 @@ void Construction(Digest& digest, Workload& work)
             if (rarity != 0 && work.OneIn(4))
                 values[work.Below(16)] = work.Special<T>();
             tMatrix4<T> const matrix(values);
-            AddWhole(digest, matrix);
-            AddWhole(digest, tMatrix4<T>(tVector3<T>(values[0], values[4], values[8]),
-                                         tVector3<T>(values[1], values[5], values[9]),
-                                         tVector3<T>(values[2], values[6], values[10])));
-            AddWhole(digest, tMatrix4<T>(values[0], values[1], values[2], values[3], values[4], values[5], values[6],
-                                         values[7], values[8], values[9], values[10], values[11], values[12],
-                                         values[13], values[14], values[15]));
+            Digest& elements = digests["elements"];
+            AddWhole(elements, matrix);
+            AddWhole(digests["columns"], tMatrix4<T>(tVector3<T>(values[0], values[4], values[8]),
+                                                     tVector3<T>(values[1], values[5], values[9]),
+                                                     tVector3<T>(values[2], values[6], values[10])));
+            AddWhole(elements, tMatrix4<T>(values[0], values[1], values[2], values[3], values[4], values[5], values[6],
+                                           values[7], values[8], values[9], values[10], values[11], values[12],
+                                           values[13], values[14], values[15]));
             tMatrix4<Other> const other(matrix);
-            AddWhole(digest, other);
+            Digest& conversions = digests["conversions"];
+            AddWhole(conversions, other);
             tMatrix4<T> copy(matrix);
             copy = other;
-            AddWhole(digest, copy);
+            AddWhole(conversions, copy);
             copy = values;
-            AddWhole(digest, copy);
+            AddWhole(elements, copy);
             Other others[16];
             for (std::size_t k = 0; k < 16; ++k)
                 others[k] = static_cast<Other>(values[k]);
-            AddWhole(digest, tMatrix4<T>(others));
+            AddWhole(conversions, tMatrix4<T>(others));
             copy = others;
-            AddWhole(digest, copy);
+            AddWhole(conversions, copy);
+            Digest& copies = digests["copies"];
             copy = copy.Get();
-            AddWhole(digest, copy);
+            AddWhole(copies, copy);
             tMatrix4<T> stale = work.Matrix<T>(work.Below(4), rarity);
-            AddWhole(digest, tMatrix4<T>(stale));
+            AddWhole(copies, tMatrix4<T>(stale));
             copy = stale;
-            AddWhole(digest, copy);
-            digest.Add(stale[5], stale.GetElement(7), stale[tTuple2<unsigned int>(work.Below(4), 2)],
-                       stale.GetElement(tTuple2<unsigned int>(1, 3)), stale(6), stale(tTuple2<unsigned int>(3, 0)));
+            AddWhole(copies, copy);
+            digests["access"].Add(stale[5], stale.GetElement(7), stale[tTuple2<unsigned int>(work.Below(4), 2)],
+                                  stale.GetElement(tTuple2<unsigned int>(1, 3)), stale(6),
+                                  stale(tTuple2<unsigned int>(3, 0)));
         }
 }
 

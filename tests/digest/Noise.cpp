@@ -24,29 +24,34 @@ tVector3<float> NoisePoint(Workload& work)
     return kind == 4 ? point * 100.0F : point;
 }
 
-void Noises(Digest& digest, Workload& work)
+void Noises(Digests& digests, Workload& work)
 {
     for (int i = 0; i < 20000; ++i)
     {
         tVector3<float> const point = NoisePoint(work);
-        digest.Add(Noise1(point.x), Noise2({point.x, point.y}), Noise3(point));
+        digests["1"].Add(Noise1(point.x));
+        digests["2"].Add(Noise2({point.x, point.y}));
+        digests["3"].Add(Noise3(point));
     }
     for (int i = -300; i <= 300; ++i)
         for (float const fraction : {0.0F, 0.25F, 0.5F, 0.99999994F})
         {
             float const x = static_cast<float>(i) + fraction;
-            digest.Add(Noise1(x), Noise2({x, 0.5F}), Noise2({0.5F, x}), Noise3({0.5F, 0.25F, x}), Noise3({x, x, x}));
+            digests["1"].Add(Noise1(x));
+            digests["2"].Add(Noise2({x, 0.5F}), Noise2({0.5F, x}));
+            digests["3"].Add(Noise3({0.5F, 0.25F, x}), Noise3({x, x, x}));
         }
 }
 
-void Turbulences(Digest& digest, Workload& work)
+void Turbulences(Digests& digests, Workload& work)
 {
     for (int i = 0; i < 2500; ++i)
     {
         tVector3<float> const point = NoisePoint(work);
         unsigned int const octaves = work.OneIn(16) ? 4000000000U : work.Below(13);
-        digest.Add(Turbulence1(point.x, octaves), Turbulence2({point.x, point.y}, octaves),
-                   Turbulence3(point, octaves));
+        digests["1"].Add(Turbulence1(point.x, octaves));
+        digests["2"].Add(Turbulence2({point.x, point.y}, octaves));
+        digests["3"].Add(Turbulence3(point, octaves));
     }
 }
 
@@ -54,8 +59,8 @@ void Turbulences(Digest& digest, Workload& work)
 
 void RunNoise()
 {
-    Run("noise.float", Noises);
-    Run("turbulence.float", Turbulences);
+    Run("noise", Noises, ".float");
+    Run("turbulence", Turbulences, ".float");
 }
 
 } // namespace digest

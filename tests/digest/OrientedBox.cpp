@@ -18,7 +18,7 @@ void AddBox(Digest& digest, tOrientedBox<T> const& box)
 }
 
 template <typename T>
-void OrientedBoxes(Digest& digest, Workload& work)
+void OrientedBoxes(Digests& digests, Workload& work)
 {
     using Other = std::conditional_t<sizeof(T) == 4, double, float>;
     for (unsigned int const rarity : RARITIES)
@@ -35,16 +35,19 @@ void OrientedBoxes(Digest& digest, Workload& work)
             tOrientedBox<T> const any(centre, x, y, z, work.Vector3<T>(rarity));
             for (tOrientedBox<T> const& box : {straight, moved, again, any})
             {
-                AddBox(digest, box);
-                AddBox(digest, box * matrix);
-                AddBox<Other>(digest, box);
+                AddBox(digests["construction"], box);
+                AddBox(digests["transforms"], box * matrix);
+                AddBox<Other>(digests["construction"], box);
                 tVector3<T> corners[8];
                 box.GetCorners(corners);
                 for (tVector3<T> const& corner : corners)
-                    digest.Add(corner, box.Contains(corner));
-                digest.Add(box.IsValid(), box.GetVolume(), box.Contains(work.Vector3<T>(rarity)),
-                           box.Contains(box.GetCentre()), box == moved, box != straight);
-                digest.Add(box.GetBound());
+                {
+                    digests["corners"].Add(corner);
+                    digests["containment"].Add(box.Contains(corner));
+                }
+                digests["measures"].Add(box.IsValid(), box.GetVolume(), box == moved, box != straight);
+                digests["containment"].Add(box.Contains(work.Vector3<T>(rarity)), box.Contains(box.GetCentre()));
+                digests["measures"].Add(box.GetBound());
             }
         }
 }

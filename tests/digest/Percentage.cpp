@@ -9,7 +9,7 @@ namespace digest
 namespace
 {
 
-void Percentages(Digest& digest, Workload& work)
+void Percentages(Digests& digests, Workload& work)
 {
     auto const fields = [](Percentage const& p)
     {
@@ -25,32 +25,33 @@ void Percentages(Digest& digest, Workload& work)
         unsigned int const d = draw();
         unsigned int const m = draw();
         unsigned int const e = draw();
-        digest.Try([&] { return fields(Percentage(n, d)); });
-        digest.Try([&] { return fields(Percentage(n, d) * Percentage(m, e)); });
-        digest.Try([&] { return fields(Percentage(n, d) + Percentage(m, e)); });
-        digest.Try([&] { return fields(Percentage(n, d) / Percentage(m, e)); });
-        digest.Try([&] { return fields(Percentage(n, d) / m); });
-        digest.Try([&] { return fields(Percentage(n, d) * m); });
-        digest.Try([&] { return fields(Percentage(n, d) + m); });
+        digests["construction"].Try([&] { return fields(Percentage(n, d)); });
+        digests["products"].Try([&] { return fields(Percentage(n, d) * Percentage(m, e)); });
+        digests["sums"].Try([&] { return fields(Percentage(n, d) + Percentage(m, e)); });
+        digests["quotients"].Try([&] { return fields(Percentage(n, d) / Percentage(m, e)); });
+        digests["quotients"].Try([&] { return fields(Percentage(n, d) / m); });
+        digests["products"].Try([&] { return fields(Percentage(n, d) * m); });
+        digests["sums"].Try([&] { return fields(Percentage(n, d) + m); });
         Percentage p(n);
         Percentage const& itself = p;
+        Digest& inPlace = digests["in-place"];
         for (int k = 0; k < 6; ++k)
         {
             unsigned int const a = draw();
             unsigned int const b = draw();
             unsigned int const operation = work.Below(4);
-            digest.Try(
+            inPlace.Try(
                 [&]
                 {
                     Percentage const q(a, b);
                     return fields(operation == 0 ? p *= q : operation == 1 ? p += q : operation == 2 ? p /= q : p /= a);
                 });
-            digest.Add(fields(p));
-            digest.Try(
+            inPlace.Add(fields(p));
+            inPlace.Try(
                 [&] {
                     return fields(operation == 0 ? p *= itself : operation == 1 ? p += itself : p /= itself);
                 });
-            digest.Add(fields(p));
+            inPlace.Add(fields(p));
         }
     }
 }

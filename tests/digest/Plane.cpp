@@ -12,7 +12,7 @@ namespace
 {
 
 template <typename T>
-void Planes(Digest& digest, Workload& work)
+void Planes(Digests& digests, Workload& work)
 {
     using Other = std::conditional_t<sizeof(T) == 4, double, float>;
     for (unsigned int const rarity : RARITIES)
@@ -23,18 +23,20 @@ void Planes(Digest& digest, Workload& work)
             tVector3<T> const point = work.Vector3<T>(rarity);
             tVector3<T> const direction =
                 work.OneIn(6) ? plane.GetNormal().Cross(point) : work.Vector3<T>(rarity); // parallel, or almost so
-            digest.Add(plane, plane.GetDistance(point), plane.GetAbsoluteDistance(point));
+            digests["construction"].Add(plane);
+            digests["distance"].Add(plane.GetDistance(point), plane.GetAbsoluteDistance(point));
             tPlane<T> const& constant = plane;
-            digest.Try([&] { return constant.GetIntersection(point, direction); });
-            digest.Try([&] { return plane.GetIntersection(point, direction); });
+            digests["intersection"].Try([&] { return constant.GetIntersection(point, direction); });
+            digests["intersection"].Try([&] { return plane.GetIntersection(point, direction); });
             T const values[] = {point.x, point.y, point.z, direction.x};
             tPlane<T> second(values);
-            digest.Add(second, tPlane<Other>(plane), plane == second, plane != second, plane == plane);
+            digests["construction"].Add(second, tPlane<Other>(plane));
+            digests["comparison"].Add(plane == second, plane != second, plane == plane);
             second.SetOffset(direction.y);
-            digest.Try([&] { return second.SetNormal(direction), second; });
-            digest.Add(second, second.Set(direction, point.x));
+            digests["changes"].Try([&] { return second.SetNormal(direction), second; });
+            digests["changes"].Add(second, second.Set(direction, point.x));
             second = values;
-            digest.Add(second);
+            digests["construction"].Add(second);
         }
 }
 

@@ -31,7 +31,7 @@ tQuaternion<T> Any(Workload& work, unsigned int rarity)
 }
 
 template <typename T>
-void Arithmetic(Digest& digest, Workload& work)
+void Arithmetic(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
     {
@@ -42,33 +42,37 @@ void Arithmetic(Digest& digest, Workload& work)
             if (work.OneIn(4))
                 b = {work.Near(a.x), work.Near(a.y), work.Near(a.z), work.Near(a.w)};
             T const s = work.Number<T>(rarity);
-            for (tQuaternion<T> const& q :
-                 {a * b, a + b, a - b, -a, a * s, s * a, a / s, a.Conjugated(), a.Inverted(), a.Normalised()})
-                AddQuaternion(digest, q);
-            digest.Add(a.Dot(b), a.LengthSquared(), a.Length(), a == b, a.IsSameRotation(b), a.IsSameRotation(-a));
-            digest.Add(a.Rotate(work.Vector3<T>(rarity)), a.GetMatrix(), a.GetAxis());
-            if (a.LengthSquared() < T{1e6}) // a NaN may have any bits
-                digest.Add(a.GetHash32(), a.GetHash8());
+            for (tQuaternion<T> const& q : {a + b, a - b, -a, a * s, s * a, a / s})
+                AddQuaternion(digests["sums"], q);
+            AddQuaternion(digests["products"], a * b);
+            for (tQuaternion<T> const& q : {a.Conjugated(), a.Inverted(), a.Normalised()})
+                AddQuaternion(digests["inverses"], q);
+            digests["lengths"].Add(a.Dot(b), a.LengthSquared(), a.Length());
+            digests["comparison"].Add(a == b, a.IsSameRotation(b), a.IsSameRotation(-a));
+            digests["rotated"].Add(a.Rotate(work.Vector3<T>(rarity)));
+            digests["parts"].Add(a.GetMatrix(), a.GetAxis());
+            if (IS_LITTLE_ENDIAN && a.LengthSquared() < T{1e6}) // a NaN may have any bits
+                digests["hashes"].Add(a.GetHash32(), a.GetHash8());
             using Other = std::conditional_t<sizeof(T) == 4, double, float>;
-            AddQuaternion(digest, tQuaternion<Other>(a));
+            AddQuaternion(digests["conversions"], tQuaternion<Other>(a));
         }
     }
 }
 
 template <typename T>
-void Rotations(Digest& digest, Workload& work)
+void Rotations(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
     {
         for (int i = 0; i < 1500; ++i)
         {
-            AddQuaternion(digest, tQuaternion<T>(work.AnyMatrix<T>(rarity)));
-            AddQuaternion(digest, tQuaternion<T>(work.Matrix<T>(2, 0)));
+            AddQuaternion(digests["from-matrix"], tQuaternion<T>(work.AnyMatrix<T>(rarity)));
+            AddQuaternion(digests["from-matrix"], tQuaternion<T>(work.Matrix<T>(2, 0)));
             tVector3<T> const from = work.Direction<T>(rarity);
             tVector3<T> to = work.Direction<T>(rarity);
             if (work.OneIn(3))
                 to = {work.Near(-from.x), work.Near(-from.y), work.Near(-from.z)};
-            AddQuaternion(digest, tQuaternion<T>::RotateBetween(from, to));
+            AddQuaternion(digests["between"], tQuaternion<T>::RotateBetween(from, to));
             tQuaternion<T> const a = Any<T>(work, rarity);
             tQuaternion<T> b = Any<T>(work, rarity);
             if (work.OneIn(3))
@@ -77,16 +81,21 @@ void Rotations(Digest& digest, Workload& work)
             T const places[] = {T{0}, T(0.25), T(0.5), T{1}, (work.Plain<T>() + T{10}) / T{20}};
             for (T const t : places)
             {
-                AddQuaternion(digest, Slerp(a, b, t));
-                AddQuaternion(digest, Nlerp(a, b, t));
+                AddQuaternion(digests["slerp"], Slerp(a, b, t));
+                AddQuaternion(digests["nlerp"], Nlerp(a, b, t));
             }
-            AddQuaternion(digest, Nlerp(a, b, work.Number<T>(rarity)));
+            AddQuaternion(digests["nlerp"], Nlerp(a, b, work.Number<T>(rarity)));
         }
     }
     std::ostringstream text;
     text << Any<T>(work, 0) << Any<T>(work, 0).Conjugated();
-    Any<T>(work, 0).Serialise(text);
-    digest.Add(text.str());
+    digests["text"].Add(text.str());
+    if constexpr (IS_LITTLE_ENDIAN)
+    {
+        std::ostringstream bytes;
+        Any<T>(work, 0).Serialise(bytes);
+        digests["bytes"].Add(bytes.str());
+    }
 }
 
 template <typename T>

@@ -11,7 +11,7 @@ namespace
 {
 
 template <typename T>
-void Rays(Digest& digest, Workload& work)
+void Rays(Digests& digests, Workload& work)
 {
     using DepthRay = tDepthRay<T, bv::IRayPayloadInternal>;
     for (unsigned int const rarity : RARITIES)
@@ -29,22 +29,22 @@ void Rays(Digest& digest, Workload& work)
             T lo = tNear;
             T hi = tFar;
             tVolumeAABB<T> const box = work.Volume<T>(rarity);
-            digest.Add(ray.Clip(box, lo, hi));
-            digest.Add(lo, hi);
+            digests["boxes"].Add(ray.Clip(box, lo, hi));
+            digests["boxes"].Add(lo, hi);
 
             lo = tNear;
             hi = tFar;
             T const squaredRadius = work.Number<T>(rarity) * T{4};
             tVolumeSphere<T> const sphere(work.Vector3<T>(rarity), squaredRadius);
-            digest.Add(ray.Clip(sphere, lo, hi));
-            digest.Add(lo, hi);
+            digests["spheres"].Add(ray.Clip(sphere, lo, hi));
+            digests["spheres"].Add(lo, hi);
 
             lo = tNear;
             hi = tFar;
             tVector2<T> dNear;
             tVector2<T> dFar;
-            digest.Add(ray.ClipDiff(sphere, lo, hi, dNear, dFar));
-            digest.Add(lo, hi, dNear, dFar);
+            digests["sphere-differentials"].Add(ray.ClipDiff(sphere, lo, hi, dNear, dFar));
+            digests["sphere-differentials"].Add(lo, hi, dNear, dFar);
         }
 }
 

@@ -36,9 +36,9 @@ void ForPackets(Workload& work, Use use)
         }
 }
 
-void SsePackets(Digest& digest, Workload& work)
+void SsePackets(Digests& digests, Workload& work)
 {
-    auto const addLanes = [&](simd::FourFloats const& lanes)
+    auto const addLanes = [](Digest& digest, simd::FourFloats const& lanes)
     {
         float values[4];
         std::memcpy(values, &lanes, sizeof lanes);
@@ -60,20 +60,22 @@ void SsePackets(Digest& digest, Workload& work)
                        simd::FourFloats const hit = packet.Clip(box, lo, hi);
                        std::uint32_t mask[4];
                        std::memcpy(mask, &hit, sizeof hit);
-                       digest.Add(mask[0], mask[1], mask[2], mask[3]);
-                       addLanes(lo);
-                       addLanes(hi);
+                       Digest& clip = digests["clip"];
+                       clip.Add(mask[0], mask[1], mask[2], mask[3]);
+                       addLanes(clip, lo);
+                       addLanes(clip, hi);
+                       Digest& transform = digests["transform"];
                        for (int axis = 0; axis < 3; ++axis)
                        {
-                           addLanes(packet.GetOrigin()[axis]);
-                           addLanes(packet.GetDirection()[axis]);
-                           addLanes(packet.GetInvDirection()[axis]);
+                           addLanes(transform, packet.GetOrigin()[axis]);
+                           addLanes(transform, packet.GetDirection()[axis]);
+                           addLanes(transform, packet.GetInvDirection()[axis]);
                        }
                    }
                });
 }
 
-void AvxPackets(Digest& digest, Workload& work)
+void AvxPackets(Digests& digests, Workload& work)
 {
     ForPackets(work,
                [&](DepthRayf const* rays, Matrix4f const& matrix, VolumeAABBf const& box, float const* tNear,
@@ -88,9 +90,10 @@ void AvxPackets(Digest& digest, Workload& work)
                    ClipEight(rays, matrix, box, results);
                    for (int k = 0; k < 8; ++k)
                    {
-                       digest.Add(results.mask[k], results.tNear[k], results.tFar[k]);
+                       digests["clip"].Add(results.mask[k], results.tNear[k], results.tFar[k]);
                        for (int axis = 0; axis < 3; ++axis)
-                           digest.Add(results.origin[axis][k], results.direction[axis][k], results.inverse[axis][k]);
+                           digests["transform"].Add(results.origin[axis][k], results.direction[axis][k],
+                                                    results.inverse[axis][k]);
                    }
                });
 }
@@ -99,9 +102,9 @@ void AvxPackets(Digest& digest, Workload& work)
 
 void RunRayPackets()
 {
-    Run("packets-sse.float", SsePackets);
+    Run("packets-sse", SsePackets, ".float");
     if (HasEightLanes())
-        Run("packets-avx.float", AvxPackets);
+        Run("packets-avx", AvxPackets, ".float");
 }
 
 } // namespace digest

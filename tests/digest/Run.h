@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <string>
+#include <type_traits>
 
 #include "Digest.h"
 #include "Workload.h"
@@ -12,22 +13,27 @@
 namespace digest
 {
 
-/// Prints a line, `name hash`.
+/// Prints a line, `name.part.precision hash`, for each part of the topic; one that has no parts takes a single hash.
 template <typename Topic>
-void Run(std::string const& name, Topic topic)
+void Run(std::string const& name, Topic topic, std::string const& precision = "")
 {
-    Digest digest;
+    Digests digests;
     Workload work(2026);
-    topic(digest, work);
-    std::printf("%s %016llx\n", name.c_str(), static_cast<unsigned long long>(digest.GetHash()));
+    if constexpr (std::is_invocable_v<Topic, Digest&, Workload&>)
+        topic(digests[""], work);
+    else
+        topic(digests, work);
+    for (auto const& [part, digest] : digests)
+        std::printf("%s%s%s%s %016llx\n", name.c_str(), part.empty() ? "" : ".", std::string(part).c_str(),
+                    precision.c_str(), static_cast<unsigned long long>(digest.GetHash()));
 }
 
 /// The same for the two precisions.
 template <typename Single, typename Double>
 void RunBoth(std::string const& name, Single single, Double twice)
 {
-    Run(name + ".float", single);
-    Run(name + ".double", twice);
+    Run(name, single, ".float");
+    Run(name, twice, ".double");
 }
 
 } // namespace digest

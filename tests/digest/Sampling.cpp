@@ -23,7 +23,7 @@ T Coordinate(Workload& work, unsigned int rarity)
 }
 
 template <typename T>
-void Samples(Digest& digest, Workload& work)
+void Samples(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 3000; ++i)
@@ -32,21 +32,24 @@ void Samples(Digest& digest, Workload& work)
             tVector2<T> const square(x, Coordinate<T>(work, rarity));
             tVector3<T> const normal = work.Direction<T>(rarity);
             T const cosine = work.OneIn(4) ? work.Number<T>(rarity) : work.Plain<T>() / T{10};
-            digest.Add(SquareToDisc(square), SquareToTriangle(square), SquareToSphere(square));
-            digest.Add(SquareToHemisphere(square), SquareToHemisphere(square, normal));
-            digest.Add(SquareToCosineHemisphere(square), SquareToCosineHemisphere(square, normal));
-            digest.Add(SquareToCone(square, cosine), SquareToCone(square, normal, cosine));
+            digests["disc"].Add(SquareToDisc(square));
+            digests["triangle"].Add(SquareToTriangle(square));
+            digests["sphere"].Add(SquareToSphere(square));
+            digests["hemisphere"].Add(SquareToHemisphere(square), SquareToHemisphere(square, normal));
+            digests["cosine-hemisphere"].Add(SquareToCosineHemisphere(square),
+                                             SquareToCosineHemisphere(square, normal));
+            digests["cone"].Add(SquareToCone(square, cosine), SquareToCone(square, normal, cosine));
 
             tVector3<T> const a = work.Vector3<T>(rarity);
             tVector3<T> const b = work.Vector3<T>(rarity);
-            digest.Add(SquareToTriangle(square, a, b, normal), GetTriangleDensity(a, b, normal));
+            digests["triangle"].Add(SquareToTriangle(square, a, b, normal), GetTriangleDensity(a, b, normal));
         }
 }
 
 template <typename T>
-void Inverses(Digest& digest, Workload& work)
+void Inverses(Digests& digests, Workload& work)
 {
-    digest.Add(GetSphereDensity<T>());
+    digests["sphere"].Add(GetSphereDensity<T>());
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 3000; ++i)
         {
@@ -55,19 +58,22 @@ void Inverses(Digest& digest, Workload& work)
             tVector3<T> const direction = work.Direction<T>(rarity);
             tVector3<T> const normal = work.Direction<T>(rarity);
             T const cosine = work.OneIn(4) ? work.Number<T>(rarity) : work.Plain<T>() / T{10};
-            digest.Add(DiscToSquare(point), GetDiscDensity(point));
-            digest.Add(TriangleToSquare(tVector3<T>(point.x, point.y, cosine)), SphereToSquare(direction));
-            digest.Add(HemisphereToSquare(direction), HemisphereToSquare(direction, normal));
-            digest.Add(CosineHemisphereToSquare(direction), CosineHemisphereToSquare(direction, normal));
-            digest.Add(ConeToSquare(direction, cosine), ConeToSquare(direction, normal, cosine));
-            digest.Add(GetHemisphereDensity(direction), GetHemisphereDensity(direction, normal));
-            digest.Add(GetCosineHemisphereDensity(direction), GetCosineHemisphereDensity(direction, normal));
-            digest.Add(GetConeDensity(direction, cosine), GetConeDensity(direction, normal, cosine));
+            digests["disc"].Add(DiscToSquare(point), GetDiscDensity(point));
+            digests["triangle"].Add(TriangleToSquare(tVector3<T>(point.x, point.y, cosine)));
+            digests["sphere"].Add(SphereToSquare(direction));
+            digests["hemisphere"].Add(HemisphereToSquare(direction), HemisphereToSquare(direction, normal));
+            digests["cosine-hemisphere"].Add(CosineHemisphereToSquare(direction),
+                                             CosineHemisphereToSquare(direction, normal));
+            digests["cone"].Add(ConeToSquare(direction, cosine), ConeToSquare(direction, normal, cosine));
+            digests["hemisphere"].Add(GetHemisphereDensity(direction), GetHemisphereDensity(direction, normal));
+            digests["cosine-hemisphere"].Add(GetCosineHemisphereDensity(direction),
+                                             GetCosineHemisphereDensity(direction, normal));
+            digests["cone"].Add(GetConeDensity(direction, cosine), GetConeDensity(direction, normal, cosine));
         }
 }
 
 template <typename T>
-void Sequences(Digest& digest, Workload& work)
+void Sequences(Digests& digests, Workload& work)
 {
     for (std::uint32_t i = 0; i < 4000; ++i)
     {
@@ -76,14 +82,16 @@ void Sequences(Digest& digest, Workload& work)
         auto const seed = static_cast<std::uint32_t>(work.Bits() >> work.Below(64));
         unsigned int const dimension = work.Below(66);
         std::uint32_t const base = work.OneIn(8) ? seed : work.Below(500);
-        digest.Add(GetRadicalInverse<T>(index, base), GetHalton<T>(index, dimension), GetHaltonPoint<T>(index));
-        digest.Add(GetR2Point<T>(longIndex), GetSobol<T>(index, dimension), GetSobolPoint<T>(index));
-        digest.Add(GetOwenSobol<T>(index, dimension, seed), GetOwenSobolPoint<T>(index, seed));
-        digest.Add(GetShuffledIndex(index, seed));
+        digests["halton"].Add(GetRadicalInverse<T>(index, base), GetHalton<T>(index, dimension),
+                              GetHaltonPoint<T>(index));
+        digests["r2"].Add(GetR2Point<T>(longIndex));
+        digests["sobol"].Add(GetSobol<T>(index, dimension), GetSobolPoint<T>(index));
+        digests["owen-sobol"].Add(GetOwenSobol<T>(index, dimension, seed), GetOwenSobolPoint<T>(index, seed));
+        digests["shuffled-index"].Add(GetShuffledIndex(index, seed));
 
         T const x = Coordinate<T>(work, 24);
         T const y = Coordinate<T>(work, 24);
-        digest.Add(ShiftAround(GetR2Point<T>(index), tVector2<T>(x, y)), ShiftAround(x, y));
+        digests["shifted"].Add(ShiftAround(GetR2Point<T>(index), tVector2<T>(x, y)), ShiftAround(x, y));
     }
 }
 

@@ -14,7 +14,7 @@ namespace
 {
 
 template <typename T>
-void Scalars(Digest& digest, Workload& work)
+void Scalars(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 3000; ++i)
@@ -23,8 +23,9 @@ void Scalars(Digest& digest, Workload& work)
             T const high = work.Number<T>(rarity);
             T const x =
                 work.OneIn(2) ? low + (high - low) * (work.Plain<T>() / T{20} + T{0.5}) : work.Number<T>(rarity);
-            digest.Add(CubicSmoothStep(low, high, x), QuinticSmoothStep(low, high, x), SmoothStep(low, high, x),
-                       SawTooth(x, high));
+            digests["smooth-steps"].Add(CubicSmoothStep(low, high, x), QuinticSmoothStep(low, high, x),
+                                        SmoothStep(low, high, x));
+            digests["saw-tooth"].Add(SawTooth(x, high));
         }
 }
 
@@ -38,12 +39,13 @@ void Logarithms(Digest& digest, Workload& work)
     }
 }
 
-void Integers(Digest& digest, Workload& work)
+void Integers(Digests& digests, Workload& work)
 {
     auto const add = [&](unsigned int value)
     {
-        digest.Try([=] { return IntLog2(value); });
-        digest.Add(IntSqrt(value), RoundUpToPO2(value), RoundToNearestPO2(value));
+        digests["logarithm"].Try([=] { return IntLog2(value); });
+        digests["square-root"].Add(IntSqrt(value));
+        digests["powers-of-two"].Add(RoundUpToPO2(value), RoundToNearestPO2(value));
     };
     for (unsigned int value = 0; value < 2000; ++value)
         add(value);
@@ -77,13 +79,13 @@ void Reciprocals(Digest& digest, Workload& work)
 void RunScalars()
 {
     RunBoth("scalars", Scalars<float>, Scalars<double>);
-    Run("logarithms.float", Logarithms);
+    Run("logarithms", Logarithms, ".float");
     Run("integers", Integers);
 }
 
 void RunReciprocals()
 {
-    Run("machine-dependent.reciprocals.float", Reciprocals);
+    Run("machine-dependent.reciprocals", Reciprocals, ".float");
 }
 
 } // namespace digest

@@ -13,7 +13,7 @@ namespace
 {
 
 template <typename T>
-void Spheres(Digest& digest, Workload& work)
+void Spheres(Digests& digests, Workload& work)
 {
     using Other = std::conditional_t<sizeof(T) == 4, double, float>;
     for (unsigned int const rarity : RARITIES)
@@ -25,12 +25,14 @@ void Spheres(Digest& digest, Workload& work)
             tVolumeSphere<T> const sphere(work.Vector3<T>(rarity), squaredRadius);
             tVolumeSphere<T> second(centre, point);
             tVolumeAABB<T> const box = work.Volume<T>(rarity);
-            digest.Add(sphere.GetRadius(), sphere.Contains(point), second.Contains(point), sphere.Overlaps(second),
-                       second.Overlaps(sphere), sphere.Overlaps(box), sphere == second, sphere != second,
-                       sphere == sphere, second, tVolumeSphere<Other>(sphere), sphere * work.AnyMatrix<T>(rarity));
+            digests["containment"].Add(sphere.Contains(point), second.Contains(point));
+            digests["overlaps"].Add(sphere.Overlaps(second), second.Overlaps(sphere), sphere.Overlaps(box));
+            digests["comparison"].Add(sphere == second, sphere != second, sphere == sphere);
+            digests["construction"].Add(sphere.GetRadius(), second, tVolumeSphere<Other>(sphere));
+            digests["transforms"].Add(sphere * work.AnyMatrix<T>(rarity));
             second.SetRadius(point.x);
             second.SetCentre(point);
-            digest.Add(second);
+            digests["construction"].Add(second);
         }
 }
 

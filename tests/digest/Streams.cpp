@@ -1,4 +1,3 @@
-#include <bit>
 #include <sstream>
 #include <string>
 
@@ -37,7 +36,7 @@ void AddBytes(Digest& digest, Value const& value, Value target)
 }
 
 template <typename T>
-void Bytes(Digest& digest, Workload& work)
+void Bytes(Digests& digests, Workload& work)
 {
     for (int i = 0; i < 300; ++i)
     {
@@ -46,43 +45,43 @@ void Bytes(Digest& digest, Workload& work)
         T const z = Ordered<T>(work);
         tVector2<T> const two(x, y);
         tVector3<T> const three(z, x, y);
-        AddBytes(digest, tTuple2<T>(x, y), {});
-        AddBytes(digest, tTuple3<T>(x, y, z), {});
-        AddBytes(digest, two, {});
-        AddBytes(digest, three, {});
-        AddBytes(digest, tAreaAABB<T>(two, {z, x}), {});
-        AddBytes(digest, tVolumeAABB<T>(three, {x, y, z}), {});
-        AddBytes(digest, tAreaDisc<T>(two, z), tAreaDisc<T>(tVector2<T>()));
-        AddBytes(digest, tVolumeSphere<T>(three, z), tVolumeSphere<T>(tVector3<T>()));
-        AddBytes(digest, tPlane<T>({T{3}, T{0}, T{4}}, x), {});
-        AddBytes(digest, tCoordinateFrame<T>(4, 1, 3), {});
+        AddBytes(digests["tuples"], tTuple2<T>(x, y), {});
+        AddBytes(digests["tuples"], tTuple3<T>(x, y, z), {});
+        AddBytes(digests["vectors"], two, {});
+        AddBytes(digests["vectors"], three, {});
+        AddBytes(digests["boxes"], tAreaAABB<T>(two, {z, x}), {});
+        AddBytes(digests["boxes"], tVolumeAABB<T>(three, {x, y, z}), {});
+        AddBytes(digests["spheres"], tAreaDisc<T>(two, z), tAreaDisc<T>(tVector2<T>()));
+        AddBytes(digests["spheres"], tVolumeSphere<T>(three, z), tVolumeSphere<T>(tVector3<T>()));
+        AddBytes(digests["planes"], tPlane<T>({T{3}, T{0}, T{4}}, x), {});
+        AddBytes(digests["frames"], tCoordinateFrame<T>(4, 1, 3), {});
         tMatrix4<T> matrix = work.Fresh<T>(work.Below(4), 0);
         matrix(5) = x;
-        AddBytes(digest, matrix, {});
+        AddBytes(digests["matrices"], matrix, {});
         int const integer = static_cast<int>(work.Below(100000)) - 50000;
-        AddBytes(digest, tTuple3<int>(integer, 1, 2), {});
-        AddBytes(digest, tVector2<unsigned int>(static_cast<unsigned int>(integer), 1), {});
+        AddBytes(digests["tuples"], tTuple3<int>(integer, 1, 2), {});
+        AddBytes(digests["vectors"], tVector2<unsigned int>(static_cast<unsigned int>(integer), 1), {});
     }
 }
 
 template <typename T>
-void Texts(Digest& digest, Workload& work)
+void Texts(Digests& digests, Workload& work)
 {
     for (int i = 0; i < 300; ++i)
     {
         T const x = Ordered<T>(work);
         T const y = Ordered<T>(work);
         T const z = Ordered<T>(work);
-        digest.Add(Text(tTuple2<T>(x, y)), Text(tTuple3<T>(x, y, z)), Text(tVector2<T>(y, z)),
-                   Text(tVector3<T>(z, y, x)));
+        digests["tuples"].Add(Text(tTuple2<T>(x, y)), Text(tTuple3<T>(x, y, z)));
+        digests["vectors"].Add(Text(tVector2<T>(y, z)), Text(tVector3<T>(z, y, x)));
         tMatrix4<T> matrix = work.Fresh<T>(work.Below(4), 0);
         matrix(6) = x;
-        digest.Add(Text(matrix), static_cast<std::string>(matrix));
+        digests["matrices"].Add(Text(matrix), static_cast<std::string>(matrix));
         tPlane<T> plane({T{3}, T{0}, T{4}}, work.Plain<T>());
-        digest.Add(Text(plane), static_cast<std::string>(plane));
+        digests["planes"].Add(Text(plane), static_cast<std::string>(plane));
         int const integer = static_cast<int>(work.Below(100000)) - 50000;
-        digest.Add(Text(tTuple2<int>(integer, 3)), Text(tVector3<int>(1, integer, 3)),
-                   Text(tVector2<unsigned int>(static_cast<unsigned int>(integer), 3)));
+        digests["integers"].Add(Text(tTuple2<int>(integer, 3)), Text(tVector3<int>(1, integer, 3)),
+                                Text(tVector2<unsigned int>(static_cast<unsigned int>(integer), 3)));
     }
 }
 
@@ -90,8 +89,7 @@ void Texts(Digest& digest, Workload& work)
 
 void RunStreams()
 {
-    // The bytes stand in the order of the machine.
-    if constexpr (std::endian::native == std::endian::little)
+    if constexpr (IS_LITTLE_ENDIAN)
         RunBoth("serialised-bytes", Bytes<float>, Bytes<double>);
     RunBoth("text-forms", Texts<float>, Texts<double>);
 }

@@ -152,7 +152,7 @@ void WideText(Digest& digest, Workload& work)
         }
 }
 
-void TextOperations(Digest& digest, Workload& work)
+void TextOperations(Digests& digests, Workload& work)
 {
     auto const make = [&](unsigned int bound)
     {
@@ -166,17 +166,18 @@ void TextOperations(Digest& digest, Workload& work)
     {
         bv::String const a = make(i % 10 == 0 ? 300 : 12);
         bv::String const b = make(i % 10 == 0 ? 300 : 3);
-        digest.Add(a == b, a != b, (a < b), (a > b), a.Contains(b), b.Contains(a), a.Contains(a), a.IsEmpty());
-        AddText(digest, a + b);
+        digests["comparison"].Add(a == b, a != b, (a < b), (a > b), a.IsEmpty());
+        digests["search"].Add(a.Contains(b), b.Contains(a), a.Contains(a));
+        AddText(digests["joined"], a + b);
         bv::String c(a);
-        AddText(digest, c += b);
-        AddText(digest, c += c);
-        digest.Add(c.Contains(a), c.Contains(b));
+        AddText(digests["joined"], c += b);
+        AddText(digests["joined"], c += c);
+        digests["search"].Add(c.Contains(a), c.Contains(b));
         c = b;
-        AddText(digest, c);
+        AddText(digests["copies"], c);
         c.Clear();
-        AddText(digest, c);
-        digest.Add(bv::FNVHash32(a), bv::FNVHash32(c));
+        AddText(digests["copies"], c);
+        digests["hashes"].Add(bv::FNVHash32(a), bv::FNVHash32(c));
     }
 }
 

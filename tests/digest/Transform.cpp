@@ -13,7 +13,7 @@ namespace
 {
 
 template <typename T>
-void Transforms(Digest& digest, Workload& work)
+void Transforms(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (unsigned int kind = 0; kind < 5; ++kind)
@@ -28,17 +28,18 @@ void Transforms(Digest& digest, Workload& work)
                     matrix(15) = work.Near(T{0});
                 }
                 tVector3<T> const vector = work.Vector3<T>(rarity);
-                digest.Try([&] { return vector.Transformed(matrix); });
+                digests["points"].Try([&] { return vector.Transformed(matrix); });
                 tVector3<T> changed = vector;
-                digest.Try([&] { return changed.Transform(matrix); });
-                digest.Add(changed, vector.TransformedAsVector(matrix));
+                digests["points"].Try([&] { return changed.Transform(matrix); });
+                digests["points"].Add(changed);
+                digests["directions"].Add(vector.TransformedAsVector(matrix));
                 changed = vector;
-                digest.Add(changed.TransformAsVector(matrix), changed);
+                digests["directions"].Add(changed.TransformAsVector(matrix), changed);
             }
 }
 
 template <typename T>
-void PreparedTransforms(Digest& digest, Workload& work)
+void PreparedTransforms(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (unsigned int kind = 0; kind < 5; ++kind)
@@ -53,8 +54,8 @@ void PreparedTransforms(Digest& digest, Workload& work)
                 for (int j = 0; j < 3; ++j)
                 {
                     tVector3<T> const vector = work.Direction<T>(rarity);
-                    digest.Try([&] { return map(vector); });
-                    digest.Add(map.Direction(vector));
+                    digests["points"].Try([&] { return map(vector); });
+                    digests["directions"].Add(map.Direction(vector));
                 }
             }
 }

@@ -49,7 +49,7 @@ template <typename T>
 }
 
 template <typename T>
-void Views(Digest& digest, Workload& work)
+void Views(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 2000; ++i)
@@ -59,23 +59,23 @@ void Views(Digest& digest, Workload& work)
             tVector3<T> const up = work.OneIn(4) ? target - eye : work.Direction<T>(rarity);
             tMatrix4<T> const view = LookAt(eye, target, up);
             tMatrix4<T> const place = PlaceCamera(eye, target, up);
-            AddWhole(digest, view);
-            AddWhole(digest, place);
-            tMatrix4<T> const projection = Projection<T>(digest, work);
+            AddWhole(digests["cameras"], view);
+            AddWhole(digests["cameras"], place);
+            tMatrix4<T> const projection = Projection<T>(digests["projections"], work);
             T const width = static_cast<T>(work.Below(1000) + 1);
             tVector2<T> const size(width, static_cast<T>(work.Below(1000) + 1));
             tPixelRays<T> const rays(size, projection, work.OneIn(4) ? work.AnyMatrix<T>(rarity) : place);
-            digest.Add(rays.GetStepRight(), rays.GetStepDown());
+            digests["pixel-rays"].Add(rays.GetStepRight(), rays.GetStepDown());
             for (int j = 0; j < 4; ++j)
             {
                 tVector2<T> const pixel = work.Vector2<T>(0) * T{50};
                 tRay<T> const ray = rays(pixel);
-                digest.Add(ray.origin, ray.direction, rays.GetDirection(pixel));
+                digests["pixel-rays"].Add(ray.origin, ray.direction, rays.GetDirection(pixel));
                 tVector3<T> const point = work.OneIn(2) ? work.Vector3<T>(rarity) : ray.origin + ray.direction * T{3};
                 auto const shown = GetPixel(point, work.OneIn(4) ? work.AnyMatrix<T>(rarity) : projection * view, size);
-                digest.Add(shown.has_value());
+                digests["pixels"].Add(shown.has_value());
                 if (shown)
-                    digest.Add(*shown, GetViewDistance(shown->z, projection));
+                    digests["pixels"].Add(*shown, GetViewDistance(shown->z, projection));
             }
         }
 }
@@ -100,24 +100,24 @@ template <typename T>
 }
 
 template <typename T>
-void Inverses(Digest& digest, Workload& work)
+void Inverses(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 3000; ++i)
         {
             tMatrix4<T> const matrix = Scaled<T>(work, rarity);
             auto const inverse = TryInverted(matrix);
-            digest.Add(inverse.has_value());
+            digests["inverse"].Add(inverse.has_value());
             if (!inverse)
                 continue;
-            AddWhole(digest, *inverse);
-            AddWhole(digest, *GetNormalMatrix(matrix));
-            digest.Add(*TransformNormal(matrix, work.Direction<T>(rarity)));
+            AddWhole(digests["inverse"], *inverse);
+            AddWhole(digests["normal-matrix"], *GetNormalMatrix(matrix));
+            digests["normals"].Add(*TransformNormal(matrix, work.Direction<T>(rarity)));
         }
 }
 
 template <typename T>
-void Parts(Digest& digest, Workload& work)
+void Parts(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 2000; ++i)
@@ -130,14 +130,14 @@ void Parts(Digest& digest, Workload& work)
                 matrix(15) = T{1};
             }
             auto const parts = Decompose(matrix);
-            digest.Add(parts.has_value());
+            digests["decomposed"].Add(parts.has_value());
             if (!parts)
                 continue;
             auto const& q = parts->rotation;
-            digest.Add(parts->translation, q.x, q.y, q.z, q.w, parts->scale, parts->shear);
-            AddWhole(digest, Compose(*parts));
+            digests["decomposed"].Add(parts->translation, q.x, q.y, q.z, q.w, parts->scale, parts->shear);
+            AddWhole(digests["composed"], Compose(*parts));
             tVector3<T> const translation = work.Vector3<T>(rarity);
-            AddWhole(digest, Compose(translation, q, work.Vector3<T>(rarity)));
+            AddWhole(digests["composed"], Compose(translation, q, work.Vector3<T>(rarity)));
         }
 }
 

@@ -23,18 +23,18 @@ tMatrix4<T> View(Workload& work, unsigned int rarity)
 }
 
 template <typename T>
-void AddView(Digest& digest, tFrustum<T> const& view)
+void AddView(Digests& digests, tFrustum<T> const& view)
 {
-    digest.Add(view.GetLeftPlane(), view.GetRightPlane(), view.GetBottomPlane(), view.GetTopPlane(),
-               view.GetNearPlane(), view.GetFarPlane());
+    digests["planes"].Add(view.GetLeftPlane(), view.GetRightPlane(), view.GetBottomPlane(), view.GetTopPlane(),
+                          view.GetNearPlane(), view.GetFarPlane());
     tVector3<T> corners[8];
     GetCorners(view, corners);
     for (tVector3<T> const& corner : corners)
-        digest.Add(corner);
+        digests["corners"].Add(corner);
 }
 
 template <typename T>
-void Visibility(Digest& digest, Workload& work)
+void Visibility(Digests& digests, Workload& work)
 {
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 400; ++i)
@@ -45,12 +45,14 @@ void Visibility(Digest& digest, Workload& work)
                                             GetScreenView(matrix, tAreaAABB<T>({T(-0.25), T(-0.5)}, {1, T(0.75)})),
                                             GetScreenView(matrix, work.Area<T>(rarity))})
             {
-                AddView(digest, view);
+                AddView(digests, view);
                 for (int k = 0; k < 10; ++k)
                 {
                     tVolumeSphere<T> const sphere{work.Vector3<T>(rarity), work.Number<T>(rarity)};
                     tOrientedBox<T> const box{work.Volume<T>(rarity), work.AnyMatrix<T>(rarity)};
-                    digest.Add(Classify(view, work.Vector3<T>(rarity)), Classify(view, sphere), Classify(view, box));
+                    digests["points"].Add(Classify(view, work.Vector3<T>(rarity)));
+                    digests["spheres"].Add(Classify(view, sphere));
+                    digests["turned-boxes"].Add(Classify(view, box));
                 }
             }
         }

@@ -14,7 +14,7 @@ namespace
 {
 
 template <typename T>
-void Volumes(Digest& digest, Workload& work)
+void Volumes(Digests& digests, Workload& work)
 {
     using Other = std::conditional_t<sizeof(T) == 4, double, float>;
     for (unsigned int const rarity : RARITIES)
@@ -25,37 +25,40 @@ void Volumes(Digest& digest, Workload& work)
             tVector3<T> const point = work.Vector3<T>(rarity);
             T const number = work.Number<T>(rarity);
             tVolumeSphere<T> const sphere(work.Vector3<T>(rarity), number);
-            digest.Add(box.IsValid(), box.Contains(point, false), box.Contains(point, true),
-                       box.Contains(box.GetMin(), false), box.Contains(box.GetMax(), true), box.DistanceSquared(point),
-                       box.Distance(point), box.GetVolume(), box.GetCentre(), box.GetDiagonal(), box.Overlaps(sphere),
-                       box == other, box != other, box == box);
+            digests["containment"].Add(box.Contains(point, false), box.Contains(point, true),
+                                       box.Contains(box.GetMin(), false), box.Contains(box.GetMax(), true));
+            digests["distance"].Add(box.DistanceSquared(point), box.Distance(point), box.Overlaps(sphere));
+            digests["measures"].Add(box.IsValid(), box.GetVolume(), box.GetCentre(), box.GetDiagonal());
+            digests["comparison"].Add(box == other, box != other, box == box);
             for (unsigned char axis = 0; axis < 4; ++axis)
             {
-                digest.Try([&] { return box.GetLength(axis); });
-                digest.Try([&] { return box.GetArea(axis); });
+                digests["measures"].Try([&] { return box.GetLength(axis); });
+                digests["measures"].Try([&] { return box.GetArea(axis); });
                 tVolumeAABB<T> lower = other;
                 tVolumeAABB<T> upper;
                 box.Split(axis, lower, upper);
-                digest.Add(lower, upper);
+                digests["halves"].Add(lower, upper);
                 upper = box;
                 upper.Split(axis, lower, upper);
-                digest.Add(lower, upper);
+                digests["halves"].Add(lower, upper);
             }
             tVolumeAABB<T> grown = box;
-            digest.Add(grown.ExpandAndSignal(other), grown);
-            digest.Add(grown.ExpandAndSignal(point), grown);
+            Digest& growth = digests["growth"];
+            growth.Add(grown.ExpandAndSignal(other), grown);
+            growth.Add(grown.ExpandAndSignal(point), grown);
             grown.Expand(number);
-            digest.Add(grown);
+            growth.Add(grown);
             grown.Offset(number);
-            digest.Add(grown);
+            growth.Add(grown);
             grown.Reset();
             grown.Expand(point);
             grown.Expand(other);
-            digest.Add(grown, tVolumeAABB<Other>(box), tVolumeAABB<T>(point));
+            growth.Add(grown);
+            digests["conversions"].Add(tVolumeAABB<Other>(box), tVolumeAABB<T>(point));
             tMatrix4<T> const matrix = work.AnyMatrix<T>(rarity);
-            digest.Add(box * matrix);
+            digests["transforms"].Add(box * matrix);
             grown = box;
-            digest.Add(grown *= matrix);
+            digests["transforms"].Add(grown *= matrix);
         }
 }
 

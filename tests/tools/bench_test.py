@@ -536,6 +536,19 @@ class DigestTest(unittest.TestCase):
                                      check=False)
                 self.assertEqual(run.returncode, code, text)
 
+    def test_a_change_that_is_meant_is_put_on_record_below_the_head(self):
+        with tempfile.TemporaryDirectory() as folder:
+            record, program = os.path.join(folder, "record"), os.path.join(folder, "program")
+            for path, text in ((program, "#!/bin/sh\necho noise 1a\necho vectors 00ff\n"),
+                               (record, "# head\n# of two lines\nvectors 00fe\nold 2\n")):
+                with open(path, "w", encoding="utf-8") as file:
+                    file.write(text)
+            os.chmod(program, 0o755)
+            script = os.path.join(ROOT, "tests", "digest", "digest.py")
+            subprocess.run([sys.executable, script, "--write", program, record], check=True)
+            with open(record, encoding="utf-8") as file:
+                self.assertEqual(file.read(), "# head\n# of two lines\nnoise 1a\nvectors 00ff\n")
+
 
 class MachineTest(unittest.TestCase):
     def versions(self, dpkg_query):

@@ -13,6 +13,15 @@
 #define BV_GNU 0
 #endif
 
+// One function for the square roots of numbers and of vectors, by which newer Clangs replace those of x86.
+#define BV_ELEMENTWISE_SQRT 0
+#if BV_GNU && defined __has_builtin
+#if __has_builtin(__builtin_elementwise_sqrt)
+#undef BV_ELEMENTWISE_SQRT
+#define BV_ELEMENTWISE_SQRT 1
+#endif
+#endif
+
 // Instructions of x86. They differ between the files of a program.
 #if BV_GNU && defined __SSE2__
 #define BV_SSE2 1

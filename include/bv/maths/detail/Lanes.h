@@ -635,7 +635,9 @@ template <typename M>
 /// The square root of one number: that of std::sqrt(), which may also call a function to set `errno`.
 [[nodiscard, gnu::always_inline]] inline float SquareRoot(float x) noexcept
 {
-#if BV_SSE2
+#if BV_ELEMENTWISE_SQRT
+    return __builtin_elementwise_sqrt(x);
+#elif BV_SSE2
     return __builtin_ia32_sqrtss(Broadcast<Register<float, 16>>(x))[0];
 #elif BV_GNU
     return __builtin_sqrtf(x);
@@ -647,7 +649,9 @@ template <typename M>
 /// @copydoc SquareRoot(float)
 [[nodiscard, gnu::always_inline]] inline double SquareRoot(double x) noexcept
 {
-#if BV_SSE2
+#if BV_ELEMENTWISE_SQRT
+    return __builtin_elementwise_sqrt(x);
+#elif BV_SSE2
     return __builtin_ia32_sqrtsd(Broadcast<Register<double, 16>>(x))[0];
 #elif BV_GNU
     return __builtin_sqrt(x);
@@ -662,6 +666,10 @@ template <typename V>
 {
     if constexpr (IS_HALVED<V>)
         return {SquareRoot(x.low), SquareRoot(x.high)};
+#if BV_ELEMENTWISE_SQRT
+    else
+        return __builtin_elementwise_sqrt(x);
+#else
 #if BV_AVX
     else if constexpr (std::is_same_v<V, Register<float, 32>>)
         return __builtin_ia32_sqrtps256(x);
@@ -684,6 +692,7 @@ template <typename V>
         }
         return roots;
     }
+#endif
 }
 
 } // namespace BV_REGISTERS

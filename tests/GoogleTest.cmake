@@ -1,4 +1,4 @@
-# GoogleTest from its sources, for compilers of other systems: as Debian's package googletest installs them.
+# GoogleTest from its sources, for compilers of other systems and other standard libraries: as Debian's package googletest installs them.
 find_path(BV_GOOGLETEST_SOURCES src/gtest-all.cc HINTS /usr/src/googletest/googletest NO_CMAKE_FIND_ROOT_PATH)
 mark_as_advanced(BV_GOOGLETEST_SOURCES)
 if(BV_GOOGLETEST_SOURCES)

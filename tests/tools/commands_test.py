@@ -22,10 +22,11 @@ BASH = shutil.which("bash")
 TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdir", "mv", "rm", "cat", "sleep", "chmod")
 PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "python3", "objdump", "gdb", "lldb-14",
             "lintian", "dpkg-shlibdeps", "qemu-x86_64", "x86_64-w64-mingw32-g++-posix", "wine", "wineserver",
-            "aarch64-linux-gnu-g++", "qemu-aarch64", "em++", "node", "strip", "taskset",
-            "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
+            "aarch64-linux-gnu-g++", "qemu-aarch64", "s390x-linux-gnu-g++", "qemu-s390x", "clang++-22", "ld.lld", "em++",
+            "node", "strip", "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
 
-GROUPS = ("build", "gcc", "clang", "mingw", "test", "demo", "check", "bench", "package", "aarch64", "wasm")
+GROUPS = ("build", "gcc", "clang", "clang-new", "libcxx", "lto", "mingw", "test", "demo", "check", "bench", "package",
+          "aarch64", "s390x", "wasm")
 
 NOTE = r"""#!{bash}
 [ "${{0##*/}} $1" = "python3 -c" ] || printf '%s\n' "${{0##*/}} $*" >>"$NOTES"
@@ -130,7 +131,8 @@ class Arguments(CommandTest):
 
     def test_unknown_arguments_are_refused(self):
         groups = f"(groups: {', '.join(GROUPS)})"
-        presets = "(presets: release, clang, v3, debug, sanitize, mingw, mingw-static, mingw-clang, plain, aarch64, wasm)"
+        presets = ("(presets: release, clang, v3, debug, sanitize, plain, clang-new, libcxx, lto, clang-lto, stack-zero, "
+                   "stack-pattern, qemu64, core2duo, mingw, mingw-static, mingw-clang, aarch64, aarch64-clang, s390x, wasm)")
         size = "(usage: tools/demo [WIDTHxHEIGHT])"
         for message, *command in (
                 (f"no such option: --fast {size}", "tools/demo", "--fast"),
@@ -162,7 +164,7 @@ class Arguments(CommandTest):
 
     def test_every_preset_is_known(self):
         presets = json.loads((ROOT / "CMakePresets.json").read_text(encoding="utf-8"))["buildPresets"]
-        self.assertEqual(len(presets), 11)
+        self.assertEqual(len(presets), 21)
         for preset in (preset["name"] for preset in presets):
             self.assert_runs("tools/test", preset)
             self.assertIn(f"ctest --preset {preset}", self.noted())

@@ -54,6 +54,7 @@ template <typename T>
 /// Whether two values have the same bits in every element.
 struct BitEqual
 {
+    /// Whether the bits of all elements are the same.
     template <detail::WithElements Value>
     [[nodiscard, gnu::always_inline]] constexpr bool operator()(Value const& a, Value const& b) const noexcept
     {
@@ -70,6 +71,7 @@ struct BitEqual
 /// +infinity and those of negative sign in front of -infinity.
 struct BitLess
 {
+    /// Whether the first value comes before the second.
     template <detail::WithElements Value>
     [[nodiscard, gnu::always_inline]] constexpr bool operator()(Value const& a, Value const& b) const noexcept
     {
@@ -89,6 +91,7 @@ struct BitLess
 /// another version of the library.
 struct BitHash
 {
+    /// The hash of a value.
     template <detail::WithElements Value>
     [[nodiscard, gnu::always_inline]] constexpr std::size_t operator()(Value const& value) const noexcept
     {

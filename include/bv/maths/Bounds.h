@@ -156,6 +156,7 @@ template <typename T>
 
 /// A corner of a box.
 ///
+/// @param box the box.
 /// @param index bit 0 chooses the upper end along x, bit 1 along y, bit 2 along z; other bits count for nothing.
 template <typename T>
 [[nodiscard]] constexpr tVector3<T> GetCorner(tVolumeAABB<T> const& box, unsigned int index) noexcept
@@ -165,6 +166,7 @@ template <typename T>
 }
 /// A corner of a rectangle.
 ///
+/// @param box the rectangle.
 /// @param index bit 0 chooses the upper end along x, bit 1 along y; other bits count for nothing.
 template <typename T>
 [[nodiscard]] constexpr tVector2<T> GetCorner(tAreaAABB<T> const& box, unsigned int index) noexcept

@@ -59,6 +59,7 @@ struct tTriangleHit
 /// a) . (direction x (c - a))| is above 0. With the scalar products U and V, it is a hit if U >= 0, V >= 0, U + V <= d,
 /// and t, u = U / d and v = V / d are quotients, so that a corner that is hit exactly has the weight 1.
 ///
+/// @param ray the ray.
 /// @param a,b,c the corners, in either order of rotation.
 /// @param tNear,tFar the parameters that count.
 /// @param[out] hit where it is, written for a hit alone.
@@ -109,6 +110,9 @@ IntersectTriangle(tWatertightRay<T> const& ray, tVector3<T> const& a, tVector3<T
 /// t = -(n . origin + offset) / (n . direction), with the sums in the order of tPlane::GetIntersection(). A ray whose
 /// direction has exactly no component along the normal is a miss, one in the plane included; there is no tolerance,
 /// since the interval takes care of far hits.
+/// @param ray the ray.
+/// @param plane the plane.
+/// @param tNear,tFar the parameters that count.
 /// @param[out] t the parameter of the hit, never -0.
 template <typename T>
 [[nodiscard, gnu::always_inline]] inline bool IntersectPlane(tRay<T> const& ray, tPlane<T> const& plane,
@@ -135,8 +139,11 @@ template <typename T>
 /// t = (n . (centre - origin)) / (n . direction); the hit counts if the squared length of (origin - centre) + t *
 /// direction is at most the square of the radius. The rim belongs to the disc. A ray parallel to it is a miss, one in
 /// its plane included, and so is a negative radius.
+/// @param ray the ray.
+/// @param centre of the disc.
 /// @param normal of any length but zero, which is a miss.
 /// @param radius 0 is a disc of one point.
+/// @param tNear,tFar the parameters that count.
 /// @param[out] t the parameter of the hit, never -0.
 template <typename T>
 [[nodiscard, gnu::always_inline]] inline bool
@@ -165,6 +172,8 @@ IntersectDisc(tRay<T> const& ray, tVector3<T> const& centre, tVector3<T> const& 
 /// The ray is seen along the axes of the box, from its centre, as (origin - centre).Dot(axis) and direction.Dot(axis),
 /// and clipped as tRay::Clip() does: faces are widened by `TOLERANCE`, and what that function says of parallel rays and
 /// NaN holds here. A box that is not valid is a miss that changes nothing.
+/// @param ray the ray.
+/// @param box the box.
 /// @param[in,out] tNear,tFar the interval; for a miss, what the axes up to that one made of it.
 /// @return whether anything is left of it.
 template <typename T>
@@ -218,6 +227,8 @@ template <typename T>
 /// of its projection onto it. Outside of the triangle, one of them at least is negative.
 ///
 /// With n = (b - a) x (c - a), u = n . ((p - a) x (c - a)) / n . n and v = n . ((b - a) x (p - a)) / n . n.
+/// @param point the point.
+/// @param a,b,c the corners of the triangle.
 /// @param[out] u the weight of b.
 /// @param[out] v the weight of c.
 /// @return false, and nothing written, for a triangle whose n . n is 0, not finite or NaN.
@@ -231,6 +242,8 @@ template <typename T>
 /// The point moves in the plane of the triangle, by dO + t * dD + dt * D with dt = -n . (dO + t * dD) / n . D, where n
 /// = (b - a) x (c - a), O is the origin and D the direction. The differential of anything that is interpolated over the
 /// triangle follows from the barycentric coordinates: d.x * (B - A) + d.y * (C - A) for each derivative d.
+/// @param ray the ray, with its differentials.
+/// @param a,b,c the corners of the triangle.
 /// @param t the parameter of the hit; any parameter of the plane will do.
 /// @param[out] position derivatives of the point by the two directions of the image.
 /// @param[out] barycentric derivatives of (u, v), the weights of b and c.

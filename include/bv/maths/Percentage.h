@@ -59,8 +59,10 @@ public:
     /// A ratio is no fraction: it would be cut to an integer. Nor is one of its fields.
     template <std::floating_point N>
     Percentage(N ratio) = delete;
+    /// A field is an integer.
     template <std::floating_point N, typename D>
     Percentage(N n, D d) = delete;
+    /// A field is an integer.
     template <std::integral N, std::floating_point D>
     Percentage(N n, D d) = delete;
     /// @}
@@ -89,6 +91,7 @@ public:
     /// Divides by an integer. Unlike a division by a fraction this reduces zero, too: 0/x gives 0/1.
     /// @throws DivideByZeroException when d is 0, and for 0/0 divided by anything.
     BV_INLINE constexpr Percentage& operator/=(unsigned int d);
+    /// The quotient by a floating-point number is no fraction.
     template <std::floating_point N>
     Percentage& operator/=(N d) = delete;
     /// @}
@@ -97,61 +100,76 @@ public:
     /// Each works on a copy and throws as its compound form does. Constants and variables have the same ones, so that
     /// neither turns into a `float` on the way.
     /// @{
+    /// Product with a fraction.
     [[nodiscard]] BV_INLINE constexpr Percentage operator*(Percentage const& other)
     {
         return Percentage(*this) *= other;
     }
+    /// Product with a fraction.
     [[nodiscard]] BV_INLINE constexpr Percentage operator*(Percentage const& other) const
     {
         return Percentage(*this) *= other;
     }
+    /// Sum with a fraction.
     [[nodiscard]] BV_INLINE constexpr Percentage operator+(Percentage const& other)
     {
         return Percentage(*this) += other;
     }
+    /// Sum with a fraction.
     [[nodiscard]] BV_INLINE constexpr Percentage operator+(Percentage const& other) const
     {
         return Percentage(*this) += other;
     }
+    /// Quotient by a fraction.
     [[nodiscard]] BV_INLINE constexpr Percentage operator/(Percentage const& other)
     {
         return Percentage(*this) /= other;
     }
+    /// Quotient by a fraction.
     [[nodiscard]] BV_INLINE constexpr Percentage operator/(Percentage const& other) const
     {
         return Percentage(*this) /= other;
     }
+    /// Quotient by an integer.
     [[nodiscard]] BV_INLINE constexpr Percentage operator/(unsigned int d) { return Percentage(*this) /= d; }
+    /// Quotient by an integer.
     [[nodiscard]] BV_INLINE constexpr Percentage operator/(unsigned int d) const { return Percentage(*this) /= d; }
 
     // A plain `p * 2` would waver between the fraction and the `float`; these match what stands there exactly.
+    /// Product with an integer, which is a fraction.
     template <detail::AnyPercentage P, detail::IntegerUpTo32Bits N>
     [[nodiscard, gnu::always_inline]] friend constexpr Percentage operator*(P&& percentage, N n)
     {
         return Percentage(percentage) *= static_cast<unsigned int>(n);
     }
+    /// Sum with an integer, which is a fraction.
     template <detail::AnyPercentage P, detail::IntegerUpTo32Bits N>
     [[nodiscard, gnu::always_inline]] friend constexpr Percentage operator+(P&& percentage, N n)
     {
         return Percentage(percentage) += static_cast<unsigned int>(n);
     }
+    /// Quotient by an integer, which is a fraction.
     template <detail::AnyPercentage P, detail::IntegerUpTo32Bits N>
     [[nodiscard, gnu::always_inline]] friend constexpr Percentage operator/(P&& percentage, N d)
     {
         return Percentage(percentage) /= static_cast<unsigned int>(d);
     }
+    /// A longer integer would be cut.
     template <detail::AnyPercentage P, detail::LongerInteger N>
     friend Percentage operator/(P&& percentage, N d) = delete;
+    /// Product with a floating-point number, which is one.
     template <detail::AnyPercentage P, std::floating_point N>
     [[nodiscard, gnu::always_inline]] friend constexpr N operator*(P&& percentage, N n) noexcept
     {
         return static_cast<N>(static_cast<float>(percentage)) * n;
     }
+    /// Sum with a floating-point number, which is one.
     template <detail::AnyPercentage P, std::floating_point N>
     [[nodiscard, gnu::always_inline]] friend constexpr N operator+(P&& percentage, N n) noexcept
     {
         return static_cast<N>(static_cast<float>(percentage)) + n;
     }
+    /// Quotient by a floating-point number, which is one.
     template <detail::AnyPercentage P, std::floating_point N>
     [[nodiscard, gnu::always_inline]] friend constexpr N operator/(P&& percentage, N d) noexcept
     {

@@ -526,6 +526,7 @@ template <typename T>
 
 /// Density of SquareToCone() per solid angle: 1 / (2 pi (1 - cosine)) where z >= cosine, and 0 elsewhere and for NaN.
 ///
+/// @param direction of length 1, from the apex.
 /// @param cosine in [-1, 1), not checked.
 /// @tparam T `float` or `double`; both instances are in the library.
 template <typename T>

@@ -149,6 +149,7 @@ Classify(tFrustum<T> const& view, tOrientedBox<T> const& box) noexcept
 /// A corner of a view: the point that three of its planes have in common. Those of tFrustum(matrix) are where the
 /// matrix draws x, y and z at -1 or 1, which are the corners of what is shown only for DepthRange::MINUS_ONE_TO_ONE.
 ///
+/// @param view the view.
 /// @param index bit 0 chooses the right plane instead of the left one, bit 1 the top instead of the bottom, bit 2 the
 ///        far instead of the near; other bits count for nothing.
 /// @return infinities or NaN where these planes have no one point in common, as at the far end of an infinite view.

@@ -45,10 +45,13 @@ public:
     }
     /// The smallest disc through two points, whose distance is its diameter.
     constexpr tAreaDisc(tVector2<T> const& p, tVector2<T> const& q) noexcept;
-    /// Copies the squared radius and the centre; so do the three operations below.
+    /// The same squared radius and centre.
     constexpr tAreaDisc(tAreaDisc const& other) noexcept;
+    /// The same squared radius and centre: there is nothing to take over.
     constexpr tAreaDisc(tAreaDisc&& other) noexcept;
+    /// Copies the squared radius and the centre.
     constexpr tAreaDisc& operator=(tAreaDisc const& other) noexcept;
+    /// Copies the squared radius and the centre, too.
     constexpr tAreaDisc& operator=(tAreaDisc&& other) noexcept;
     /// Converts from the other precision, number by number, rounding to nearest.
     template <OtherPrecision<T> U>

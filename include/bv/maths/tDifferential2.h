@@ -82,9 +82,13 @@ public:
     [[nodiscard]] constexpr tDifferential2 operator*(T const& scalar) const noexcept;
     /// Both derivatives times a vector, component by component.
     [[nodiscard]] constexpr tDifferential2 operator*(tVector2<T> const& factors) const noexcept;
+    /// Sum, in place.
     constexpr tDifferential2& operator+=(tDifferential2 const& other) noexcept { return *this = *this + other; }
+    /// Difference, in place.
     constexpr tDifferential2& operator-=(tDifferential2 const& other) noexcept { return *this = *this - other; }
+    /// Product with a scalar, in place.
     constexpr tDifferential2& operator*=(T const& scalar) noexcept { return *this = *this * scalar; }
+    /// Product with a vector, component by component, in place.
     constexpr tDifferential2& operator*=(tVector2<T> const& factors) noexcept { return *this = *this * factors; }
     /// Multiplies both derivatives by the reciprocal 1 / divisor, which is rounded first: not always the quotient.
     constexpr tDifferential2& operator/=(T const& divisor) noexcept { return *this = *this * (T{1} / divisor); }

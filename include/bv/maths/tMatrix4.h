@@ -104,6 +104,7 @@ public:
     /// Reads sixteen consecutive elements, row by row, and classifies them. The pointer must not be null; the alignment
     /// of its type is enough.
     tMatrix4(T const* values) noexcept;
+    /// A null pointer has no elements.
     tMatrix4(std::nullptr_t) = delete;
     /// The matrix whose first three columns are these axes; the fourth row and column are (0, 0, 0, 1).
     ///
@@ -246,6 +247,7 @@ public:
     [[gnu::always_inline]] tMatrix4& operator=(tMatrix4 const& other) noexcept;
     /// Copies sixteen consecutive elements, row by row, and classifies them. They may lie in this matrix.
     tMatrix4& operator=(T const* values) noexcept;
+    /// A null pointer has no elements.
     tMatrix4& operator=(std::nullptr_t) = delete;
     /// Converts from the other precision, element by element, rounding to nearest, and classifies the result.
     template <OtherPrecision<T> U>

@@ -46,6 +46,7 @@ public:
     /// Reads the normal's x, y and z and then the offset from four consecutive values and scales them as above; the
     /// pointer must not be null.
     tPlane(T const* values) noexcept : tPlane(tVector3<T>(values), values[3]) {}
+    /// A null pointer has no components.
     tPlane(std::nullptr_t) = delete;
     /// Converts from the other precision, component by component, rounding to nearest. Nothing is scaled, so that the
     /// normal is of unit length only within the coarser precision.
@@ -113,7 +114,8 @@ public:
     /// Replaces the plane as Set() does, reading the normal's x, y and z and then the offset from four consecutive
     /// values.
     tPlane& operator=(T const* values) noexcept { return *this = tPlane(values); }
-    tPlane& operator=(std::nullptr_t) = delete; // nor does `plane = {}` mean a null pointer
+    /// A null pointer has no components, nor does `plane = {}` mean one.
+    tPlane& operator=(std::nullptr_t) = delete;
     /// Equality component by component, normal first, each within IsEqual()'s tolerance.
     [[nodiscard]] constexpr bool operator==(tPlane const& other) const noexcept;
     /// The exact negation of equality.

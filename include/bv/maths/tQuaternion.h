@@ -58,7 +58,8 @@ public:
         : x{components[0]}, y{components[1]}, z{components[2]}, w{components[3]}
     {
     }
-    explicit tQuaternion(std::nullptr_t) = delete; // nor is a single 0 a null pointer
+    /// A null pointer has no components, and a single 0 is none.
+    explicit tQuaternion(std::nullptr_t) = delete;
     /// Converts from the other precision, component by component, rounding to nearest.
     template <OtherPrecision<T> U>
     explicit constexpr tQuaternion(tQuaternion<U> const& other) noexcept
@@ -188,14 +189,18 @@ public:
     [[nodiscard]] constexpr tQuaternion operator*(T scalar) const noexcept;
     /// Quotient by a scalar: a true division of each component.
     [[nodiscard]] constexpr tQuaternion operator/(T scalar) const noexcept;
+    /// Sum, in place.
     constexpr tQuaternion& operator+=(tQuaternion const& other) noexcept { return *this = *this + other; }
+    /// Difference, in place.
     constexpr tQuaternion& operator-=(tQuaternion const& other) noexcept { return *this = *this - other; }
     /// Product with a quaternion on the right, whose rotation is applied first.
     [[gnu::always_inline]] constexpr tQuaternion& operator*=(tQuaternion const& other) noexcept
     {
         return *this = *this * other;
     }
+    /// Product with a scalar, in place.
     constexpr tQuaternion& operator*=(T scalar) noexcept { return *this = *this * scalar; }
+    /// Quotient by a scalar, in place: a true division of each component.
     constexpr tQuaternion& operator/=(T scalar) noexcept { return *this = *this / scalar; }
     /// Equality component by component, tolerant (IsEqual()). The opposite quaternion is another one: see
     /// IsSameRotation().

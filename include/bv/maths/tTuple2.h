@@ -42,7 +42,8 @@ public:
     constexpr tTuple2(T xValue, T yValue) noexcept : x{xValue}, y{yValue} {}
     /// Reads x and y from two consecutive values; the pointer must not be null.
     explicit constexpr tTuple2(T const* components) noexcept : x{components[0]}, y{components[1]} {}
-    explicit tTuple2(std::nullptr_t) = delete; // nor is a single 0 a null pointer
+    /// A null pointer has no components, and a single 0 is none.
+    explicit tTuple2(std::nullptr_t) = delete;
     /// Converts from the other precision, component by component, rounding to nearest.
     template <OtherPrecision<T> U>
     explicit constexpr tTuple2(tTuple2<U> const& other) noexcept
@@ -89,9 +90,13 @@ public:
     /// Quotient by a scalar: a division of each component, which integers cut towards zero. They must not be divided by
     /// zero.
     [[nodiscard]] constexpr tTuple2 operator/(T scalar) const noexcept;
+    /// Sum, in place.
     constexpr tTuple2& operator+=(tTuple2 const& other) noexcept { return *this = *this + other; }
+    /// Difference, in place.
     constexpr tTuple2& operator-=(tTuple2 const& other) noexcept { return *this = *this - other; }
+    /// Product with a scalar, in place.
     constexpr tTuple2& operator*=(T scalar) noexcept { return *this = *this * scalar; }
+    /// Quotient by a scalar, in place, as `/` has it.
     constexpr tTuple2& operator/=(T scalar) noexcept { return *this = *this / scalar; }
     /// Equality component by component: tolerant (IsEqual()) for floating-point types, exact for integers.
     [[nodiscard]] constexpr bool operator==(tTuple2 const& other) const noexcept;

@@ -43,7 +43,8 @@ public:
     constexpr tTuple3(T xValue, T yValue, T zValue) noexcept : x{xValue}, y{yValue}, z{zValue} {}
     /// Reads x, y and z from three consecutive values; the pointer must not be null.
     explicit constexpr tTuple3(T const* components) noexcept : x{components[0]}, y{components[1]}, z{components[2]} {}
-    explicit tTuple3(std::nullptr_t) = delete; // nor is a single 0 a null pointer
+    /// A null pointer has no components, and a single 0 is none.
+    explicit tTuple3(std::nullptr_t) = delete;
     /// Converts from the other precision, component by component, rounding to nearest.
     template <OtherPrecision<T> U>
     explicit constexpr tTuple3(tTuple3<U> const& other) noexcept
@@ -90,9 +91,13 @@ public:
     /// Quotient by a scalar: a division of each component, which integers cut towards zero. They must not be divided by
     /// zero.
     [[nodiscard]] constexpr tTuple3 operator/(T scalar) const noexcept;
+    /// Sum, in place.
     constexpr tTuple3& operator+=(tTuple3 const& other) noexcept { return *this = *this + other; }
+    /// Difference, in place.
     constexpr tTuple3& operator-=(tTuple3 const& other) noexcept { return *this = *this - other; }
+    /// Product with a scalar, in place.
     constexpr tTuple3& operator*=(T scalar) noexcept { return *this = *this * scalar; }
+    /// Quotient by a scalar, in place, as `/` has it.
     constexpr tTuple3& operator/=(T scalar) noexcept { return *this = *this / scalar; }
     /// Equality component by component: tolerant (IsEqual()) for floating-point types, exact for integers.
     [[nodiscard]] constexpr bool operator==(tTuple3 const& other) const noexcept;

@@ -38,7 +38,8 @@ public:
     constexpr tVector2(T xValue, T yValue) noexcept : x{xValue}, y{yValue} {}
     /// Reads x and y from two consecutive values; the pointer must not be null.
     explicit constexpr tVector2(T const* components) noexcept : x{components[0]}, y{components[1]} {}
-    explicit tVector2(std::nullptr_t) = delete; // nor is a single 0 a null pointer
+    /// A null pointer has no components, and a single 0 is none.
+    explicit tVector2(std::nullptr_t) = delete;
     /// Converts from the other precision, component by component, rounding to nearest.
     template <OtherPrecision<T> U>
     explicit constexpr tVector2(tVector2<U> const& other) noexcept
@@ -102,11 +103,17 @@ public:
     [[nodiscard]] constexpr tVector2 operator/(T scalar) const noexcept;
     /// Quotient, component by component.
     [[nodiscard]] constexpr tVector2 operator/(tVector2 const& other) const noexcept;
+    /// Sum, in place.
     constexpr tVector2& operator+=(tVector2 const& other) noexcept { return *this = *this + other; }
+    /// Difference, in place.
     constexpr tVector2& operator-=(tVector2 const& other) noexcept { return *this = *this - other; }
+    /// Product with a scalar, in place.
     constexpr tVector2& operator*=(T scalar) noexcept { return *this = *this * scalar; }
+    /// Product, component by component, in place.
     constexpr tVector2& operator*=(tVector2 const& other) noexcept { return *this = *this * other; }
+    /// Quotient by a scalar, in place: a true division of each component.
     constexpr tVector2& operator/=(T scalar) noexcept { return *this = *this / scalar; }
+    /// Quotient, component by component, in place.
     constexpr tVector2& operator/=(tVector2 const& other) noexcept { return *this = *this / other; }
     /// Equality component by component: tolerant (IsEqual()) for floating-point types, exact for integers.
     [[nodiscard, gnu::always_inline]] constexpr bool operator==(tVector2 const& other) const noexcept;

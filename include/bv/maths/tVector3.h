@@ -41,7 +41,8 @@ public:
     constexpr tVector3(T xValue, T yValue, T zValue) noexcept : x{xValue}, y{yValue}, z{zValue} {}
     /// Reads x, y and z from three consecutive values; the pointer must not be null.
     explicit constexpr tVector3(T const* components) noexcept : x{components[0]}, y{components[1]}, z{components[2]} {}
-    explicit tVector3(std::nullptr_t) = delete; // nor is a single 0 a null pointer
+    /// A null pointer has no components, and a single 0 is none.
+    explicit tVector3(std::nullptr_t) = delete;
     /// Converts from the other precision, component by component, rounding to nearest.
     template <OtherPrecision<T> U>
     explicit constexpr tVector3(tVector3<U> const& other) noexcept
@@ -133,11 +134,17 @@ public:
     [[nodiscard]] constexpr tVector3 operator/(T scalar) const noexcept;
     /// Quotient, component by component.
     [[nodiscard]] constexpr tVector3 operator/(tVector3 const& other) const noexcept;
+    /// Sum, in place.
     constexpr tVector3& operator+=(tVector3 const& other) noexcept { return *this = *this + other; }
+    /// Difference, in place.
     constexpr tVector3& operator-=(tVector3 const& other) noexcept { return *this = *this - other; }
+    /// Product with a scalar, in place.
     constexpr tVector3& operator*=(T scalar) noexcept { return *this = *this * scalar; }
+    /// Product, component by component, in place.
     constexpr tVector3& operator*=(tVector3 const& other) noexcept { return *this = *this * other; }
+    /// Quotient by a scalar, in place: a true division of each component.
     constexpr tVector3& operator/=(T scalar) noexcept { return *this = *this / scalar; }
+    /// Quotient, component by component, in place.
     constexpr tVector3& operator/=(tVector3 const& other) noexcept { return *this = *this / other; }
     /// Equality component by component: tolerant (IsEqual()) for floating-point types, exact for integers.
     [[nodiscard, gnu::always_inline]] constexpr bool operator==(tVector3 const& other) const noexcept;

@@ -46,10 +46,13 @@ public:
     }
     /// The smallest sphere through two points, whose distance is its diameter.
     constexpr tVolumeSphere(tVector3<T> const& p, tVector3<T> const& q) noexcept;
-    /// Copies the squared radius and the centre; so do the three operations below.
+    /// The same squared radius and centre.
     constexpr tVolumeSphere(tVolumeSphere const& other) noexcept;
+    /// The same squared radius and centre: there is nothing to take over.
     constexpr tVolumeSphere(tVolumeSphere&& other) noexcept;
+    /// Copies the squared radius and the centre.
     constexpr tVolumeSphere& operator=(tVolumeSphere const& other) noexcept;
+    /// Copies the squared radius and the centre, too.
     constexpr tVolumeSphere& operator=(tVolumeSphere&& other) noexcept;
     /// Converts from the other precision, number by number, rounding to nearest.
     template <OtherPrecision<T> U>

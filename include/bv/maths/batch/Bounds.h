@@ -22,7 +22,9 @@ void ExpandBox(tVolumeAABB<T>& box, tVectorsIn<T> points) noexcept;
 
 /// Finds the points in a box, as tVolumeAABB::Contains() does.
 ///
+/// @param box the box.
 /// @param exclusiveMax whether points on the upper faces are outside.
+/// @param points any number.
 /// @param[out] inside the bits of the points in the box.
 /// @return how many there are.
 /// @throws bv::InvalidArgumentException for different lengths.
@@ -39,24 +41,25 @@ void ClassifyBoxes(tFrustum<T> const& frustum, tBoxesIn<T> boxes,
 /// The planes of a view, a bit each, in the order in which tFrustum has them.
 enum PlaneBits : std::uint8_t
 {
-    PLANE_LEFT = 1,
-    PLANE_RIGHT = 2,
-    PLANE_BOTTOM = 4,
-    PLANE_TOP = 8,
-    PLANE_NEAR = 16,
-    PLANE_FAR = 32,
-    PLANES_ALL = 63,
+    PLANE_LEFT = 1,     ///< the left plane
+    PLANE_RIGHT = 2,    ///< the right plane
+    PLANE_BOTTOM = 4,   ///< the bottom plane
+    PLANE_TOP = 8,      ///< the top plane
+    PLANE_NEAR = 16,    ///< the near plane
+    PLANE_FAR = 32,     ///< the far plane
+    PLANES_ALL = 63,    ///< all six
     PLANES_OUTSIDE = 64 ///< no plane: the box is outside
 };
 
 /// Says of each box which planes it straddles, for a hierarchy of boxes: those in a box that is inside of a plane are
 /// inside of it, too, and need not be tested again.
 ///
+/// @param frustum the view.
 /// @param planes the bits of the planes to test: PLANES_ALL for the root, and for the children of a box what this
 ///        function said of it. With PLANES_OUTSIDE among them, all boxes are outside.
+/// @param boxes any number.
 /// @param[out] results for each box, the bits of the tested planes that have a part of it behind them, 0 for one that
-/// is
-///        wholly inside; or PLANES_OUTSIDE alone for one that lies wholly behind a tested plane.
+///        is wholly inside; or PLANES_OUTSIDE alone for one that lies wholly behind a tested plane.
 /// @throws bv::InvalidArgumentException for different lengths.
 template <typename T>
 void ClassifyBoxesByPlane(tFrustum<T> const& frustum, unsigned int planes, tBoxesIn<T> boxes,
@@ -64,6 +67,8 @@ void ClassifyBoxesByPlane(tFrustum<T> const& frustum, unsigned int planes, tBoxe
 
 /// Finds the boxes that tFrustum::ContainsAABB() does not call OUTSIDE.
 ///
+/// @param frustum the view.
+/// @param boxes any number.
 /// @param[out] visible their bits.
 /// @return how many there are.
 /// @throws bv::InvalidArgumentException for different lengths.
@@ -72,6 +77,8 @@ std::size_t FindVisibleBoxes(tFrustum<T> const& frustum, tBoxesIn<T> boxes, BitS
 
 /// Lists the boxes that tFrustum::ContainsAABB() does not call OUTSIDE.
 ///
+/// @param frustum the view.
+/// @param boxes any number.
 /// @param[out] indices theirs, ascending, of 32 bits; as long as the boxes are many. What is behind the last one is not
 ///        written.
 /// @return how many there are.
@@ -92,6 +99,8 @@ void ClassifySpheres(tFrustum<T> const& frustum, tSpheresIn<T> spheres,
 
 /// Finds the spheres that ClassifySpheres() does not call OUTSIDE.
 ///
+/// @param frustum the view.
+/// @param spheres any number.
 /// @param[out] visible their bits.
 /// @return how many there are.
 /// @throws bv::InvalidArgumentException for different lengths.

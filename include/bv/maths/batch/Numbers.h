@@ -16,6 +16,7 @@ namespace bv::maths
 
 /// Compares numbers pair by pair, as IsEqual() does.
 ///
+/// @param a,b the pairs, at the same index.
 /// @param[out] equal the bits of the pairs that are equal.
 /// @return how many there are.
 /// @throws bv::InvalidArgumentException for different lengths.
@@ -27,7 +28,8 @@ BV_API std::size_t CompareNumbers(std::span<double const> a, std::span<double co
 template <typename T>
 struct tExtremes
 {
-    T min, max;
+    T min; ///< the smallest number
+    T max; ///< the largest number
 };
 
 /// The smallest and the largest number. Like a box, the interval is empty in the beginning, from infinity to -infinity,

@@ -15,7 +15,9 @@ namespace bv::maths
 
 /// Clips an interval of a ray against boxes, each as tRay::Clip() does, from the same interval on.
 ///
+/// @param ray the ray.
 /// @param tNear,tFar the interval, as tRay::Clip() takes it.
+/// @param boxes any number.
 /// @param[out] entries the lower end of what is left of the interval, and infinity for a box that the ray misses.
 /// @param[out] hits the bits of the boxes that it meets.
 /// @return how many it meets.
@@ -26,6 +28,8 @@ std::size_t ClipBoxes(tRay<T> const& ray, std::type_identity_t<T> tNear, std::ty
 
 /// Clips the lines of rays against a sphere, each as tRay::Clip() does. The directions must be of unit length.
 ///
+/// @param rays any number.
+/// @param sphere the sphere.
 /// @param[out] entries where the lines enter the sphere, and infinity for a miss.
 /// @param[out] exits where they leave it, and -infinity for a miss.
 /// @param[out] hits the bits of the rays whose lines meet it.
@@ -37,6 +41,8 @@ std::size_t ClipRays(tRaysIn<T> rays, tVolumeSphere<T> const& sphere, tSpanOut<T
 
 /// Clips the line of a ray against spheres, each as tRay::Clip() does. The direction must be of unit length.
 ///
+/// @param ray the ray.
+/// @param spheres any number.
 /// @param[out] entries where the line enters the spheres, and infinity for a miss.
 /// @param[out] exits where it leaves them, and -infinity for a miss.
 /// @param[out] hits the bits of the spheres that it meets.
@@ -49,6 +55,7 @@ std::size_t ClipSpheres(tRay<T> const& ray, tSpheresIn<T> spheres, tSpanOut<T> e
 /// Intersects a ray with triangles, each as IntersectTriangle() does, the fast way.
 ///
 /// Corners component by component, in arrays of numbers, are the fast layout; other ones are copied.
+/// @param ray the ray.
 /// @param a,b,c the corners, those of one triangle at the same index.
 /// @param tNear,tFar the parameters that count.
 /// @param[out] t the parameters of the hits, and infinity for a triangle that the ray misses.

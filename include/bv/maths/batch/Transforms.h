@@ -17,20 +17,28 @@ namespace bv::maths
 /// @name Arguments
 /// Views whose precision is that of the first argument of a batch form.
 /// @{
+/// Vectors to be read.
 template <typename T>
 using tVectorsIn = std::type_identity_t<tVectorView<T const>> const&;
+/// Room for vectors.
 template <typename T>
 using tVectorsOut = std::type_identity_t<tVectorView<T>> const&;
+/// Boxes to be read.
 template <typename T>
 using tBoxesIn = std::type_identity_t<tBoxView<T const>> const&;
+/// Room for boxes.
 template <typename T>
 using tBoxesOut = std::type_identity_t<tBoxView<T>> const&;
+/// Spheres to be read.
 template <typename T>
 using tSpheresIn = std::type_identity_t<tSphereView<T const>> const&;
+/// Rays to be read.
 template <typename T>
 using tRaysIn = std::type_identity_t<tRayView<T const>> const&;
+/// Room for numbers, wherever they lie.
 template <typename T>
 using tNumbersOut = std::type_identity_t<tNumberView<T>> const&;
+/// Room for numbers in an array.
 template <typename T>
 using tSpanOut = std::type_identity_t<std::span<T>>;
 /// @}
@@ -46,6 +54,9 @@ void TransformPoints(tMatrix4<T> const& matrix, tVectorsIn<T> points, tVectorsOu
 /// The same without stopping. A point whose w is too close to 0 is left undivided, and its bit is set: the result is
 /// that of TransformPointsToClip(). Such points are ordinary input: they lie in the plane of the eye.
 ///
+/// @param matrix the matrix.
+/// @param points any number.
+/// @param[out] results as many.
 /// @param[out] undivided the bits; of a matrix in state DIAGONAL with such an m44, those of all points.
 /// @return how many bits are set.
 /// @throws bv::InvalidArgumentException for different lengths.
@@ -65,6 +76,8 @@ void TransformPointsAffinely(tMatrix4<T> const& matrix, tVectorsIn<T> points, tV
 /// are (x, y, z, 1) for IDENTITY, (x * m11, y * m22, z * m33, m44) for DIAGONAL, and otherwise
 /// m_i1 * x + m_i2 * y + m_i3 * z + m_i4 for row i.
 ///
+/// @param matrix the matrix.
+/// @param points any number.
 /// @param[out] results x, y and z. With `w`, they may be the columns of an array of four numbers a point.
 /// @param[out] w the fourth coordinates.
 /// @throws bv::InvalidArgumentException for different lengths.

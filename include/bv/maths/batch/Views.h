@@ -62,6 +62,8 @@ public:
     {
     }
     /// Numbers from a first one on.
+    /// @param numbers the first one.
+    /// @param length how many there are.
     /// @param bytes from one to the next.
     [[gnu::always_inline]] tNumberView(T* numbers, std::size_t length, std::ptrdiff_t bytes) noexcept
         : first{numbers}, count{length}, stride{bytes}
@@ -102,6 +104,7 @@ class tVectorView
     tNumberView<T> axes[3];
 
 public:
+    /// What the view refers to.
     using Vector = detail::ConstLike<tVector3<std::remove_const_t<T>>, T>;
 
     /// No vectors.
@@ -124,6 +127,8 @@ public:
     {
     }
     /// Vectors from a first one on.
+    /// @param vectors the first one.
+    /// @param length how many there are.
     /// @param bytes from one to the next.
     [[gnu::always_inline]] tVectorView(Vector* vectors, std::size_t length, std::ptrdiff_t bytes) noexcept
     {
@@ -194,6 +199,7 @@ class tBoxView
     tVectorView<T> lower, upper;
 
 public:
+    /// What the view refers to.
     using Box = detail::ConstLike<tVolumeAABB<std::remove_const_t<T>>, T>;
 
     /// No boxes.
@@ -208,6 +214,8 @@ public:
     {
     }
     /// Boxes from a first one on, such as those in the nodes of a hierarchy.
+    /// @param boxes the first one.
+    /// @param length how many there are.
     /// @param bytes from one to the next.
     [[gnu::always_inline]] tBoxView(Box* boxes, std::size_t length, std::ptrdiff_t bytes) noexcept
     {
@@ -262,6 +270,7 @@ class tRayView
     tVectorView<T> origins, directions;
 
 public:
+    /// What the view refers to.
     using Ray = tRay<std::remove_const_t<T>> const;
 
     /// No rays.
@@ -274,6 +283,8 @@ public:
     /// @copydoc tRayView(Range&&)
     [[gnu::always_inline]] tRayView(std::span<Ray> rays) noexcept : tRayView(rays.data(), rays.size(), sizeof(Ray)) {}
     /// Rays from a first one on.
+    /// @param rays the first one.
+    /// @param length how many there are.
     /// @param bytes from one to the next.
     [[gnu::always_inline]] tRayView(Ray* rays, std::size_t length, std::ptrdiff_t bytes) noexcept
     {
@@ -315,6 +326,7 @@ class tSphereView
     bool isOfObjects = false;
 
 public:
+    /// What the view refers to.
     using Sphere = tVolumeSphere<std::remove_const_t<T>> const;
 
     /// No spheres.
@@ -330,6 +342,8 @@ public:
     {
     }
     /// Spheres from a first one on.
+    /// @param spheres the first one.
+    /// @param length how many there are.
     /// @param bytes from one to the next.
     [[gnu::always_inline]] tSphereView(Sphere* spheres, std::size_t length, std::ptrdiff_t bytes) noexcept
     {

@@ -28,18 +28,17 @@ std::array<unsigned int, 40> CountNumbers(unsigned int draws)
 }
 //! [histogram]
 
-void DrawHistogram(std::ostream& svg)
+void DrawHistogram(std::ostream& svg, unsigned int draws)
 {
-    constexpr unsigned int DRAWS = 40000; // 1000 in each part, give or take some 30
     unsigned int x = 0;
-    for (unsigned int const count : CountNumbers(DRAWS))
+    for (unsigned int const count : CountNumbers(draws))
     {
         unsigned int const height = count / 8;
         svg << "<rect class=\"mark\" x=\"" << x << "\" y=\"" << SIDE - height << "\" width=\"4\" height=\"" << height
             << "\"/>\n";
         x += 5;
     }
-    svg << "<path class=\"line\" d=\"M0 " << SIDE - 1000 / 8 << "h" << SIDE << "\"/>\n";
+    svg << "<path class=\"line\" d=\"M0 " << SIDE - draws / 40 / 8 << "h" << SIDE << "\"/>\n";
 }
 
 void DrawPoint(std::ostream& svg, Vector2f const& point)
@@ -49,25 +48,25 @@ void DrawPoint(std::ostream& svg, Vector2f const& point)
 }
 
 //! [points]
-void DrawSequence(std::ostream& svg)
+/// Points made of the low 8 bits of two draws each.
+void DrawLowBits(std::ostream& svg, unsigned int seed)
 {
-    RNGenerator generator(1); // one generator for all
+    RNGenerator generator(seed);
     for (int i = 0; i < 600; ++i)
-        DrawPoint(svg, generator.GetVector2D());
-}
-
-void DrawSeeds(std::ostream& svg)
-{
-    for (unsigned int seed = 1; seed <= 600; ++seed)
-        DrawPoint(svg, RNGenerator(seed).GetVector2D()); // a new one for each
+    {
+        unsigned int const x = generator.GetInteger() % 256;
+        unsigned int const y = generator.GetInteger() % 256;
+        DrawPoint(svg, Vector2f(static_cast<float>(x), static_cast<float>(y)) / 256);
+    }
 }
 //! [points]
 
-void DrawPlot(std::ostream& svg, char const* title, unsigned int left, void (*draw)(std::ostream&))
+void DrawPlot(std::ostream& svg, char const* title, unsigned int left, void (*draw)(std::ostream&, unsigned int),
+              unsigned int argument)
 {
     svg << "<g transform=\"translate(" << left << " 40)\">\n<text y=\"-12\">" << title
         << "</text>\n<rect class=\"frame\" width=\"" << SIDE << "\" height=\"" << SIDE << "\"/>\n";
-    draw(svg);
+    draw(svg, argument);
     svg << "</g>\n";
 }
 
@@ -76,16 +75,17 @@ void DrawPlots(char const* path)
     std::ofstream svg(path);
     svg << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 700 260\" width=\"700\" height=\"260\" "
            "role=\"img\">\n"
-           "<title>A histogram of random numbers, points of one generator, and the first points of 600 seeds</title>\n"
+           "<title>A histogram of random numbers, and points made of low bits, with a good seed and with a bad "
+           "one</title>\n"
            "<style>.paper{fill:#fff}.frame{fill:none;stroke:#999}.mark{fill:#2a6f97}.line{stroke:#c1440e;stroke-width:"
            "2}"
            "text{font:14px "
            "sans-serif;fill:#222}@media(prefers-color-scheme:dark){.paper{fill:#1d2126}.mark{fill:#7cc0e8}"
            ".line{stroke:#ff9b6b}text{fill:#e6e6e6}}</style>\n"
            "<rect class=\"paper\" width=\"700\" height=\"260\" rx=\"8\"/>\n";
-    DrawPlot(svg, "40,000 numbers in 40 parts", 20, DrawHistogram);
-    DrawPlot(svg, "600 points of one generator", 250, DrawSequence);
-    DrawPlot(svg, "the first point of 600 seeds", 480, DrawSeeds);
+    DrawPlot(svg, "40,000 numbers in 40 parts", 20, DrawHistogram, 40000);
+    DrawPlot(svg, "600 points of low bits, seed 1", 250, DrawLowBits, 1);
+    DrawPlot(svg, "the same, seed 32768", 480, DrawLowBits, 32768);
     svg << "</svg>\n";
     svg.close();
     if (!svg)

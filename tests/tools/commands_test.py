@@ -23,10 +23,10 @@ TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdi
 PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "python3", "objdump", "gdb", "lldb-14",
             "lintian", "dpkg-shlibdeps", "qemu-x86_64", "x86_64-w64-mingw32-g++-posix", "wine", "wineserver",
             "aarch64-linux-gnu-g++", "qemu-aarch64", "s390x-linux-gnu-g++", "qemu-s390x", "clang++-22", "ld.lld", "em++",
-            "node", "strip", "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
+            "node", "doxygen", "strip", "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
 
 GROUPS = ("build", "gcc", "clang", "clang-new", "libcxx", "lto", "mingw", "test", "demo", "check", "bench", "package",
-          "aarch64", "s390x", "wasm")
+          "aarch64", "s390x", "wasm", "docs")
 
 NOTE = r"""#!{bash}
 [ "${{0##*/}} $1" = "python3 -c" ] || printf '%s\n' "${{0##*/}} $*" >>"$NOTES"
@@ -150,6 +150,7 @@ class Arguments(CommandTest):
                 ("no such option: --fast (usage: tools/check-interface [--write])", "tools/check-interface", "--fast"),
                 ("one option only (usage: tools/check-interface [--write])", "tools/check-interface", "--write", "x"),
                 ("no arguments are taken (usage: tools/package)", "tools/package", "--fast"),
+                ("no arguments are taken (usage: tools/docs)", "tools/docs", "--fast"),
                 ("no such option: --fast (see tools/fuzz --help)", "tools/fuzz", "--fast"),
                 ("not a number from 1 on: --runs=0", "tools/fuzz", "--runs=0"),
                 ("not a number from 1 on: --seconds=1e3", "tools/fuzz", "--seconds=1e3"),
@@ -196,7 +197,7 @@ class Arguments(CommandTest):
             self.assertEqual(len(configured), compilers)
 
     def test_every_command_explains_itself(self):
-        for command in ("setup", "demo", "test", "bench", "check-interface", "package", "fuzz"):
+        for command in ("setup", "demo", "test", "bench", "check-interface", "package", "fuzz", "docs"):
             for option in ("-h", "--help"):
                 code, output, errors = self.run_command(f"tools/{command}", option)
                 self.assertEqual((code, errors, self.noted()), (0, "", []))
@@ -261,6 +262,14 @@ class Packages(CommandTest):
         self.without("clang++", "g++", "qemu-aarch64", "gdb")
         self.assert_refused(self.MISSING + "googletest qemu-user", "tools/test", "aarch64", LACKING="googletest")
         self.assert_runs("tools/test", "wasm")
+
+    def test_the_manual_is_built_and_then_checked(self):
+        self.assert_runs("tools/docs")
+        self.assertEqual([line for line in self.noted() if "site" in line],
+                         ["python3 -B tools/site/build.py", "python3 -B tools/site/check.py"])
+        self.without("doxygen")
+        shutil.rmtree(self.tree / "build")
+        self.assert_refused(self.MISSING + "doxygen katex", "tools/docs", LACKING="katex")
 
     def test_root_installs_what_is_missing_and_nothing_else(self):
         self.without("objdump")

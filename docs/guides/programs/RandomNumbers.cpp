@@ -82,7 +82,7 @@ void DrawPlots(char const* path)
            "text{font:14px "
            "sans-serif;fill:#222}@media(prefers-color-scheme:dark){.paper{fill:#1d2126}.mark{fill:#7cc0e8}"
            ".line{stroke:#ff9b6b}text{fill:#e6e6e6}}</style>\n"
-           "<rect class=\"paper\" width=\"700\" height=\"260\" rx=\"8\"/>\n";
+           "<rect class=\"paper\" width=\"700\" height=\"260\"/>\n";
     DrawPlot(svg, "40,000 numbers in 40 parts", 20, DrawHistogram, 40000);
     DrawPlot(svg, "600 points of low bits, seed 1", 250, DrawLowBits, 1);
     DrawPlot(svg, "the same, seed 32768", 480, DrawLowBits, 32768);

@@ -1,0 +1,76 @@
+"""A header or a page as Doxygen is to read it, line for line. Runs at the top of the tree."""
+import os
+import pathlib
+import re
+import sys
+
+path = pathlib.Path(sys.argv[1])
+text = path.read_text(encoding="utf-8")
+settings = pathlib.Path("tools/site/Doxyfile").read_text(encoding="utf-8").replace("\\\n", " ")
+INPUT = re.search(r"^INPUT += (.*)$", settings, re.MULTILINE)[1].split()
+
+
+def as_empty_lines(match):
+    return "\n" * match[0].count("\n")
+
+
+def link(match):
+    """A link of a page: to what the manual has, to an anchor, which Doxygen does not know, or none."""
+    words, target = match[1].replace("`", ""), match[2]  # Doxygen shows them as they are
+    if re.match(r"[a-z]+:", target):
+        return match[0]
+    if target.startswith("#"):
+        return f'<a href="{target}">{words}</a>'
+    name, _, anchor = target.partition("#")
+    file = pathlib.PurePosixPath(os.path.relpath(path.parent / name))
+    if file.suffix == ".h":
+        return f"[{words}](@ref {str(file).removeprefix('include/')})"
+    if anchor and file.suffix == ".md":
+        return f'<a href="md_{re.sub("[/-]", "_", str(file.with_suffix("")))}.html#{anchor}">{words}</a>'
+    return f"[{words}]({target})" if any(str(file).startswith((f"{known}/", known)) for known in INPUT) else words
+
+
+if path.suffix == ".md":
+    parts = re.split(r"(^```.*?^```)", text, flags=re.MULTILINE | re.DOTALL)
+    parts[::2] = [re.sub(r"(?<!!)\[([^\[\]]*)\]\(([^)\s]+)\)", link, part) for part in parts[::2]]
+    sys.stdout.reconfigure(encoding="utf-8")
+    sys.stdout.write("".join(parts))
+    sys.exit()
+
+
+def with_copies(lines):
+    """The comments that `@copydoc` names, in its place and in one line: Doxygen finds no overload of a function template."""
+    documented, comment = {}, []
+    for line in lines:
+        text = line.strip()
+        copied = re.match(r"/// @copydoc ([^(\n]+)\(", text)
+        if copied and copied[1] in documented:
+            yield line[:line.index("/")] + "/// " + " ".join(documented[copied[1]])
+            comment = []
+            continue
+        yield line
+        if text in ("/// @{", "/// @}"):
+            comment = []
+            continue
+        if text.startswith("///"):
+            comment.append(text[3:].strip() or "<p>")
+            continue
+        for name in re.findall(r"(operator\[\]|operator\(\)|operator[^\s\w(]+|\w+)\(", text) if comment else ():
+            documented[name] = comment
+        if re.search(r"[;{}]$", text) or not text:
+            comment = []
+
+
+# Of members that are templates, the declarations are what counts: definitions are not always recognised.
+text = re.sub(r"^template <typename T>\ntemplate <OtherPrecision<T> U>\n.*?^}$", as_empty_lines, text,
+              flags=re.MULTILINE | re.DOTALL)
+text = "\n".join(with_copies(text.split("\n")))
+text = re.sub(r"\[\[[\w:, ]+\]\] ?", "", text)
+text = re.sub(r"^extern template[^;]*;", as_empty_lines, text, flags=re.MULTILINE)
+text = re.sub(r"^static_assert\([^;]*\);", as_empty_lines, text, flags=re.MULTILINE)
+text = re.sub(r"^(template <[^;{}]*>\n)(requires[^;{}]*\n)?struct (?:fmt|std)::formatter<[^;{}]*\{\s*\};", as_empty_lines, text,
+              flags=re.MULTILINE)
+# The text of the first member of a group is not the group's.
+text = re.sub(r"^( *)/// (@[{}])$", r"\1/** \2 */", text, flags=re.MULTILINE)
+sys.stdout.reconfigure(encoding="utf-8")
+sys.stdout.write(text)

@@ -41,6 +41,9 @@ endforeach()
 set(manual ${CMAKE_INSTALL_DATADIR}/doc/${package_of_documentation}/manual)
 install(FILES README.md CHANGELOG.md SECURITY.md DESTINATION ${manual} COMPONENT documentation)
 install(DIRECTORY docs examples DESTINATION ${manual} COMPONENT documentation)
+if(EXISTS ${PROJECT_SOURCE_DIR}/build/docs/index.html) # the site that tools/docs makes
+  install(DIRECTORY build/docs/ DESTINATION ${manual}/site COMPONENT documentation)
+endif()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME bvbaseutils)

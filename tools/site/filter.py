@@ -26,7 +26,8 @@ def link(match):
     if file.suffix == ".h":
         return f"[{words}](@ref {str(file).removeprefix('include/')})"
     if anchor and file.suffix == ".md":
-        return f'<a href="md_{re.sub("[/-]", "_", str(file.with_suffix("")))}.html#{anchor}">{words}</a>'
+        page = "index" if str(file) == "docs/README.md" else "md_" + re.sub("[/-]", "_", str(file.with_suffix("")))
+        return f'<a href="{page}.html#{anchor}">{words}</a>'
     return f"[{words}]({target})" if any(str(file).startswith((f"{known}/", known)) for known in INPUT) else words
 
 
@@ -38,34 +39,54 @@ if path.suffix == ".md":
     sys.exit()
 
 
+NAME = r"(operator\[\]|operator\(\)|operator[^\s\w(]+|(?!requires)\b\w+)\("
+
+
+def arguments(text):
+    """What stands between the first parenthesis and its partner, cut at each comma and without blanks."""
+    depth, found = 0, [""]
+    for character in text[text.index("("):].replace(" ", ""):
+        depth += {"(": 1, "<": 1, ")": -1, ">": -1}.get(character, 0)
+        if depth == 0:
+            break
+        if character == "," and depth == 1:
+            found.append("")
+        else:
+            found[-1] += character
+    found[0] = found[0][1:]
+    return [argument for argument in found if argument]
+
+
 def with_copies(lines):
     """The comments that `@copydoc` names, in its place and in one line: Doxygen finds no overload of a function template."""
-    documented, comment = {}, []
+    documented, comment, declaration = [], [], ""
     for line in lines:
         text = line.strip()
-        copied = re.match(r"/// @copydoc ([^(\n]+)\(", text)
-        if copied and copied[1] in documented:
-            yield line[:line.index("/")] + "/// " + " ".join(documented[copied[1]])
-            comment = []
-            continue
+        copied = re.match(r"/// @copydoc " + NAME, text)
+        if copied:
+            types = [argument.partition("(")[0] for argument in arguments(text[copied.end() - 1:])]
+            for name, names, words in reversed(documented):
+                if name == copied[1] and len(types) == len(names) and all(map(str.startswith, names, types)):
+                    line = line[:line.index("/")] + "/// " + " ".join(words)
+                    break
         yield line
-        if text in ("/// @{", "/// @}"):
-            comment = []
-            continue
         if text.startswith("///"):
-            comment.append(text[3:].strip() or "<p>")
+            comment, declaration = ([] if text in ("/// @{", "/// @}") else [*comment, text[3:].strip() or "<p>"]), ""
             continue
-        for name in re.findall(r"(operator\[\]|operator\(\)|operator[^\s\w(]+|\w+)\(", text) if comment else ():
-            documented[name] = comment
+        declaration += " " + text
         if re.search(r"[;{}]$", text) or not text:
-            comment = []
+            called = re.search(NAME, declaration)
+            if comment and called and not comment[0].startswith("@copydoc"):
+                documented.append((called[1], arguments(declaration[called.end() - 1:]), comment))
+            comment, declaration = [], ""
 
 
 # Of members that are templates, the declarations are what counts: definitions are not always recognised.
 text = re.sub(r"^template <typename T>\ntemplate <OtherPrecision<T> U>\n.*?^}$", as_empty_lines, text,
               flags=re.MULTILINE | re.DOTALL)
-text = "\n".join(with_copies(text.split("\n")))
 text = re.sub(r"\[\[[\w:, ]+\]\] ?", "", text)
+text = re.sub(r"(/// @copydoc [^\n]*,)\n *///( [^\n]*)", r"\1\2\n", text)
+text = "\n".join(with_copies(text.split("\n")))
 text = re.sub(r"^extern template[^;]*;", as_empty_lines, text, flags=re.MULTILINE)
 text = re.sub(r"^static_assert\([^;]*\);", as_empty_lines, text, flags=re.MULTILINE)
 text = re.sub(r"^(template <[^;{}]*>\n)(requires[^;{}]*\n)?struct (?:fmt|std)::formatter<[^;{}]*\{\s*\};", as_empty_lines, text,

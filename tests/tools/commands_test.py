@@ -141,7 +141,8 @@ class Arguments(CommandTest):
                 (f"no such preset: 'base' {presets}", "tools/test", "base"),
                 (f"no such preset: '' {presets}", "tools/test", ""),
                 (f"no such preset: '--fast' {presets}", "tools/test", "--fast"),
-                ("one preset only (usage: tools/test [--quick] [PRESET])", "tools/test", "release", "clang"),
+                ("one preset only (usage: tools/test [--quick | --exhaustive] [PRESET])", "tools/test", "release", "clang"),
+                ("not with --exhaustive: 'mingw' (presets: release, clang, v3)", "tools/test", "--exhaustive", "mingw"),
                 ("no such option: --fast (usage: tools/bench [--quick | --check] [--anyway] [FILTER])", "tools/bench",
                  "--fast"),
                 ("--quick and --check exclude each other", "tools/bench", "--quick", "--check"),
@@ -174,6 +175,11 @@ class Arguments(CommandTest):
         self.assert_runs("tools/test", "--quick", "mingw")
         self.assertIn("cmake --build --preset mingw --target quick_tests", self.noted())
         self.assertIn("ctest --preset mingw -L quick", self.noted())
+
+    def test_the_exhaustive_tests_are_built_and_run_alone(self):
+        self.assert_runs("tools/test", "--exhaustive")
+        self.assertIn("cmake --build --preset release --target exhaustive_tests", self.noted())
+        self.assertIn("ctest --preset release -C exhaustive -L exhaustive --verbose", self.noted())
 
     def test_one_server_of_wine_serves_all_programs_for_windows(self):
         self.assert_runs("tools/test", "mingw")

@@ -39,6 +39,12 @@ struct Turbulence3Value
 };
 
 // clang-format off
+/// The slopes of the noise along a line at the whole numbers from 0 to 255: '+' for 1, '-' for -1, '0' for none.
+inline constexpr char NOISE_SLOPES[] =
+    "++--0+-+-0-+000++-+-00+0-0---00+++00--00+0+++--0-0+-0+++-++-0--0"
+    "0+-0-+++00--+0+00-+-+-0-0-00-+0-0-0+--000+00-0000++++--+-+--000-"
+    "+00-0+-0++-0-0+-+0+--00++--0-+0-+++-+-00-0-00++++0+0+0--000+-+--"
+    "00++-++------0+-0-+++0+0++000++-0-00+-000-000+0++0-+00--0-0+000-";
 inline constexpr Noise1Value NOISE_1[] = {
     {0x00000000, 0x3F000000},
     {0x80000000, 0x3F000000},

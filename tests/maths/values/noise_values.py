@@ -287,7 +287,11 @@ struct Turbulence3Value
     std::uint32_t x, y, z, octaves, result;
 };
 
-// clang-format off""")
+// clang-format off
+/// The slopes of the noise along a line at the whole numbers from 0 to 255: '+' for 1, '-' for -1, '0' for none.
+inline constexpr char NOISE_SLOPES[] =""")
+SLOPES = "".join({1.0: "+", -1.0: "-", 0.0: "0"}[grad(P[P[P[cell]]], 1.0, 0.0, 0.0)] for cell in range(256))
+print("\n".join(f'    "{SLOPES[start:start + 64]}"' for start in range(0, 256, 64)) + ";")
 write("Noise1Value NOISE_1", ([*map(bits, p), bits(noise1(*p))] for p in points1()))
 write("Noise2Value NOISE_2", ([*map(bits, p), bits(noise2(*p))] for p in points2()))
 write("Noise3Value NOISE_3", ([*map(bits, p), bits(noise3(*p))] for p in points3()))

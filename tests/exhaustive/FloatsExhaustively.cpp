@@ -195,8 +195,9 @@ void ExpectOfEachLane(Operation const& operation, Estimates const& estimates, Is
 
 TEST(FloatsExhaustively, TheReciprocalIsOneStepFromTheEstimateAndWithinItsBound)
 {
-    // The documented bound; where estimates are known, 2e-7 is not reached.
-    double const bound = HasKnownEstimates() ? 2e-7 : 6 * 0x1p-24;
+    // The documented bound; where estimates are known, the error is 2.0021e-7 for one mantissa, and below 2e-7 for all
+    // others.
+    double const bound = HasKnownEstimates() ? 2.003e-7 : 6 * 0x1p-24;
     ExpectOfEachLane([](simd::FourFloats const& packed) { return _mm_rcp_nr(packed); }, Estimate,
                      [=](float a, float result, float estimate)
                      {

@@ -107,6 +107,7 @@ template <typename Char>
 {
     if constexpr (sizeof(Char) == 1)
         return int{(element & 0xF0) == 0xF0} - int{(element & 0xC0) == 0x80};
+    // NOLINTNEXTLINE(bugprone-signed-char-misuse): not for bytes
     auto const value = static_cast<std::int32_t>(element); // negative in malformed text only
     return int{value > 0x7F} + int{value > 0x7FF} + int{value > 0xFFFF} - int{value >> 11 == 0xD800 >> 11};
 }

@@ -50,7 +50,7 @@ template <typename Shape>
 template <typename T>
 [[nodiscard]] bool IsNaN(T x) noexcept
 {
-    return x != x;
+    return x != x; // NOLINT(misc-redundant-expression): NaN alone differs from itself
 }
 
 template <typename T>

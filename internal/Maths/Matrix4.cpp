@@ -99,30 +99,35 @@ typename tMatrix4<T>::State tMatrix4<T>::SetState() noexcept
 }
 
 template <typename T>
-typename tMatrix4<T>::State tMatrix4<T>::Classify(T const* m) noexcept
+typename tMatrix4<T>::State tMatrix4<T>::Classify(T const* values) noexcept
 {
     auto const isZero = [](T value) { return IsEqual(value, T{0}); };
     auto const isOne = [](T value) { return IsEqual(value, T{1}); };
     auto const isDiagonal = [&]
     {
         for (std::size_t i = 0; i < SIZE; ++i)
-            if (i % (ROWSIZE + 1) != 0 && !isZero(m[i]))
+            if (i % (ROWSIZE + 1) != 0 && !isZero(values[i]))
                 return false;
         return true;
     };
     auto const columnDot = [&](std::size_t a, std::size_t b)
-    { return m[a] * m[b] + m[a + 4] * m[b + 4] + m[a + 8] * m[b + 8] + m[a + 12] * m[b + 12]; };
+    {
+        return values[a] * values[b] + values[a + 4] * values[b + 4] + values[a + 8] * values[b + 8] +
+               values[a + 12] * values[b + 12];
+    };
     // No test changes anything, so the cheapest come first.
     auto const isRotation = [&]
     {
         return isOne(columnDot(0, 0)) && isOne(columnDot(1, 1)) && isOne(columnDot(2, 2)) && isOne(columnDot(3, 3)) &&
                isZero(columnDot(0, 1)) && isZero(columnDot(0, 2)) && isZero(columnDot(0, 3)) &&
                isZero(columnDot(1, 2)) && isZero(columnDot(1, 3)) && isZero(columnDot(2, 3)) &&
-               isOne(detail::Determinant(m));
+               isOne(detail::Determinant(values));
     };
 
     if (isDiagonal())
-        return isOne(m[IDX_11]) && isOne(m[IDX_22]) && isOne(m[IDX_33]) && isOne(m[IDX_44]) ? IDENTITY : DIAGONAL;
+        return isOne(values[IDX_11]) && isOne(values[IDX_22]) && isOne(values[IDX_33]) && isOne(values[IDX_44])
+                   ? IDENTITY
+                   : DIAGONAL;
     return isRotation() ? ORTHONORMAL : GENERAL;
 }
 

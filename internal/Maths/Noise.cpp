@@ -12,7 +12,7 @@ namespace
 template <typename Point>
 [[gnu::always_inline]] inline NoiseKernels<Point> const& Chosen() noexcept
 {
-    static NoiseKernels<Point> const kernels = ChosenKernels();
+    static NoiseKernels<Point> const kernels = static_cast<NoiseKernels<Point> const&>(ChosenKernels());
     return kernels;
 }
 

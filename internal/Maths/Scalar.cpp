@@ -16,10 +16,16 @@ float Log2(float x, float precision) noexcept
         return x;
 
     float result = 0.0f;
-    for (; x < 1.0f; x = x + x)
+    while (x < 1.0f)
+    {
+        x = x + x;
         result = result - 1.0f;
-    for (; x >= 2.0f; x = x * 0.5f)
+    }
+    while (x >= 2.0f)
+    {
+        x = x * 0.5f;
         result = result + 1.0f;
+    }
 
     float weight = 1.0f;
     if (weight < precision)

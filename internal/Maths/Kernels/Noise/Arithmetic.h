@@ -78,6 +78,7 @@ template <typename V>
     if (Any(whole == LOWEST)) [[unlikely]]
     {
         constexpr float LIMIT = 0x1p31F;
+        // NOLINTNEXTLINE(misc-redundant-expression): 0, or NaN of what is not finite
         coordinates = Select(Both(coordinates >= -LIMIT, coordinates < LIMIT), coordinates, coordinates - coordinates);
         whole = Truncate(coordinates);
     }

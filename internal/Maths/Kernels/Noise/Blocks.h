@@ -24,6 +24,7 @@ class NoiseBlock
     using V = Register<float, BYTES>;
     using M = Mask<V>;
     static constexpr std::size_t LANES = COUNT<V>;
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): a point on a line is a number
     static constexpr std::size_t AXES = sizeof(Point) / sizeof(float);
     using Hashes = Hashing<AXES, BYTES>;
 

@@ -23,10 +23,11 @@ TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdi
 PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "python3", "objdump", "gdb", "lldb-14",
             "lintian", "dpkg-shlibdeps", "qemu-x86_64", "x86_64-w64-mingw32-g++-posix", "wine", "wineserver",
             "aarch64-linux-gnu-g++", "qemu-aarch64", "s390x-linux-gnu-g++", "qemu-s390x", "clang++-22", "ld.lld", "em++",
-            "node", "doxygen", "strip", "taskset", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
+            "node", "doxygen", "chromium", "chromedriver", "strip", "taskset", "valgrind", "id", "dpkg", "dpkg-query",
+            "apt-get")
 
 GROUPS = ("build", "gcc", "clang", "clang-new", "libcxx", "lto", "mingw", "test", "demo", "check", "bench", "package",
-          "aarch64", "s390x", "wasm", "docs")
+          "aarch64", "s390x", "wasm", "docs", "live", "browser")
 
 NOTE = r"""#!{bash}
 [ "${{0##*/}} $1" = "python3 -c" ] || printf '%s\n' "${{0##*/}} $*" >>"$NOTES"
@@ -152,6 +153,8 @@ class Arguments(CommandTest):
                 ("one option only (usage: tools/check-interface [--write])", "tools/check-interface", "--write", "x"),
                 ("no arguments are taken (usage: tools/package)", "tools/package", "--fast"),
                 ("no arguments are taken (usage: tools/docs)", "tools/docs", "--fast"),
+                ("no such option: --fast (usage: tools/live [--test | --pictures])", "tools/live", "--fast"),
+                ("one option only (usage: tools/live [--test | --pictures])", "tools/live", "--test", "--pictures"),
                 ("no such option: --fast (see tools/fuzz --help)", "tools/fuzz", "--fast"),
                 ("not a number from 1 on: --runs=0", "tools/fuzz", "--runs=0"),
                 ("not a number from 1 on: --seconds=1e3", "tools/fuzz", "--seconds=1e3"),

@@ -5,12 +5,18 @@
 
 #include <gtest/gtest.h>
 
+#include "bv/maths/Bounds.h"
+#include "bv/maths/Componentwise.h"
 #include "bv/maths/Integer.h"
 #include "bv/maths/IsEqual.h"
 #include "bv/maths/RNGenerator.h"
 #include "bv/maths/tAreaAABB.h"
 #include "bv/maths/tAreaDisc.h"
+#include "bv/maths/tQuaternion.h"
 #include "bv/maths/tTuple2.h"
+#include "bv/maths/tTuple3.h"
+#include "bv/maths/tVector2.h"
+#include "bv/maths/tVector3.h"
 #include "bv/maths/tVolumeAABB.h"
 #include "bv/maths/tVolumeSphere.h"
 #include "support/Numbers.h"
@@ -276,6 +282,142 @@ constexpr auto DrawsOfAll()
     return results;
 }
 
+template <typename Box>
+constexpr Box CubeOf(decltype(Box().GetMin().x) lower, decltype(Box().GetMin().x) upper)
+{
+    Box cube;
+    for (std::size_t axis = 0; axis < AXES<Box>; ++axis)
+    {
+        cube.GetMin()[axis] = lower;
+        cube.GetMax()[axis] = upper;
+    }
+    return cube;
+}
+
+/// Two boxes that differ along one axis.
+template <typename Box>
+constexpr auto PairsOfAll()
+{
+    using V = std::remove_cvref_t<decltype(Box().GetMin())>;
+    using T = decltype(V::x);
+    constexpr std::array<T, 5> ENDS = {T(0), T(-0.0), T(1), INF<T>, QUIET_NAN<T>};
+    Results<bool, 2 * AXES<Box> * 5 * 5 * 5 * 5> results;
+    Box first = CubeOf<Box>(T{-1}, T{1});
+    Box second = CubeOf<Box>(T(-0.5), T(0.5));
+    for (std::size_t axis = 0; axis < AXES<Box>; ++axis)
+    {
+        for (T const firstLower : ENDS)
+            for (T const firstUpper : ENDS)
+                for (T const secondLower : ENDS)
+                    for (T const secondUpper : ENDS)
+                    {
+                        first.GetMin()[axis] = firstLower;
+                        first.GetMax()[axis] = firstUpper;
+                        second.GetMin()[axis] = secondLower;
+                        second.GetMax()[axis] = secondUpper;
+                        results.Add(Overlaps(first, second));
+                        results.Add(Contains(first, second));
+                    }
+        first = CubeOf<Box>(T{-1}, T{1});
+        second = CubeOf<Box>(T(-0.5), T(0.5));
+    }
+    return results;
+}
+
+template <typename V>
+constexpr auto WholeNumbersOfAll()
+{
+    using T = decltype(V::x);
+    constexpr std::size_t COUNT = sizeof(V) / sizeof(T);
+    constexpr T ALL_WHOLE = sizeof(T) == sizeof(float) ? T(0x1p23) : T(0x1p52); // from here on, every number is whole
+    constexpr std::array<T, 17> VALUES = {T(0),
+                                          T(-0.0),
+                                          TINY<T>,
+                                          -TINY<T>,
+                                          T(0.5),
+                                          T(-0.5),
+                                          T(-1),
+                                          Steps(T(1), -1),
+                                          T(2.5),
+                                          ALL_WHOLE - T(0.5),
+                                          -ALL_WHOLE,
+                                          T(0.5) - ALL_WHOLE,
+                                          LARGEST<T>,
+                                          -LARGEST<T>,
+                                          INF<T>,
+                                          -INF<T>,
+                                          ALL_WHOLE / 2 + T(0.5)};
+    Results<T, 17 * COUNT * 2 * COUNT> results;
+    for (T const number : VALUES)
+        for (std::size_t axis = 0; axis < COUNT; ++axis)
+        {
+            V value;
+            for (std::size_t i = 0; i < COUNT; ++i)
+                value[i] = i == axis ? number : T(1.5);
+            V const floor = Floor(value);
+            V const ceil = Ceil(value);
+            for (std::size_t i = 0; i < COUNT; ++i)
+            {
+                results.Add(floor[i]);
+                results.Add(ceil[i]);
+            }
+        }
+    return results;
+}
+
+template <typename V>
+constexpr auto MixturesOfAll()
+{
+    using T = decltype(V::x);
+    constexpr std::array<T, 5> ENDS = {T(0), T(-0.0), T(1), T(-3), T(0.1)};
+    constexpr std::array<T, 7> PARTS = {T(0), T(-0.0), T(0.5), Steps(T(0.5), -1), T(1), T(2), T(-1)};
+    Results<T, 5 * 5 * 7 * 4> results;
+    for (T const a : ENDS)
+        for (T const b : ENDS)
+            for (T const t : PARTS)
+            {
+                V first;
+                V second;
+                V parts;
+                first[1] = a;
+                second[1] = b;
+                parts[1] = t;
+                results.Add(Lerp(a, b, t));
+                results.Add(Lerp(first, second, t)[1]);
+                results.Add(Lerp(first, second, parts)[1]);
+                results.Add(Lerp(second, first, parts)[0]);
+            }
+    return results;
+}
+
+template <typename T>
+constexpr auto QuaternionsOfAll()
+{
+    constexpr std::array<T, 4> PARTS = {T(-0.0), T(1), T(-0.3), T(7e-5)};
+    constexpr tQuaternion<T> OTHER(T(0.7), T(-0.0), T(-1.1), T(3));
+    Results<T, 4 * 4 * 4 * 4 * (4 * 4 + 3)> results;
+    auto const add = [&](tQuaternion<T> const& q)
+    {
+        for (std::size_t i = 0; i < 4; ++i)
+            results.Add(q[i]);
+    };
+    for (T const x : PARTS)
+        for (T const y : PARTS)
+            for (T const z : PARTS)
+                for (T const w : PARTS)
+                {
+                    tQuaternion<T> const q(x, y, z, w);
+                    add(q * OTHER);
+                    add(OTHER * q);
+                    add(q / T{3});
+                    add(q.LengthSquared() > T{0} ? q.Inverted() : q); // 0 / 0 is no constant
+                    tVector3<T> const rotated = q.Rotate({T(0.1), T(-2), T(-0.0)});
+                    for (std::size_t i = 0; i < 3; ++i)
+                        results.Add(rotated[i]);
+                }
+    return results;
+}
+
 TYPED_TEST(ConstantEvaluationTest, BoxesContainTheSamePoints)
 {
     ExpectTheSameAtRunTime<&ContainsOfAll<tAreaAABB<TypeParam>>>();
@@ -308,6 +450,29 @@ TYPED_TEST(ConstantEvaluationTest, ViewsClassifyBoxesAlike)
 TYPED_TEST(ConstantEvaluationTest, TheSameNumbersAreEqual)
 {
     ExpectTheSameAtRunTime<&EqualityOfAll<TypeParam>>();
+}
+
+TYPED_TEST(ConstantEvaluationTest, PairsOfBoxesOverlapAndContainAlike)
+{
+    ExpectTheSameAtRunTime<&PairsOfAll<tAreaAABB<TypeParam>>>();
+    ExpectTheSameAtRunTime<&PairsOfAll<tVolumeAABB<TypeParam>>>();
+}
+
+TYPED_TEST(ConstantEvaluationTest, TheSameWholeNumbersAreNext)
+{
+    ExpectTheSameAtRunTime<&WholeNumbersOfAll<tTuple2<TypeParam>>>();
+    ExpectTheSameAtRunTime<&WholeNumbersOfAll<tVector3<TypeParam>>>();
+}
+
+TYPED_TEST(ConstantEvaluationTest, MixturesAreTheSame)
+{
+    ExpectTheSameAtRunTime<&MixturesOfAll<tVector2<TypeParam>>>();
+    ExpectTheSameAtRunTime<&MixturesOfAll<tTuple3<TypeParam>>>();
+}
+
+TYPED_TEST(ConstantEvaluationTest, QuaternionsMultiplyDivideAndRotateAlike)
+{
+    ExpectTheSameAtRunTime<&QuaternionsOfAll<TypeParam>>();
 }
 
 TEST(ConstantEvaluationOfIntegersTest, IntegersHaveTheSameLogarithmsAndRoots)

@@ -40,8 +40,9 @@ def not_declared(signature):
 if library.endswith(".def"):
     names = names_of_dll(library)
 else:
-    listing = subprocess.run(["nm", "-DC", "--defined-only", library], check=True, capture_output=True, text=True).stdout
-    names = [line.split(" ", 2)[2] for line in listing.splitlines()]
+    listing = subprocess.run(["nm", "-DC", "--defined-only", "--without-symbol-versions", library], check=True,
+                             capture_output=True, text=True).stdout
+    names = [line.split(" ", 2)[2] for line in listing.splitlines() if " A " not in line]  # but for the version itself
 foreign = [name for name in names if "bv::" not in name]
 foreign += [name for name in names if "detail::" not in name and not_declared(interface.parsed(name))]
 data = ["typeinfo for bv::maths::MatrixException", "vtable for bv::Exception", "vtable for bv::maths::tVolumeSphere<float>"]

@@ -131,7 +131,8 @@ def signature(cursor, owner, names):
 
 def symbols(path, *options):
     """The library's names among the symbols, demangled, with the letter of their kind."""
-    listing = subprocess.run(["nm", "-C", *options, path], check=True, capture_output=True, text=True).stdout
+    listing = subprocess.run(["nm", "-C", "--without-symbol-versions", *options, path], check=True, capture_output=True,
+                             text=True).stdout
     return {line[19:]: line[17] for line in listing.splitlines() if "bv::" in line}
 
 

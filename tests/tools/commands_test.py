@@ -19,12 +19,13 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BASH = shutil.which("bash")
-TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdir", "mv", "rm", "cat", "sleep", "chmod")
+TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdir", "mv", "rm", "cat", "sleep", "chmod",
+         "tail", "wc", "xargs")
 PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "python3", "objdump", "gdb", "lldb-14",
             "lintian", "dpkg-shlibdeps", "qemu-x86_64", "x86_64-w64-mingw32-g++-posix", "wine", "wineserver",
             "aarch64-linux-gnu-g++", "qemu-aarch64", "s390x-linux-gnu-g++", "qemu-s390x", "clang++-22", "ld.lld", "em++",
-            "node", "doxygen", "chromium", "chromedriver", "strip", "taskset", "valgrind", "id", "dpkg", "dpkg-query",
-            "apt-get")
+            "node", "doxygen", "chromium", "chromedriver", "strip", "taskset", "abidiff", "clang-format", "clang-tidy",
+            "run-clang-tidy", "cppcheck", "git", "shellcheck", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
 
 GROUPS = ("build", "gcc", "clang", "clang-new", "libcxx", "lto", "mingw", "test", "demo", "check", "bench", "package",
           "aarch64", "s390x", "wasm", "docs", "live", "browser")
@@ -159,6 +160,9 @@ class Arguments(CommandTest):
                 ("not a number from 1 on: --runs=0", "tools/fuzz", "--runs=0"),
                 ("not a number from 1 on: --seconds=1e3", "tools/fuzz", "--seconds=1e3"),
                 ("no such target: Everything (there are: *)", "tools/fuzz", "Everything"),
+                ("no such option: --fast (see tools/check --help)", "tools/check", "--fast"),
+                ("no such check: everything (there are: analysis abi faults users)", "tools/check", "everything"),
+                ("--accept goes with abi alone (usage: tools/check abi --accept)", "tools/check", "--accept"),
                 (f"no such group: games {groups}", "tools/setup", "build", "games"),
                 (f"no such group: games {groups}", "tools/setup", "--list", "games"),
                 (f"no such group: build.* {groups}", "tools/setup", "build.*"),
@@ -205,8 +209,30 @@ class Arguments(CommandTest):
             configured = [line for line in self.noted() if line.startswith("cmake -S benchmarks ")]
             self.assertEqual(len(configured), compilers)
 
+    def test_each_check_has_a_line_with_its_result(self):
+        self.stub("ccache")
+        code, output, errors = self.run_command("tools/check")
+        self.assertEqual((code, errors), (0, ""))
+        self.assertEqual([line.split()[:2] for line in output.splitlines()],
+                         [[name, "passes"] for name in ("analysis", "abi", "faults", "users")])
+        self.assertIn("python3 -B tests/build/abi/abi.py", [line.strip() for line in self.noted()])
+
+    def test_a_check_that_fails_is_told_and_the_others_run(self):
+        self.stub("ccache")
+        self.stub("python3", "#!{bash}\n[ $1 = -c ] || {{ echo 'a name is missing'; false; }}\n")
+        code, output, errors = self.run_command("tools/check", "abi", "users")
+        self.assertEqual(code, 1)
+        self.assertRegex(output, "^abi       FAILS  0:0.  a name is missing\nusers     passes  0:0.  \n$")
+        self.assertEqual(errors, "a name is missing\n"
+                         "tools/check: abi failed; all that was printed stands in build/check\n")
+
+    def test_the_binary_interface_is_accepted_on_demand(self):
+        self.stub("ccache")
+        self.assert_runs("tools/check", "abi", "--accept")
+        self.assertEqual(self.noted()[-1], "python3 -B tests/build/abi/abi.py --accept")
+
     def test_every_command_explains_itself(self):
-        for command in ("setup", "demo", "test", "bench", "check-interface", "package", "fuzz", "docs"):
+        for command in ("setup", "demo", "test", "bench", "check-interface", "package", "fuzz", "docs", "live", "check"):
             for option in ("-h", "--help"):
                 code, output, errors = self.run_command(f"tools/{command}", option)
                 self.assertEqual((code, errors, self.noted()), (0, "", []))

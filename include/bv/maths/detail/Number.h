@@ -97,8 +97,8 @@ template <typename T>
 template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr T NotNegative(T x) noexcept
 {
-#if defined __wasm__
-    // Clang takes a comparison with 0 for WebAssembly's maximum, which makes 0 of -0.
+#if defined __clang__ && !defined __SSE2__
+    // But for x86, Clang takes a comparison with 0 for the processor's maximum, which makes 0 of -0.
     return x <= -std::numeric_limits<T>::denorm_min() ? T{0} : x;
 #else
     return x < T{0} ? T{0} : x;

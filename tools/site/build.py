@@ -9,7 +9,7 @@ import sys
 
 SITE = pathlib.Path("tools/site")
 OUTPUT = pathlib.Path("build/docs")
-LIVE = pathlib.Path("build/live")
+LIVE = pathlib.Path("build/live/pages")
 
 
 def version():

@@ -1,5 +1,5 @@
-// Prints one line for each part of a topic, `name hash`: a hash over the results of a fixed workload. It tells whether a
-// change of the code has changed a result; whether the results are right is for the tests to say.
+// Prints one line for each part of a topic, `name hash`: a hash over the results of a fixed workload. It tells whether
+// a change of the code has changed a result; whether the results are right is for the tests to say.
 //
 // Topics whose name starts with `machine-dependent.` go through the C library's sin, cos and pow or the processor's
 // reciprocal estimates: their hashes compare on one machine only.

@@ -24,6 +24,12 @@ namespace bv::test
 /// Wide enough for errors of `double` to show.
 using Wide = long double;
 
+template <typename T>
+[[nodiscard]] constexpr Wide Widened(T number)
+{
+    return static_cast<Wide>(number);
+}
+
 /// The error of one rounding, relative to the result.
 template <typename T>
 inline constexpr Wide ROUNDING = std::numeric_limits<T>::digits == 24 ? 0x1p-24L : 0x1p-53L;

@@ -25,7 +25,7 @@ template <typename T>
 {
     Square square{};
     for (std::size_t i = 0; i < 16; ++i)
-        square[i / 4][i % 4] = Wide{matrix[i]};
+        square[i / 4][i % 4] = Widened(matrix[i]);
     return square;
 }
 
@@ -203,7 +203,8 @@ TYPED_TEST(MatrixProperties, TheDeterminantOfAProductIsTheProductOfTheDeterminan
             auto const most = [](Square const& m) { return Determinant(Magnitudes(m), Cofactors(Magnitudes(m), 1)); };
             Wide const ofProduct = most(Product(Magnitudes(Exactly(a)), Magnitudes(Exactly(b))));
             Wide const ofBoth = most(Exactly(a)) * most(Exactly(b));
-            Wide const difference = Wide{product.Determinant()} - Wide{a.Determinant()} * Wide{b.Determinant()};
+            Wide const difference =
+                Widened(product.Determinant()) - Widened(a.Determinant()) * Widened(b.Determinant());
             RC_ASSERT(std::fabs(difference) <= 1.1L * ROUNDING<T> * (27 * ofProduct + 22 * ofBoth));
         });
 }
@@ -217,8 +218,8 @@ TYPED_TEST(MatrixProperties, MovingByAProductIsMovingTwice)
             auto const a = *Matrix(T{8}, true);
             auto const b = *Matrix(T{8}, true);
             auto const point = *Vector(T{8});
-            std::array<Wide, 4> const magnitudes = {std::fabs(Wide{point.x}), std::fabs(Wide{point.y}),
-                                                    std::fabs(Wide{point.z}), 1};
+            std::array<Wide, 4> const magnitudes = {std::fabs(Widened(point.x)), std::fabs(Widened(point.y)),
+                                                    std::fabs(Widened(point.z)), 1};
             Square const scale = Product(Magnitudes(Exactly(a)), Magnitudes(Exactly(b)));
             auto const once = point.Transformed(a * b);
             auto const twice = point.Transformed(b).Transformed(a);
@@ -228,7 +229,7 @@ TYPED_TEST(MatrixProperties, MovingByAProductIsMovingTwice)
                 Wide sum = 0;
                 for (std::size_t j = 0; j < 4; ++j)
                     sum += scale[i][j] * magnitudes[j];
-                RC_ASSERT(std::fabs(Wide{once[i]} - Wide{twice[i]}) <= 17 * ROUNDING<T> * sum);
+                RC_ASSERT(std::fabs(Widened(once[i]) - Widened(twice[i])) <= 17 * ROUNDING<T> * sum);
             }
         });
 }

@@ -22,7 +22,7 @@ using namespace bv::test;
 template <typename T>
 [[nodiscard]] Wide ExactDot(tVector3<T> const& a, tVector3<T> const& b)
 {
-    return Wide{a.x} * Wide{b.x} + Wide{a.y} * Wide{b.y} + Wide{a.z} * Wide{b.z};
+    return Widened(a.x) * Widened(b.x) + Widened(a.y) * Widened(b.y) + Widened(a.z) * Widened(b.z);
 }
 
 /// Three axes have length 1 and are at right angles to each other, up to an error.
@@ -120,7 +120,7 @@ TYPED_TEST(RotationProperties, AQuaternionTurnsAsItsMatrixDoes)
             auto const rotated = q.Rotate(vector);
             Wide const length = std::sqrt(ExactDot(vector, vector));
             for (std::size_t i = 0; i < 3; ++i)
-                RC_ASSERT(std::fabs(Wide{turned[i]} - Wide{rotated[i]}) <=
+                RC_ASSERT(std::fabs(Widened(turned[i]) - Widened(rotated[i])) <=
                           (29 + 6 + 36 + 24) * 1.1L * ROUNDING<T> * length);
         });
 }
@@ -139,7 +139,7 @@ TYPED_TEST(RotationProperties, TheMatrixOfAProductIsTheProductOfTheMatrices)
             // and sums of three products 3u of up to sqrt(3): 2 * 29u + 6u. On the left, each component of the product
             // is 4u off, 8u together, which changes elements by up to four times as much; the matrix itself is 15u off.
             for (std::size_t i = 0; i < 16; ++i)
-                RC_ASSERT(std::fabs(Wide{left[i]} - Wide{right[i]}) <= (64 + 32 + 15) * 1.1L * ROUNDING<T>);
+                RC_ASSERT(std::fabs(Widened(left[i]) - Widened(right[i])) <= (64 + 32 + 15) * 1.1L * ROUNDING<T>);
         });
 }
 
@@ -155,10 +155,10 @@ TYPED_TEST(RotationProperties, AQuaternionComesBackFromItsMatrix)
             // least half is one of the components: 63u / 2 each, 63u together; length 1 to 4.5u for either.
             Wide dot = 0;
             for (std::size_t i = 0; i < 4; ++i)
-                dot += Wide{q[i]} * Wide{back[i]};
+                dot += Widened(q[i]) * Widened(back[i]);
             Wide const sign = dot < 0 ? -1 : 1;
             for (std::size_t i = 0; i < 4; ++i)
-                RC_ASSERT(std::fabs(Wide{back[i]} - sign * Wide{q[i]}) <= (63 + 9) * 1.1L * ROUNDING<T>);
+                RC_ASSERT(std::fabs(Widened(back[i]) - sign * Widened(q[i])) <= (63 + 9) * 1.1L * ROUNDING<T>);
         });
 }
 
@@ -174,7 +174,7 @@ TYPED_TEST(RotationProperties, TheConjugateTurnsBack)
             // Twice what Rotate() is off: 36u for the length of the quaternion and 24u for its roundings.
             Wide const length = std::sqrt(ExactDot(vector, vector));
             for (std::size_t i = 0; i < 3; ++i)
-                RC_ASSERT(std::fabs(Wide{back[i]} - Wide{vector[i]}) <= 120 * 1.1L * ROUNDING<T> * length);
+                RC_ASSERT(std::fabs(Widened(back[i]) - Widened(vector[i])) <= 120 * 1.1L * ROUNDING<T> * length);
         });
 }
 

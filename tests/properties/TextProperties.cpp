@@ -54,8 +54,8 @@ TYPED_TEST(TextProperties, TheTextOfAVectorReadsBackWithinItsSixDigits)
             // Half a unit of the sixth digit is at most 5e-6 of the number; reading rounds once more, below the normal
             // numbers to a multiple of the smallest one. Six digits survive that.
             for (std::size_t i = 0; i < 3; ++i)
-                RC_ASSERT(std::fabs(Wide{read[i]} - Wide{vector[i]}) <=
-                          5.001e-6L * std::fabs(Wide{vector[i]}) + Wide{TINY<T>});
+                RC_ASSERT(std::fabs(Widened(read[i]) - Widened(vector[i])) <=
+                          5.001e-6L * std::fabs(Widened(vector[i])) + Widened(TINY<T>));
             RC_ASSERT(TextOf(read) == text);
         });
 }

@@ -94,16 +94,17 @@ TYPED_TEST(ViewProperties, ClippingByReciprocalsMissesNoPointOfTheRay)
             tVolumeAABB<T> box;
             for (std::size_t axis = 0; axis < 3; ++axis)
             {
-                Wide const place = Wide{ray.origin[axis]} + Wide{t} * Wide{ray.direction[axis]};
+                Wide const place = Widened(ray.origin[axis]) + Widened(t) * Widened(ray.direction[axis]);
                 auto const nearest = static_cast<T>(place);
                 T const end = std::numeric_limits<T>::infinity();
-                box.GetMin()[axis] = Wide{nearest} > place ? std::nextafter(nearest, -end) : nearest;
-                box.GetMax()[axis] = Wide{nearest} < place ? std::nextafter(nearest, end) : nearest;
+                box.GetMin()[axis] = Widened(nearest) > place ? std::nextafter(nearest, -end) : nearest;
+                box.GetMax()[axis] = Widened(nearest) < place ? std::nextafter(nearest, end) : nearest;
             }
-            tReciprocalRay<T> const reciprocal(tRay<T>({T{ray.origin.x}, T{ray.origin.y}, T{ray.origin.z}},
-                                                       {T{ray.direction.x}, T{ray.direction.y}, T{ray.direction.z}}));
+            tReciprocalRay<T> const reciprocal(tRay<T>(
+                {static_cast<T>(ray.origin.x), static_cast<T>(ray.origin.y), static_cast<T>(ray.origin.z)},
+                {static_cast<T>(ray.direction.x), static_cast<T>(ray.direction.y), static_cast<T>(ray.direction.z)}));
             auto const left = Clipped(reciprocal, box, T{0}, T{16});
-            RC_ASSERT(left.isHit && left.near <= T{t} && left.far >= T{t});
+            RC_ASSERT(left.isHit && left.near <= static_cast<T>(t) && left.far >= static_cast<T>(t));
         });
 }
 
@@ -111,7 +112,7 @@ TYPED_TEST(ViewProperties, ClippingByReciprocalsMissesNoPointOfTheRay)
 template <typename T>
 [[nodiscard]] Wide Sum(tMatrix4<T> const& matrix, std::size_t row, std::size_t column)
 {
-    return std::fabs(Wide{matrix[4 * row + column]}) + std::fabs(Wide{matrix[12 + column]});
+    return std::fabs(Widened(matrix[4 * row + column])) + std::fabs(Widened(matrix[12 + column]));
 }
 
 /// A camera at any place, and a point that it sees, but for rounding.
@@ -153,15 +154,15 @@ TYPED_TEST(ViewProperties, NoBoxWithAPointInTheViewIsOutside)
             // of the box is farther along a normal than the corner that is looked at.
             for (std::size_t row = 0; row < 3; ++row)
             {
-                Wide across = Wide{matrix[4 * row + 3]};
-                Wide depth = Wide{matrix[15]};
+                Wide across = Widened(matrix[4 * row + 3]);
+                Wide depth = Widened(matrix[15]);
                 Wide magnitudes = Sum(matrix, row, 3);
                 for (std::size_t i = 0; i < 3; ++i)
                 {
-                    across += Wide{matrix[4 * row + i]} * Wide{point[i]};
-                    depth += Wide{matrix[12 + i]} * Wide{point[i]};
+                    across += Widened(matrix[4 * row + i]) * Widened(point[i]);
+                    depth += Widened(matrix[12 + i]) * Widened(point[i]);
                     magnitudes += Sum(matrix, row, i) *
-                                  std::max(std::fabs(Wide{box.GetMin()[i]}), std::fabs(Wide{box.GetMax()[i]}));
+                                  std::max(std::fabs(Widened(box.GetMin()[i])), std::fabs(Widened(box.GetMax()[i])));
                 }
                 RC_PRE(depth - std::fabs(across) > 8 * ROUNDING<T> * magnitudes);
             }

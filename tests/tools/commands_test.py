@@ -133,8 +133,9 @@ class Arguments(CommandTest):
 
     def test_unknown_arguments_are_refused(self):
         groups = f"(groups: {', '.join(GROUPS)})"
-        presets = ("(presets: release, clang, v3, debug, sanitize, plain, clang-new, libcxx, lto, clang-lto, stack-zero, "
-                   "stack-pattern, qemu64, core2duo, mingw, mingw-static, mingw-clang, aarch64, aarch64-clang, s390x, wasm)")
+        presets = ("(presets: release, clang, v3, debug, sanitize, tsan, tsan-gcc, plain, clang-new, libcxx, lto, "
+                   "clang-lto, stack-zero, stack-pattern, qemu64, core2duo, mingw, mingw-static, mingw-clang, aarch64, "
+                   "aarch64-clang, s390x, wasm)")
         size = "(usage: tools/demo [WIDTHxHEIGHT])"
         for message, *command in (
                 (f"no such option: --fast {size}", "tools/demo", "--fast"),
@@ -145,6 +146,7 @@ class Arguments(CommandTest):
                 (f"no such preset: '--fast' {presets}", "tools/test", "--fast"),
                 ("one preset only (usage: tools/test [--quick | --exhaustive] [PRESET])", "tools/test", "release", "clang"),
                 ("not with --exhaustive: 'mingw' (presets: release, clang, v3)", "tools/test", "--exhaustive", "mingw"),
+                ("not with --quick: 'tsan', which runs a few tests as it is", "tools/test", "--quick", "tsan"),
                 ("no such option: --fast (usage: tools/bench [--quick | --check] [--anyway] [FILTER])", "tools/bench",
                  "--fast"),
                 ("--quick and --check exclude each other", "tools/bench", "--quick", "--check"),
@@ -173,7 +175,7 @@ class Arguments(CommandTest):
 
     def test_every_preset_is_known(self):
         presets = json.loads((ROOT / "CMakePresets.json").read_text(encoding="utf-8"))["buildPresets"]
-        self.assertEqual(len(presets), 21)
+        self.assertEqual(len(presets), 23)
         for preset in (preset["name"] for preset in presets):
             self.assert_runs("tools/test", preset)
             self.assertIn(f"ctest --preset {preset}", self.noted())

@@ -25,7 +25,7 @@ PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "p
             "lintian", "dpkg-shlibdeps", "qemu-x86_64", "x86_64-w64-mingw32-g++-posix", "wine", "wineserver",
             "aarch64-linux-gnu-g++", "qemu-aarch64", "s390x-linux-gnu-g++", "qemu-s390x", "clang++-22", "ld.lld", "em++",
             "node", "doxygen", "chromium", "chromedriver", "strip", "taskset", "abidiff", "clang-format", "clang-tidy",
-            "run-clang-tidy", "cppcheck", "git", "shellcheck", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
+            "run-clang-tidy", "cppcheck", "gcovr", "git", "shellcheck", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
 
 GROUPS = ("build", "gcc", "clang", "clang-new", "libcxx", "lto", "mingw", "test", "demo", "check", "bench", "package",
           "aarch64", "s390x", "wasm", "docs", "live", "browser")
@@ -163,7 +163,7 @@ class Arguments(CommandTest):
                 ("not a number from 1 on: --seconds=1e3", "tools/fuzz", "--seconds=1e3"),
                 ("no such target: Everything (there are: *)", "tools/fuzz", "Everything"),
                 ("no such option: --fast (see tools/check --help)", "tools/check", "--fast"),
-                ("no such check: everything (there are: analysis abi faults users)", "tools/check", "everything"),
+                ("no such check: everything (there are: analysis abi coverage faults users)", "tools/check", "everything"),
                 ("--accept goes with abi alone (usage: tools/check abi --accept)", "tools/check", "--accept"),
                 (f"no such group: games {groups}", "tools/setup", "build", "games"),
                 (f"no such group: games {groups}", "tools/setup", "--list", "games"),
@@ -216,8 +216,8 @@ class Arguments(CommandTest):
         code, output, errors = self.run_command("tools/check")
         self.assertEqual((code, errors), (0, ""))
         self.assertEqual([line.split()[:2] for line in output.splitlines()],
-                         [[name, "passes"] for name in ("analysis", "abi", "faults", "users")])
-        self.assertIn("python3 -B tests/build/abi/abi.py", [line.strip() for line in self.noted()])
+                         [[name, "passes"] for name in ("analysis", "abi", "coverage", "faults", "users")])
+        self.assertIn("python3 -B tests/build/coverage.py", self.noted())
 
     def test_a_check_that_fails_is_told_and_the_others_run(self):
         self.stub("ccache")

@@ -99,7 +99,7 @@ template <typename T>
 {
 #if defined __clang__ && !defined __SSE2__
     // But for x86, Clang takes a comparison with 0 for the processor's maximum, which makes 0 of -0.
-    return x <= -std::numeric_limits<T>::denorm_min() ? T{0} : x;
+    return x <= -BitsAs<T>(Integer<T>{1}) ? T{0} : x; // the smallest number
 #else
     return x < T{0} ? T{0} : x;
 #endif

@@ -581,9 +581,6 @@ class MeasurementTest(unittest.TestCase):
         with contextlib.redirect_stderr(io.StringIO()), self.assertRaises(SystemExit):
             raytracer.rate((500, 3.0), (100, 3.0))
 
-    def test_the_size_limit_is_400_kibibytes(self):
-        self.assertEqual(costs.SIZE_LIMIT, 409600)
-
     def test_a_command_that_fails_is_named(self):
         with self.assertRaisesRegex(SystemExit, "costs: failed: false"):
             costs.run(["false"])

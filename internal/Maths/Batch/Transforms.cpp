@@ -183,7 +183,8 @@ template <typename T>
 void Multiply(tMatrix4<T> const& left, std::span<tMatrix4<T> const> rights, std::span<tMatrix4<T>> results)
 {
     CheckMatrices(rights, results, "MultiplyMatrices");
-    tMatrix4<T> const factor = left; // which may be one of the results
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the factor may be one of the results.
+    tMatrix4<T> const factor = left;
     for (std::size_t i = 0; i < rights.size(); ++i)
         MultiplyOne(factor, rights[i], results[i]);
 }

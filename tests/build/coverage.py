@@ -1,10 +1,11 @@
-"""Measures which lines and branches of the library's sources the tests reach, and fails when that is less than it was.
+"""Measures which lines and branches of the library and its headers the tests reach, and fails when too few are.
 
 Usage: coverage.py [FILTER...]     (tools/check coverage runs it where all that it needs is there)
 
 Builds the library and its tests with GCC, without optimisation and with nothing inlined by force, so that each line is
 one of a function that is there once, and runs the tests. unreached.txt beside this script names what no run can reach,
-with the reason. With FILTER, parts of file names, it only shows what the last run did not reach in these files.
+with the reason: "  " stands before a line that is never reached, "~ " before one that is left in some of its ways only.
+With FILTER, parts of file names, it only shows what the last run did not reach in these files.
 """
 import collections
 import concurrent.futures
@@ -20,10 +21,10 @@ TOP = HERE.parent.parent
 BUILD = TOP / "build" / "coverage"
 REPORT = BUILD / "coverage.json"
 UNREACHED = HERE / "unreached.txt"
-FOLDERS = ("core", "internal")
+FOLDERS = ("core", "internal", "include")
 
 # In percent, without what unreached.txt names, and on a processor that runs all sets of loops.
-LINES, BRANCHES = 100.0, 94.5
+LINES, BRANCHES = 100.0, 95.0
 
 # Each set of loops of the batch forms, which this program takes from the environment; it skips what the processor lacks.
 SETS_OF_LOOPS, SKIPPED = ("baseline", "AVX2", "AVX-512"), 77
@@ -33,17 +34,27 @@ def run(*command, **options):
     subprocess.run([str(part) for part in command], check=True, **options)
 
 
-def build():
-    """The test programs, one of those that are built for several levels."""
+def configure():
+    """One build folder for all that wants every function to stand by itself."""
     flags = ("-O0 -w --coverage -fprofile-abs-path -fprofile-update=atomic -fprofile-exclude-files=/tests/ "
-             "'-fprofile-filter-files=(^|/)(core|internal/Maths)/' "
+             r"'-fprofile-filter-files=(^|/)(core|internal/Maths|include/(\./)?bv)/' "
              f"-include \"{TOP}/tests/support/NothingInline.h\"")
     run("cmake", "-S", TOP, "-B", BUILD, "-G", "Ninja", "--log-level=WARNING", "-DCMAKE_CXX_COMPILER=g++",
-        "-DCMAKE_BUILD_TYPE=", f"-DCMAKE_CXX_FLAGS={flags}")
+        "-DCMAKE_BUILD_TYPE=", "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON", f"-DCMAKE_CXX_FLAGS={flags}", stdout=subprocess.DEVNULL)
+
+
+def targets():
+    """What the build makes, with the rule by which it does."""
     listing = subprocess.run(["cmake", "--build", BUILD, "--", "-t", "targets", "all"], check=True, capture_output=True,
                              text=True).stdout
-    programs = re.findall(r"^(tests/(?:core|maths|faults)/[^\s\[]+): CXX_EXECUTABLE", listing, re.MULTILINE)
-    programs = [program for program in programs if not re.search(r"_(O[123s]|AVX)$", program)]
+    return [tuple(line.split(": ", 1)) for line in listing.splitlines()]
+
+
+def build():
+    """The test programs, one of those that are built for several levels."""
+    configure()
+    programs = [target for target, rule in targets() if rule.startswith("CXX_EXECUTABLE_LINKER")
+                and re.match(r"tests/(core|maths|faults)/[^.]+$", target) and not re.search(r"_(O[123s]|AVX)$", target)]
     run("cmake", "--build", BUILD, "-j2", "--target", *programs)
     return programs
 
@@ -78,14 +89,14 @@ def measure():
 
 
 def exceptions():
-    """The lines that no run can reach, by file: their text."""
+    """The lines of which no run can reach all, by file: their text."""
     found = collections.defaultdict(set)
     file, reason = "", ""
     for line in UNREACHED.read_text(encoding="utf-8").splitlines():
-        if line.startswith("  "):
+        if line.startswith(("  ", "~ ")):
             if not file or not reason:
                 sys.exit(f"{UNREACHED.name}: no file or no reason stands before: {line}")
-            found[file].add(line.strip())
+            found[file].add(line.rstrip())
         elif line.startswith("# "):
             reason = line
         elif line:
@@ -108,10 +119,15 @@ class Count:
             written = text[line["line_number"] - 1].strip()
             if line.get("gcovr/noncode"):
                 continue
-            if line["count"] == 0 and written in excepted:
-                self.excepted.add(written)
+            if line["count"] == 0 and f"  {written}" in excepted:
+                self.excepted.add(f"  {written}")
                 continue
             ways = line["branches"]
+            if f"~ {written}" in excepted:
+                self.excepted.add(f"~ {written}")
+                ways = []
+            if "is_constant_evaluated()" in written:  # one way is the compiler's
+                ways = []
             taken = sum(way["count"] > 0 for way in ways)
             self.lines += 1
             self.reached_lines += line["count"] > 0
@@ -151,4 +167,5 @@ def main():
     print(figures)
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -1,16 +1,19 @@
 """Checks that every public operation is called by a test, and keeps the table of operations by test.
 
-Usage: operations.py [--write]     (tools/check-interface runs it where all that it needs is there)
+Usage: operations.py [--accept]     (tools/check interface runs it where all that it needs is there)
 
-Compiles the library and its tests in a folder of its own, where every call leaves a symbol, and compares these with the
-library's own and with what the headers declare. Without --write, the table in tests/operations.md must be up to date.
+Compiles the library and its tests so that every call leaves a symbol, and compares these with the library's own and with
+what the headers declare. Without --accept, the table in tests/operations.md must be up to date.
 """
 import collections
+import json
 import pathlib
 import re
+import shlex
 import subprocess
 import sys
 
+import coverage
 import interface
 
 TOP = pathlib.Path(__file__).resolve().parent.parent.parent
@@ -35,30 +38,34 @@ def declared():
     return public, hidden - public
 
 
-def build(folder):
+def build():
     """The library and the objects of its tests, one of each test, without optimisation and with nothing inlined, so that
-    every call leaves a symbol. They are looked at, and never linked: what is compiled for AVX would stay open."""
-    flags = "-O0 -w -Dalways_inline=noinline"
-    subprocess.run(["cmake", "-S", TOP, "-B", folder, "-G", "Ninja", "--log-level=WARNING", f"-DCMAKE_CXX_FLAGS={flags}"],
-                   check=True, stdout=subprocess.DEVNULL)
-    listing = subprocess.run(["cmake", "--build", folder, "--", "-t", "targets", "all"], check=True, capture_output=True,
-                             text=True).stdout
-    targets = (line.partition(": ")[0] for line in listing.splitlines())
-    by_name = {}
-    for target in sorted((target for target in targets if target.endswith("Test.cpp.o")), key=len, reverse=True):
-        by_name[pathlib.Path(target).name] = target
+    every call leaves a symbol: in the build that measures what the tests reach. There, what is compiled for AVX keeps
+    inlining, without which it does not link; its objects are compiled once more, to be looked at only."""
+    coverage.configure()
+    sources = [target for target, _ in coverage.targets() if target.endswith("Test.cpp.o")]
+    by_name = {pathlib.Path(target).name: target for target in sorted(sources, key=len, reverse=True)}
     objects = sorted(by_name.values())
-    subprocess.run(["cmake", "--build", folder, "-j2", "--target", "BvBaseUtils", *objects], check=True)
-    return [folder / target for target in objects]
+    subprocess.run(["cmake", "--build", coverage.BUILD, "-j2", "--target", "BvBaseUtils", *objects], check=True)
+    for entry in json.loads((coverage.BUILD / "compile_commands.json").read_text(encoding="utf-8")):
+        command = shlex.split(entry["command"])
+        place = command.index("-o") + 1
+        if command[place] in objects and "-mavx" in command:
+            objects.remove(command[place])
+            command[place] = f"called/{pathlib.Path(command[place]).name}"
+            (coverage.BUILD / command[place]).parent.mkdir(exist_ok=True)
+            objects.append(command[place])
+            subprocess.run([*command, "-Dalways_inline=noinline", "-fno-profile-arcs", "-fno-test-coverage"], check=True,
+                           cwd=entry["directory"])
+    return [coverage.BUILD / target for target in objects]
 
 
 def main():
-    folder = TOP / "build" / "interface"
-    objects = build(folder)
+    objects = build()
 
     public, hidden = declared()
     exported = {}
-    for symbol in interface.symbols(folder / "libBvBaseUtils.so", "-D", "--defined-only"):
+    for symbol in interface.symbols(coverage.BUILD / "libBvBaseUtils.so", "-D", "--defined-only"):
         found = operation(interface.parsed(symbol))
         if found and not HIDDEN_FUNCTION.search(symbol) and found not in hidden and not found[1].startswith("~"):
             exported[symbol] = found
@@ -80,7 +87,7 @@ def main():
         owner, name, count = found
         rows[f"{owner + '::' if owner else ''}{name}(), {count} parameters"] = users[found]
     text = ["# Operations by test", "",
-            "Every public operation and the test programs that call it, made by `tools/check-interface --write`. Operations",
+            "Every public operation and the test programs that call it, made by `tools/check interface --accept`. Operations",
             "that the library holds are listed with signature and instance, those of the headers alone by name.", "",
             "| operation | tests |", "|---|---|"]
     text += [f"| `{name}` | {', '.join(sorted(tests))} |" for name, tests in sorted(rows.items())]
@@ -90,10 +97,10 @@ def main():
     print(f"{len(rows)} public operations, {len(untested)} without a test")
     if untested:
         sys.exit("\n".join(f"no test calls {name}" for name in untested))
-    if "--write" in sys.argv:
+    if "--accept" in sys.argv:
         TABLE.write_text(table, encoding="utf-8")
     elif not TABLE.exists() or TABLE.read_text(encoding="utf-8") != table:
-        sys.exit("tests/operations.md is out of date: run tools/check-interface --write")
+        sys.exit("tests/operations.md is out of date: run tools/check interface --accept")
 
 
 main()

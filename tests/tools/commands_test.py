@@ -136,6 +136,9 @@ class Arguments(CommandTest):
         presets = ("(presets: release, clang, v3, debug, sanitize, tsan, tsan-gcc, plain, clang-new, libcxx, lto, "
                    "clang-lto, stack-zero, stack-pattern, qemu64, core2duo, mingw, mingw-static, mingw-clang, aarch64, "
                    "aarch64-clang, s390x, wasm)")
+        checks = ("(there are: analysis abi interface coverage sanitizers users conformance exhaustive fuzz release clang "
+                  "clang-new libcxx lto clang-lto debug v3 stack-zero stack-pattern plain qemu64 core2duo mingw "
+                  "mingw-static mingw-clang aarch64 aarch64-clang s390x wasm)")
         size = "(usage: tools/demo [WIDTHxHEIGHT])"
         for message, *command in (
                 (f"no such option: --fast {size}", "tools/demo", "--fast"),
@@ -152,8 +155,6 @@ class Arguments(CommandTest):
                 ("--quick and --check exclude each other", "tools/bench", "--quick", "--check"),
                 ("one FILTER only", "tools/bench", "matrix", "ray"),
                 ("'(' is not a regular expression", "tools/bench", "--quick", "("),
-                ("no such option: --fast (usage: tools/check-interface [--write])", "tools/check-interface", "--fast"),
-                ("one option only (usage: tools/check-interface [--write])", "tools/check-interface", "--write", "x"),
                 ("no arguments are taken (usage: tools/package)", "tools/package", "--fast"),
                 ("no arguments are taken (usage: tools/docs)", "tools/docs", "--fast"),
                 ("no such option: --fast (usage: tools/live [--test | --pictures])", "tools/live", "--fast"),
@@ -163,8 +164,10 @@ class Arguments(CommandTest):
                 ("not a number from 1 on: --seconds=1e3", "tools/fuzz", "--seconds=1e3"),
                 ("no such target: Everything (there are: *)", "tools/fuzz", "Everything"),
                 ("no such option: --fast (see tools/check --help)", "tools/check", "--fast"),
-                ("no such check: everything (there are: analysis abi coverage faults users)", "tools/check", "everything"),
-                ("--accept goes with abi alone (usage: tools/check abi --accept)", "tools/check", "--accept"),
+                (f"no such check: everything {checks}", "tools/check", "everything"),
+                ("--accept goes with abi or interface alone (usage: tools/check abi --accept)", "tools/check", "--accept"),
+                ("--accept goes with abi or interface alone (usage: tools/check abi --accept)", "tools/check", "abi",
+                 "interface", "--accept"),
                 (f"no such group: games {groups}", "tools/setup", "build", "games"),
                 (f"no such group: games {groups}", "tools/setup", "--list", "games"),
                 (f"no such group: build.* {groups}", "tools/setup", "build.*"),
@@ -199,8 +202,9 @@ class Arguments(CommandTest):
         self.assertNotIn("wineserver -p", self.noted())
 
     def test_the_table_of_operations_is_checked_or_renewed(self):
-        for options in ((), ("--write",)):
-            self.assert_runs("tools/check-interface", *options)
+        self.stub("ccache")
+        for options in ((), ("--accept",)):
+            self.assert_runs("tools/check", "interface", *options)
             self.assertEqual(self.noted()[-1], " ".join(("python3 -B tests/build/operations.py", *options)))
 
     def test_the_benchmarks_are_built_as_far_as_stubs_go(self):
@@ -216,15 +220,40 @@ class Arguments(CommandTest):
         code, output, errors = self.run_command("tools/check")
         self.assertEqual((code, errors), (0, ""))
         self.assertEqual([line.split()[:2] for line in output.splitlines()],
-                         [[name, "passes"] for name in ("analysis", "abi", "coverage", "faults", "users")])
+                         [[name, "passes"] for name in ("analysis", "abi", "interface", "coverage", "sanitizers", "users",
+                                                        "conformance")])
         self.assertIn("python3 -B tests/build/coverage.py", self.noted())
+        for preset in ("sanitize", "tsan", "tsan-gcc"):
+            self.assertIn(f"ctest --preset {preset}", self.noted())
+
+    def test_the_long_checks_are_made_on_demand(self):
+        self.stub("ccache")
+        programs = self.tree / "build" / "fuzz" / "fuzz"
+        for folder, name, text in ((self.tree / "fuzz", "Text.cpp", ""), (programs, "FuzzText", f"#!{BASH}\n")):
+            folder.mkdir(parents=True)
+            (folder / name).write_text(text, encoding="utf-8")
+            (folder / name).chmod(0o755)
+        code, output, errors = self.run_command("tools/check", "--long")
+        self.assertEqual((code, errors), (0, ""))
+        self.assertEqual([line.split()[:2] for line in output.splitlines()], [["exhaustive", "passes"], ["fuzz", "passes"]])
+        self.assertIn("ctest --preset release -C exhaustive -L exhaustive --verbose", self.noted())
+
+    def test_everywhere_is_each_preset_but_those_of_the_sanitizers(self):
+        self.stub("ccache")
+        code, output, errors = self.run_command("tools/check", "--everywhere")
+        self.assertEqual((code, errors), (0, ""))
+        presets = json.loads((ROOT / "CMakePresets.json").read_text(encoding="utf-8"))["buildPresets"]
+        self.assertEqual(sorted(line.split()[0] for line in output.splitlines()),
+                         sorted(preset["name"] for preset in presets
+                                if preset["name"] not in ("sanitize", "tsan", "tsan-gcc")))
+        self.assertIn("ctest --preset aarch64", self.noted())
 
     def test_a_check_that_fails_is_told_and_the_others_run(self):
         self.stub("ccache")
         self.stub("python3", "#!{bash}\n[ $1 = -c ] || {{ echo 'a name is missing'; false; }}\n")
         code, output, errors = self.run_command("tools/check", "abi", "users")
         self.assertEqual(code, 1)
-        self.assertRegex(output, "^abi       FAILS  0:0.  a name is missing\nusers     passes  0:0.  \n$")
+        self.assertRegex(output, "^abi           FAILS  0:0.  a name is missing\nusers         passes  0:0.  \n$")
         self.assertEqual(errors, "a name is missing\n"
                          "tools/check: abi failed; all that was printed stands in build/check\n")
 
@@ -234,7 +263,7 @@ class Arguments(CommandTest):
         self.assertEqual(self.noted()[-1], "python3 -B tests/build/abi/abi.py --accept")
 
     def test_every_command_explains_itself(self):
-        for command in ("setup", "demo", "test", "bench", "check-interface", "package", "fuzz", "docs", "live", "check"):
+        for command in ("setup", "demo", "test", "bench", "package", "fuzz", "docs", "live", "check"):
             for option in ("-h", "--help"):
                 code, output, errors = self.run_command(f"tools/{command}", option)
                 self.assertEqual((code, errors, self.noted()), (0, "", []))
@@ -247,7 +276,7 @@ class Packages(CommandTest):
 
     def test_who_may_not_install_is_told_what_is_missing(self):
         for command, lacking in (("demo", "libpng-dev libutfcpp-dev"), ("test", "libgtest-dev"),
-                                 ("bench", "libglm-dev libxxhash-dev"), ("check-interface", "libgtest-dev")):
+                                 ("bench", "libglm-dev libxxhash-dev")):
             self.assert_refused(self.MISSING + lacking, f"tools/{command}", LACKING=lacking)
 
     def test_programs_and_libraries_stand_in_one_line(self):

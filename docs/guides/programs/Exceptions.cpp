@@ -91,7 +91,7 @@ int main()
                   }
                   catch (bv::Exception const& failure)
                   {
-                      failure.Rethrow(); // with its own class, as `throw;` does
+                      failure.Rethrow(); // with its own class
                   }
               });
     ShowClass("a copy, thrown on",
@@ -105,6 +105,25 @@ int main()
                   {
                       bv::Exception const copy(failure); // texts and line alone
                       copy.Rethrow();
+                  }
+              });
+    ShowClass("thrown on twice",
+              []
+              {
+                  try
+                  {
+                      try
+                      {
+                          Matrix4f::Scale(0).Invert();
+                      }
+                      catch (bv::Exception const& failure)
+                      {
+                          failure.Rethrow(); // a copy of its own class
+                      }
+                  }
+                  catch (bv::Exception const& copy)
+                  {
+                      copy.Rethrow(); // `throw;` would keep the class
                   }
               });
     //! [rethrow]

@@ -41,6 +41,10 @@ struct MatrixAccess;
 /// reset by the product of two such matrices, by the product with a DIAGONAL one of determinant 1 (`operator*` only),
 /// by Inverted() and by Transposed(). Everything else uses or keeps them as they are.
 ///
+/// Elements are classified by IsEqual(), and the first that fits decides. Zeros off the diagonal are IDENTITY where the
+/// diagonal is (1, 1, 1, 1), else DIAGONAL. A determinant of 1 and four columns of squared length 1, whose scalar
+/// products are 0, are ORTHONORMAL. All else is GENERAL: a reflection that is not diagonal, and every translation.
+///
 /// The functions that build a rotation, scaling, translation or projection do not reject infinities and NaN as such: a
 /// matrix that is built from one holds infinities or NaN.
 ///
@@ -122,21 +126,24 @@ public:
     template <OtherPrecision<T> U>
     tMatrix4(U const* values) noexcept;
 
-    /// Rotation about the x axis, in state ORTHONORMAL, for angle 0, too.
+    /// Rotation about the x axis, in state ORTHONORMAL, for angle 0, too. As all rotations here, it goes through sin()
+    /// and cos() of the C library.
     ///
     /// @param angle in radians; a positive one turns y to z.
     [[nodiscard]] static tMatrix4 RotateX(T const& angle) noexcept;
-    /// Rotation about the y axis, in state ORTHONORMAL; the identity for an angle that IsEqual() to 0.
+    /// Rotation about the y axis, in state ORTHONORMAL; the identity for an angle that IsEqual() to 0. Goes through
+    /// sin() and cos() of the C library.
     ///
     /// @param angle in radians; a positive one turns z to x.
     [[nodiscard]] static tMatrix4 RotateY(T const& angle) noexcept;
-    /// Rotation about the z axis, in state ORTHONORMAL; the identity for an angle that IsEqual() to 0.
+    /// Rotation about the z axis, in state ORTHONORMAL; the identity for an angle that IsEqual() to 0. Goes through
+    /// sin() and cos() of the C library.
     ///
     /// @param angle in radians; a positive one turns x to y.
     [[nodiscard]] static tMatrix4 RotateZ(T const& angle) noexcept;
     /// Rotation about any line, in state ORTHONORMAL; the identity for an angle, or a direction in every component,
     /// that IsEqual() to 0. The formula is that of Rodrigues, "Des lois geometriques qui regissent les deplacements
-    /// d'un systeme solide", 1840.
+    /// d'un systeme solide", 1840. Goes through sin() and cos() of the C library.
     ///
     /// The state is ORTHONORMAL for an axis off the origin, too, although the fourth column is then a translation:
     /// Transform() of a vector applies it. It is dropped by a product with another ORTHONORMAL matrix, by `operator*`
@@ -159,7 +166,8 @@ public:
     /// Parallel projection of a box onto the cube from -1 to 1, looking down -z, in state GENERAL.
     ///
     /// @param left,right,bottom,top the sides of the box.
-    /// @param nearPlane,farPlane distances along -z, mapped to -1 and 1; neither their signs nor their order matter.
+    /// @param nearPlane,farPlane distances along -z, mapped to -1 and 1; neither their signs nor their order are
+    ///        checked.
     /// @throws InvalidArgumentException when the two ends of one extent are IsEqual(); left and right are looked at
     ///         first, then bottom and top, then near and far.
     [[nodiscard]] static tMatrix4 OrthogonalProjection(T const& left, T const& right, T const& bottom, T const& top,

@@ -86,8 +86,8 @@ public:
 
     /// @name Queries
     /// @{
-    /// Volume: the squared radius to the power 1.5, times 4/3 pi. Both instances use the same constant, rounded to
-    /// single precision; `double` volumes are therefore off by 2.8e-8 of their value.
+    /// Volume: the squared radius to the power 1.5, by pow() of the C library, times 4/3 pi. Both instances use the
+    /// same constant, rounded to single precision; `double` volumes are therefore off by 2.8e-8 of their value.
     [[nodiscard]] T GetVolume() const noexcept;
     /// Whether a point lies strictly inside.
     [[nodiscard]] constexpr bool Contains(tVector3<T> const& point) const noexcept;

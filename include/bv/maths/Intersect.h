@@ -114,6 +114,7 @@ IntersectTriangle(tWatertightRay<T> const& ray, tVector3<T> const& a, tVector3<T
 /// @param plane the plane.
 /// @param tNear,tFar the parameters that count.
 /// @param[out] t the parameter of the hit, never -0.
+/// @return whether there is one.
 template <typename T>
 [[nodiscard, gnu::always_inline]] inline bool IntersectPlane(tRay<T> const& ray, tPlane<T> const& plane,
                                                              std::type_identity_t<T> tNear,
@@ -145,6 +146,7 @@ template <typename T>
 /// @param radius 0 is a disc of one point.
 /// @param tNear,tFar the parameters that count.
 /// @param[out] t the parameter of the hit, never -0.
+/// @return whether there is one.
 template <typename T>
 [[nodiscard, gnu::always_inline]] inline bool
 IntersectDisc(tRay<T> const& ray, tVector3<T> const& centre, tVector3<T> const& normal, std::type_identity_t<T> radius,

@@ -290,9 +290,8 @@ template <typename T>
 
 /// Point of the square that SquareToTriangle() maps to these barycentric coordinates; the third one is not looked at.
 ///
-/// @param weights those of the first and second corner: none negative, and at most 1 together. Others give a point of
-/// the
-///                edge of the square.
+/// @param weights those of the first and second corner: none negative, and at most 1 together. Others give a point
+///                of the edge of the square.
 /// @tparam T `float` or `double`; both instances are in the library.
 template <typename T>
 [[nodiscard]] constexpr tVector2<T> TriangleToSquare(tVector3<T> const& weights) noexcept
@@ -415,8 +414,7 @@ template <typename T>
 /// J. V. Malley, "A Shading Method for Computer Generated Images", 1988).
 ///
 /// @param square in [0, 1): the middle gives (0, 0, 1). x = 0 or y = 0 gives the horizon, z = 0, whose density is 0:
-/// leave
-///               such a sample out, since it counts for nothing.
+///               leave such a sample out, since it counts for nothing.
 /// @tparam T `float` or `double`; both instances are in the library.
 template <typename T>
 [[nodiscard]] inline tVector3<T> SquareToCosineHemisphere(tVector2<T> const& square) noexcept
@@ -481,8 +479,7 @@ template <typename T>
 ///
 /// @param square in [0, 1): the middle gives (0, 0, 1), and the edges give the rim, z = cosine.
 /// @param cosine in [-1, 1): that of half the opening angle; 0 is the hemisphere, -1 the sphere. Not checked. The cap
-/// of a
-///               narrow cone is as large as 1 - cosine says, which is coarse in `float` for less than a degree.
+///               of a narrow cone is as large as 1 - cosine says, which is coarse in `float` for less than a degree.
 /// @tparam T `float` or `double`; both instances are in the library.
 template <typename T>
 [[nodiscard]] inline tVector3<T> SquareToCone(tVector2<T> const& square, std::type_identity_t<T> cosine) noexcept

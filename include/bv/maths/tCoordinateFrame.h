@@ -69,7 +69,8 @@ public:
     /// Whether z is the right-handed vector product of x and y.
     [[nodiscard]] constexpr Handedness GetHandedness() const noexcept;
     /// The matrix whose columns are the axes of the given frame, expressed in the axes of this one: it takes components
-    /// in the given frame to components in this frame. An axis that is no direction gives a column of NaN.
+    /// in the given frame to components in this frame. An axis that is no direction gives a column of NaN. Its state is
+    /// that of a matrix of three axes: between frames of different handedness, too, it is ORTHONORMAL or DIAGONAL.
     [[nodiscard]] tMatrix4<T> CreateRotationMatrix(unsigned char xDirection, unsigned char yDirection,
                                                    unsigned char zDirection) const noexcept;
     /// @copydoc CreateRotationMatrix(unsigned char, unsigned char, unsigned char) const

@@ -51,7 +51,8 @@ public:
 
     /// @name Queries
     /// @{
-    /// Radius of the footprint: the geometric mean of the two lengths, sqrt(|v| * |u|).
+    /// Radius of the footprint: the geometric mean of the two lengths, sqrt(|v| * |u|). The squares of components may
+    /// overflow or underflow where the radius would not.
     [[nodiscard]] T GetRadius() const noexcept;
     /// Whether either derivative is null, that is, equal to zero in every component by IsEqual(). One degenerate
     /// direction is enough.

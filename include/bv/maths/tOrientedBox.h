@@ -94,8 +94,7 @@ public:
     /// A corner: the centre plus or minus each axis times its half extent, added x, y, z.
     ///
     /// @param index bit 0 chooses the end along the x axis, bit 1 along the y axis, bit 2 along the z axis; 0 is the
-    /// end
-    ///        against the axis. Other bits count for nothing.
+    ///        end against the axis. Other bits count for nothing.
     [[nodiscard]] constexpr tVector3<T> GetCorner(unsigned int index) const noexcept;
     /// All corners, in the order of their index.
     constexpr void GetCorners(tVector3<T> (&corners)[CORNER_COUNT]) const noexcept;

@@ -41,7 +41,7 @@ public:
     /// tMatrix4, and any other whose first two rows are (m11, 0, m13, m14) and (0, m22, m23, m24), and whose fourth is
     /// (0, 0, 0, 1), a parallel projection, or (0, 0, -1, 0) or (0, 0, 1, 0), a central one along -z or z.
     ///
-    /// @param size width and height of the picture in pixels.
+    /// @param size width and height of the picture in pixels, which are not checked.
     /// @param projection from the camera to the picture.
     /// @param cameraToWorld where the camera stands, such as PlaceCamera(): an affine matrix, which is applied by its
     ///        state, as vectors are transformed.

@@ -1,7 +1,7 @@
 """Checks, at the top of the tree, that every local link and anchor of the manual and of the pages in the sources leads
-somewhere, and that the manual loads nothing from elsewhere.
+somewhere, that the manual loads nothing from elsewhere, and that the headers have the comments that Doxygen does not miss.
 
-Usage: check.py [--sources]     with the option, the pages in the sources alone
+Usage: check.py [--sources | --comments]     the links of the pages in the sources alone, or the headers alone
 """
 import html.parser
 import pathlib
@@ -82,8 +82,23 @@ def check_sources():
                 complaints.append(f"{page}: no such anchor: {reference}")
 
 
-if "--sources" not in sys.argv:
-    check_site()
-check_sources()
+def check_comments():
+    """Doxygen warns of neither an enumerator nor a concept without a comment."""
+    for header in pathlib.Path("include").rglob("*.h"):
+        if "detail" in header.parts:
+            continue
+        text = header.read_text(encoding="utf-8")
+        for enumerators in re.finditer(r"\benum\b[^;{}]*\{([^}]*)\}", text):
+            for line in enumerators[1].split("\n"):
+                if re.match(r"\s*\w", line) and "///<" not in line:
+                    complaints.append(f"{header}: an enumerator without a comment: {line.strip()}")
+        for concept in re.finditer(r"^(.*)\ntemplate <.*>\nconcept (\w+)", text, re.MULTILINE):
+            if not concept[1].lstrip().startswith("///"):
+                complaints.append(f"{header}: a concept without a comment: {concept[2]}")
+
+
+checks = {"--sources": [check_sources], "--comments": [check_comments]}
+for check in checks[sys.argv[1]] if len(sys.argv) > 1 else [check_site, check_sources, check_comments]:
+    check()
 if complaints:
     sys.exit("\n".join(complaints))

@@ -28,6 +28,7 @@ inline constexpr std::size_t COUNT_IN = tElements<std::remove_const_t<Value>>::C
 template <typename Range>
 using ObjectIn = typename decltype(std::span(std::declval<Range>()))::element_type;
 
+/// A value that is nothing but its numbers, side by side.
 template <typename Value>
 concept MadeOfNumbers = WithPlainElements<std::remove_const_t<Value>> &&
                         sizeof(Value) == COUNT_IN<Value> * sizeof(NumberIn<Value>);

@@ -8,7 +8,8 @@ import subprocess
 import sys
 
 tree, compiler, left_out = pathlib.Path(sys.argv[1]), sys.argv[2], sys.argv[3:]
-command = [compiler, "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-I", tree / "include", "-x", "c++", "-"]
+command = [compiler, "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-I", tree / "include",
+           "-x", "c++", "-"]
 compiled, faults = 0, []
 for page in sorted([tree / "README.md", *(tree / "docs").rglob("*.md")]):
     text = page.read_text(encoding="utf-8")

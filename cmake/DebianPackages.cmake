@@ -63,6 +63,7 @@ them: with the same bits from every compiler, level and processor.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON) # only scripts are for running, whatever the copy of the sources says
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${package_of_runtime})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
@@ -77,6 +78,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
   "${package_of_runtime} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS
   "${package_of_documentation}, gdb, libeigen3-dev, libfmt-dev, libglm-dev, libimath-dev, pkg-config")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/debian/prerm)
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
   "${about}\n\nThis package has the headers, the CMake package, the pkg-config file and\nwhat debuggers show.")
 

@@ -28,7 +28,7 @@ PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "p
             "run-clang-tidy", "cppcheck", "gcovr", "git", "shellcheck", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
 
 GROUPS = ("build", "gcc", "clang", "clang-new", "libcxx", "lto", "mingw", "test", "demo", "check", "bench", "package",
-          "aarch64", "s390x", "wasm", "docs", "live", "browser")
+          "clean-root", "aarch64", "s390x", "wasm", "docs", "live", "browser")
 
 NOTE = r"""#!{bash}
 [ "${{0##*/}} $1" = "python3 -c" ] || printf '%s\n' "${{0##*/}} $*" >>"$NOTES"
@@ -155,7 +155,8 @@ class Arguments(CommandTest):
                 ("--quick and --check exclude each other", "tools/bench", "--quick", "--check"),
                 ("one FILTER only", "tools/bench", "matrix", "ray"),
                 ("'(' is not a regular expression", "tools/bench", "--quick", "("),
-                ("no arguments are taken (usage: tools/package)", "tools/package", "--fast"),
+                ("no such option: --fast (usage: tools/package [--check])", "tools/package", "--fast"),
+                ("one option only (usage: tools/package [--check])", "tools/package", "--check", "--check"),
                 ("no arguments are taken (usage: tools/docs)", "tools/docs", "--fast"),
                 ("no such option: --fast (usage: tools/live [--test | --pictures])", "tools/live", "--fast"),
                 ("one option only (usage: tools/live [--test | --pictures])", "tools/live", "--test", "--pictures"),
@@ -278,6 +279,14 @@ class Packages(CommandTest):
         for command, lacking in (("demo", "libpng-dev libutfcpp-dev"), ("test", "libgtest-dev"),
                                  ("bench", "libglm-dev libxxhash-dev")):
             self.assert_refused(self.MISSING + lacking, f"tools/{command}", LACKING=lacking)
+
+    def test_a_clean_root_is_set_up_by_root_alone(self):
+        self.assert_refused("tools/package: --check sets up a root folder of its own: run it as root", "tools/package",
+                            "--check")
+        self.stub("apt-get", "#!{bash}\nexit 100\n")
+        code, output, errors = self.run_command("tools/package", "--check", USER_ID="0", LACKING="")
+        self.assertEqual((code, output), (2, "Installing mmdebstrap util-linux\n"))
+        self.assertEqual(errors, "tools/setup: could not install: mmdebstrap util-linux\n")
 
     def test_programs_and_libraries_stand_in_one_line(self):
         self.without("qemu-x86_64", "objdump")

@@ -10,3 +10,15 @@ function(bv_add_kernels target)
       COMPILE_OPTIONS "-mavx512f;-mavx512bw;-mavx512dq;-mavx512vl;-mavx512vbmi")
   endif()
 endfunction()
+
+# The same with the batch forms themselves, which a program then has of its own instead of the library's.
+function(bv_add_batch_forms target)
+  set(folder ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../Batch)
+  target_sources(${target} PRIVATE ${folder}/Bounds.cpp ${folder}/Job.cpp ${folder}/Numbers.cpp ${folder}/Rays.cpp
+    ${folder}/Transforms.cpp)
+  bv_add_kernels(${target})
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/internal)
+  if(WIN32) # the headers would declare them as the DLL's
+    target_compile_definitions(${target} PRIVATE BV_STATIC)
+  endif()
+endfunction()

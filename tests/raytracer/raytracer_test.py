@@ -23,20 +23,12 @@ import tempfile
 import time
 import unittest
 
+import golden
 import png
+from golden import CUBE, TINY
 
-HERE = os.path.dirname(os.path.abspath(__file__))
-CUBE = os.path.join(HERE, "cube.obj")
-DATA = os.path.join(HERE, "..", "..", "examples", "data")
+DATA = os.path.join(golden.HERE, "..", "..", "examples", "data")
 PROGRAM = os.environ["RAYTRACER"]
-
-TINY = ["--size", "64x40", "--samples", "2", "--ao", "6", "--threads", "2"]
-GOLDEN = {
-    "plain": ["--spheres", "3"],
-    "marble": ["--material", "marble", "--floor", "checker"],
-    "wood": ["--material", "wood", "--spheres", "5", "--sphere-material", "wood", "--floor", "checker"],
-    "mirror": ["--material", "mirror", "--spheres", "4", "--sphere-material", "mirror", "--floor", "none"],
-}
 
 
 def run(*arguments, program=(PROGRAM,), **options):
@@ -92,8 +84,8 @@ class Golden(RayTracerTest):
     """Pictures of a tiny scene are as they were when somebody looked at them."""
 
     def assert_golden(self, name):
-        picture = self.draw_picture(*TINY, *GOLDEN[name])
-        differences = picture.differences(png.read(os.path.join(HERE, "golden", name + ".png")))
+        picture = self.draw_picture(*TINY, *golden.SCENES[name])
+        differences = picture.differences(golden.read(name))
         # Another C library may round a sine or a power differently and so move a colour by one step, or a ray past an
         # edge: a handful of pixels at most.
         self.assertLessEqual(len(differences), 8, f"largest difference {max(differences, default=0)}")
@@ -633,8 +625,8 @@ class Limits(RayTracerTest):
 
 
 def draw_golden():
-    for name, options in GOLDEN.items():
-        result = run(CUBE, "--output", os.path.join(HERE, "golden", name + ".png"), *TINY, *options)
+    for name, options in golden.SCENES.items():
+        result = run(CUBE, "--output", golden.path(name), *TINY, *options)
         print(name, result.stdout, result.stderr)
 
 

@@ -1,0 +1,63 @@
+#!/usr/bin/env python3
+"""Whether the ray tracer draws the golden pictures, to the byte, on another system or processor.
+
+Usage: elsewhere_test.py PROGRAM [EMULATOR...]
+
+PROGRAM takes the ray tracer's options and writes the pixels alone; see GoldenPictures.cpp.
+"""
+
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import golden
+import png
+
+WIDTH, HEIGHT = 64, 40
+
+
+def read_pixels(path):
+    """Rows from the top, each pixel three bytes."""
+    with open(path, "rb") as file:
+        data = file.read()
+    assert len(data) == 3 * WIDTH * HEIGHT, f"{len(data)} bytes"
+    pixels = [tuple(data[at:at + 3]) for at in range(0, len(data), 3)]
+    return png.Picture([pixels[at:at + WIDTH] for at in range(0, len(pixels), WIDTH)])
+
+
+class Golden(unittest.TestCase):
+    """Each scene with one, four and eight rays at a time."""
+
+    command = []
+
+    def draw(self, folder, *options):
+        # Relative paths, without drives or slashes in front, mean the same on all systems.
+        run = subprocess.run([*self.command, os.path.relpath(golden.CUBE, folder), "--output", "pixels", *golden.TINY, *options],
+                             cwd=folder, capture_output=True, text=True, timeout=600, check=False)
+        self.assertEqual(run.returncode, 0, run.stdout[-1000:] + run.stderr[-1000:])
+        return read_pixels(os.path.join(folder, "pixels"))
+
+    def assert_golden(self, name):
+        for packet in ("scalar", "sse", "avx"):
+            with self.subTest(packet=packet), tempfile.TemporaryDirectory() as folder:
+                picture = self.draw(folder, *golden.SCENES[name], "--packet", packet)
+                self.assertEqual(picture.differences(golden.read(name)), [])
+
+    def test_plain(self):
+        self.assert_golden("plain")
+
+    def test_marble(self):
+        self.assert_golden("marble")
+
+    def test_wood(self):
+        self.assert_golden("wood")
+
+    def test_mirror(self):
+        self.assert_golden("mirror")
+
+
+if __name__ == "__main__":
+    Golden.command = [*sys.argv[2:], os.path.abspath(sys.argv[1])]
+    unittest.main(argv=sys.argv[:1])

@@ -14,6 +14,7 @@ import http.server
 import itertools
 import math
 import pathlib
+import re
 import struct
 import sys
 import tempfile
@@ -181,6 +182,17 @@ class Pages:
         path = BUILD / "screenshots" / f"{name}-{self.WIDTH}-{self.SCHEME}.png"
         save_picture(self.browser, f"#{section or name}", path)
 
+    def assert_nothing_is_cut_off(self, identifier):
+        left, top, right, bottom, part = self.browser.execute_script(
+            "const svg = document.getElementById(arguments[0]);"
+            "const box = svg.getBBox();"
+            "return [box.x, box.y, box.x + box.width, box.y + box.height, svg.getAttribute('viewBox')]", identifier)
+        x, y, width, height = map(float, part.split())
+        self.assertLess(x, left, identifier)
+        self.assertLess(y, top, identifier)
+        self.assertGreater(x + width, right, identifier)
+        self.assertGreater(y + height, bottom, identifier)
+
     # The matrix
 
     def elements(self):
@@ -230,6 +242,7 @@ class Pages:
         self.assert_corners(expected)
         self.assertEqual((self.text("matrix-state"), self.text("matrix-determinant")), ("GENERAL", "1"))
         self.assertEqual(len(self.browser.find_elements(By.CSS_SELECTOR, "#matrix-drawing .after")), 12)
+        self.assert_nothing_is_cut_off("matrix-drawing")
         self.save_screenshot("matrix")
 
         before = self.elements()
@@ -310,7 +323,7 @@ class Pages:
                          for signs in itertools.product((-1, 1), repeat=3)]
             verdict = "outside" if max(distances) < 0 else "straddling" if min(distances) < 0 else "inside"
             verdicts.append(verdict)
-            normal, shown_offset, highest, lowest, shown_verdict = rows[name]
+            shown_verdict, highest, lowest, normal, shown_offset = rows[name]
             for shown, value in zip([*numbers(normal), number(shown_offset), number(highest), number(lowest)],
                                     [x, y, z, offset, max(distances), min(distances)]):
                 self.assertAlmostEqual(shown, value, delta=2e-4, msg=f"{name} of {values}")
@@ -321,6 +334,8 @@ class Pages:
             self.assertEqual(result, expected_result)
         rejecting = self.browser.find_elements(By.CSS_SELECTOR, "#frustum-top .rejects")
         self.assertEqual(len(rejecting), verdicts.count("outside"))
+        for view in ("frustum-top", "frustum-side"):
+            self.assert_nothing_is_cut_off(view)
 
     def test_boxes_are_classified(self):
         self.assert_classified("INTERSECTING")
@@ -334,13 +349,14 @@ class Pages:
         self.assert_classified(turn=35, x=4.1, z=-5.3, fieldOfView=63, size=1.3)
         self.assert_classified(turn=-60, near=2.7, far=7.4, y=-1.2, size=5.9)
         self.assert_classified("OUTSIDE", turn=60, x=-3, fieldOfView=20)
+        self.assert_classified("OUTSIDE", turn=-60, fieldOfView=90, far=15, z=3, y=-5, size=6)
 
     def test_sliders_obey_the_keyboard(self):
         slider = self.get("frustum-sliders-turn")
         slider.send_keys(Keys.ARROW_RIGHT)
         self.assertEqual(slider.get_attribute("value"), "1")
         near = [row for row in self.rows("frustum-planes") if row[0] == "near"][0]
-        self.assertAlmostEqual(numbers(near[1])[0], math.sin(math.radians(1)), delta=1e-5)
+        self.assertAlmostEqual(numbers(near[4])[0], math.sin(math.radians(1)), delta=1e-5)
 
     # Noise
 
@@ -470,7 +486,15 @@ class Pages:
         self.wait(lambda: self.text("raytracer-figures") != "")
         self.click("raytracer-stop")
         self.assertEqual(self.text("raytracer-status"), "Stopped.")
-        self.assertLess(self.browser.execute_script("return document.getElementById('raytracer-progress').value"), 1)
+        done, of = map(int, re.match(r"(\d+) of (\d+) tiles", self.text("raytracer-figures")).groups())
+        progress = self.browser.execute_script("return document.getElementById('raytracer-progress').value")
+        self.assertAlmostEqual(progress, done / of, places=5)
+        self.assertLess(done, of)
+        # As many tiles are in the picture, the first ones in the middle, and nothing is elsewhere.
+        tiles = {(x // 16, y // 16) for y, row in enumerate(self.pixels("raytracer-picture"))
+                 for x, pixel in enumerate(row) if pixel != (0, 0, 0)}
+        self.assertEqual(len(tiles), done)
+        self.assertLessEqual(abs(sum(x for x, _ in tiles) / done - 30), 3)
         self.assertTrue(self.get("raytracer-start").is_enabled())
         self.assertFalse(self.get("raytracer-stop").is_enabled())
 
@@ -483,15 +507,20 @@ class Pages:
         self.wait(lambda: "topics are the same" in self.text("digest-status"))
         print(f"\n{self.WIDTH}: {self.text('digest-status')}")
         rows = self.rows("digest-topics")
-        self.assertEqual([row[:2] for row in rows], record)
-        for topic, recorded, here, same in rows:
+        self.assertEqual([[row[0], row[2]] for row in rows], record)
+        for topic, same, recorded, here in rows:
             if not topic.startswith("machine-dependent."):
                 self.assertEqual((here, same), (recorded, "yes"), topic)
             else:
                 self.assertEqual(same, "yes" if here == recorded else "no, may differ")
-        same = sum(row[3] == "yes" for row in rows)
+        same = sum(row[1] == "yes" for row in rows)
         self.assertEqual(self.text("digest-status"), f"{same} of {len(record)} topics are the same, "
                          f"{len(record) - same} that may differ do, 0 are wrong.")
+        edge, end = self.browser.execute_script(
+            "const cell = document.getElementById('digest-topics').rows[0].cells[1];"
+            "const table = cell.closest('.scroll');"
+            "return [table.getBoundingClientRect().right, cell.getBoundingClientRect().right]")
+        self.assertLess(end, edge)  # the answers are in sight, also on a phone
         self.save_screenshot("digest")
 
     # The page
@@ -545,6 +574,7 @@ class Phone(Pages, unittest.TestCase):
         server = http.server.ThreadingHTTPServer(
             ("127.0.0.1", 0), functools.partial(cls.Quiet, directory=str(BUILD / "pages")))
         threading.Thread(target=server.serve_forever, daemon=True).start()
+        cls.addClassCleanup(server.server_close)
         cls.addClassCleanup(server.shutdown)
         return f"http://127.0.0.1:{server.server_port}/index.html"
 

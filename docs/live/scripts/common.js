@@ -35,6 +35,14 @@ const live = {
     }));
   },
 
+  // Shows a part of the plane, and as much around it as it takes to hold the points; they may be so far that dots remain.
+  fit(svg, [left, top, width, height], points) {
+    const distances = points.map(([x, y]) => Math.max(Math.abs((x - left) / width - 0.5), Math.abs((y - top) / height - 0.5)));
+    const scale = Math.min(Math.max(1, 2.1 * Math.max(...distances)), 10);
+    svg.setAttribute('viewBox', [
+      left + width * (1 - scale) / 2, top + height * (1 - scale) / 2, width * scale, height * scale].join(' '));
+  },
+
   draw(svg, name, className, attributes) {
     const shape = document.createElementNS('http://www.w3.org/2000/svg', name);
     shape.setAttribute('class', className);

@@ -14,7 +14,7 @@ live.panels.digest = () => {
   const button = live.get('digest-start');
   const MAY_DIFFER = 'machine-dependent.';
 
-  live.setRows(rows, [...record].map(([topic, hash]) => [topic, hash, '', '']));
+  live.setRows(rows, [...record].map(([topic, hash]) => [topic, '', hash, '']));
   const cells = new Map([...record.keys()].map((topic, index) => [topic, rows.children[index].children]));
 
   const summarise = (here) => {
@@ -38,7 +38,7 @@ live.panels.digest = () => {
     status.className = 'value';
     status.textContent = 'Computing…';
     for (const topic of cells.values())
-      topic[2].textContent = topic[3].textContent = '';
+      topic[1].textContent = topic[3].textContent = '';
     const worker = live.makeWorker(bvDigest, computeInWorker);
     const end = () => {
       worker.terminate();
@@ -61,9 +61,9 @@ live.panels.digest = () => {
       if (!row)
         return;
       const isSame = record.get(topic) === hash;
-      row[2].textContent = hash;
-      row[3].textContent = isSame ? 'yes' : topic.startsWith(MAY_DIFFER) ? 'no, may differ' : 'no';
-      row[3].className = isSame ? 'good' : 'warning';
+      row[3].textContent = hash;
+      row[1].textContent = isSame ? 'yes' : topic.startsWith(MAY_DIFFER) ? 'no, may differ' : 'no';
+      row[1].className = isSame ? 'good' : 'warning';
     };
   });
 };

@@ -2,8 +2,8 @@
 
 live.panels.frustum = (library) => {
   const views = [
-    {svg: live.get('frustum-top'), flatten: ([x, , z]) => [x, z]},
-    {svg: live.get('frustum-side'), flatten: ([, y, z]) => [-z, -y]},
+    {svg: live.get('frustum-top'), part: [-10, -17, 20, 20], flatten: ([x, , z]) => [x, z]},
+    {svg: live.get('frustum-side'), part: [-3, -6, 20, 12], flatten: ([, y, z]) => [-z, -y]},
   ];
   // Corners of the view by plane: bit 0 of a corner's number is right, bit 1 top and bit 2 far.
   const faces = {left: [0, 2, 6, 4], right: [1, 3, 7, 5], bottom: [0, 1, 5, 4], top: [2, 3, 7, 6], near: [0, 1, 3, 2], far: [4, 5, 7, 6]};
@@ -11,7 +11,7 @@ live.panels.frustum = (library) => {
 
   const tell = ({highest, lowest}) => highest < 0 ? 'outside' : lowest < 0 ? 'straddling' : 'inside';
 
-  const drawView = ({svg, flatten}, {planes, corners, low, high}) => {
+  const drawView = ({svg, part, flatten}, {planes, corners, low, high}) => {
     svg.replaceChildren();
     const byVerdict = [...planes].sort((a, b) => (b.highest < 0 ? 0 : 1) - (a.highest < 0 ? 0 : 1)); // those that reject on top
     for (const {name, highest} of byVerdict) {
@@ -19,6 +19,7 @@ live.panels.frustum = (library) => {
       live.draw(svg, 'polygon', highest < 0 ? 'plane rejects' : 'plane', {points: points(face)});
     }
     const [a, b] = [flatten(low), flatten(high)];
+    live.fit(svg, part, [a, b, ...corners.map(flatten)]);
     live.draw(svg, 'rect', 'box', {
       x: Math.min(a[0], b[0]), y: Math.min(a[1], b[1]), width: Math.abs(b[0] - a[0]), height: Math.abs(b[1] - a[1])});
     live.draw(svg, 'circle', 'eye', {cx: 0, cy: 0, r: 0.15});
@@ -32,8 +33,8 @@ live.panels.frustum = (library) => {
       return;
     live.get('frustum-result').textContent = description.result;
     live.setRows(live.get('frustum-planes'), description.planes.map((plane) => [
-      plane.name, live.formatVector(plane.normal), live.format(plane.offset), live.format(plane.highest),
-      live.format(plane.lowest), tell(plane)]));
+      plane.name, tell(plane), live.format(plane.highest), live.format(plane.lowest), live.formatVector(plane.normal),
+      live.format(plane.offset)]));
     for (const view of views)
       drawView(view, description);
   };

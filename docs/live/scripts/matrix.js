@@ -46,12 +46,14 @@ live.panels.matrix = (library) => {
 
   const drawCubes = (isStale) => {
     const {before, after, axes} = matrix.draw(400, 320);
+    live.fit(drawing, [0, 0, 400, 320], [...before, ...after, ...axes].filter(Boolean));
     drawing.replaceChildren();
     ['axis-x', 'axis-y', 'axis-z'].forEach((axis, index) => drawLine(axes[0], axes[index + 1], axis));
     for (const [from, to] of edges)
       drawLine(before[from], before[to], 'before');
     for (const [from, to] of edges)
       drawLine(after[from], after[to], isStale ? 'after stale' : 'after');
+    live.get('matrix-after-key').classList.toggle('stale', isStale);
   };
 
   const show = (failure) => {

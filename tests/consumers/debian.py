@@ -14,6 +14,7 @@ import readme
 
 TOP = manifest.TOP
 LIBRARY = f"libbvbaseutils{manifest.numbers()[1]}"
+SITE = "<!DOCTYPE html>\n<title>The manual</title>\n"
 NAMES = (LIBRARY, "libbvbaseutils-dev", "libbvbaseutils-doc")
 
 
@@ -22,11 +23,14 @@ def output(*command, **options):
 
 
 def make(tree):
-    """The packages that a copy of the sources makes, by name."""
+    """The packages, by name, that a copy of the sources makes together with a manual's site."""
     def is_left_out(folder, names):
         return [name for name in names if folder == str(TOP) and name in ("build", ".git")]
 
     shutil.copytree(TOP, tree, ignore=is_left_out)
+    site = tree / "build" / "docs"
+    site.mkdir(parents=True)
+    (site / "index.html").write_text(SITE, encoding="utf-8")
     run = subprocess.run([tree / "tools" / "package"], capture_output=True, text=True)
     if run.returncode != 0:
         sys.exit(run.stdout + run.stderr)
@@ -73,6 +77,8 @@ def check_files(packages, root):
     wanted = set(manifest.MANIFEST.read_text(encoding="utf-8").splitlines())
     wanted |= {"share/doc/PACKAGE/copyright", "share/doc/PACKAGE/changelog.Debian.gz"}
     check(names == wanted, f"the packages and packaging/manifest.txt differ in {sorted(names ^ wanted)}")
+    site = root / NAMES[2] / "usr" / "share" / "doc" / NAMES[2] / "manual" / "site" / "index.html"
+    check(site.is_file() and site.read_text(encoding="utf-8") == SITE, "the manual's site is not in its package")
     terms = (root / LIBRARY / "usr" / "share" / "doc" / LIBRARY / "copyright").read_text(encoding="utf-8")
     licence = (TOP / "LICENSE").read_text(encoding="utf-8")
     check(" ".join(licence.partition("\n\nRedistribution")[2].split()) in " ".join(terms.replace("\n .\n", "\n").split()),

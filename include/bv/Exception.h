@@ -78,8 +78,8 @@ public:
     /// Throws a copy of this exception, as the class of the library that it was constructed as; a plain Exception, if
     /// this is itself a copy, as what Rethrow() has thrown is. Where handlers stand in handlers, `throw;` keeps the
     /// class. Of a program's own subclass it throws what that hands to the protected constructors of Exception and
-    /// bv::maths::MathsException. The other classes have none: a subclass of InvalidArgumentException, say, is thrown as
-    /// InvalidArgumentException.
+    /// bv::maths::MathsException. The other classes have none: a subclass of InvalidArgumentException, say, is thrown
+    /// as InvalidArgumentException.
     [[noreturn]] void Rethrow() const;
     /// @}
 

@@ -119,7 +119,6 @@ TEST(AssertTest, TheTrapIsASoftwareBreakpointAfterANoOperation)
 
 TEST(AssertDeathTest, WithoutADebuggerTheSystemEndsTheProgram)
 {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(bv::Assert(), bv::test::ENDED_AT_BREAKPOINT, "");
 }
 

@@ -277,7 +277,6 @@ TEST(Log2Test, APrecisionOfNaNGivesOneDigit)
 #if !defined _WIN32
 TEST(Log2DeathTest, WithAPrecisionOfZeroOrLessNeverEnds)
 {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     for (float const precision : {0.0f, -1.0f})
         EXPECT_EXIT(alarm(1); static_cast<void>(Log2(3.0f, precision)), testing::KilledBySignal(SIGALRM), "");
 }

@@ -15,6 +15,8 @@ live.panels.digest = () => {
   const MAY_DIFFER = 'machine-dependent.';
 
   live.setRows(rows, [...record].map(([topic, hash]) => [topic, '', hash, '']));
+  for (const {firstChild: topic} of rows.children) // a line of its own for each part, where it is narrow
+    topic.replaceChildren(...topic.textContent.split(/(?<=\.)/).flatMap((part) => [part, document.createElement('wbr')]));
   const cells = new Map([...record.keys()].map((topic, index) => [topic, rows.children[index].children]));
 
   const summarise = (here) => {

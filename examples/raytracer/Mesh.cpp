@@ -27,7 +27,7 @@ namespace
 {
 
 constexpr double LONGEST_SIDE = 2;
-constexpr float LEAST_COSINE = 0.6F; // between two faces that make a smooth edge
+constexpr float LEAST_COSINE = 0.25F; // between two faces that make a smooth edge
 
 std::string ReadFile(std::string const& path)
 {

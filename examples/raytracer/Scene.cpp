@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <utility>
 
@@ -15,6 +16,8 @@ namespace raytracer
 
 namespace
 {
+
+constexpr Colour PLAIN_FLOOR(0.40F, 0.39F, 0.38F);
 
 void Paint(Surface& surface, Material material, Colour const& plain, Vector3f const& texturePoint)
 {
@@ -39,11 +42,18 @@ void Paint(Surface& surface, Material material, Colour const& plain, Vector3f co
     }
 }
 
+constexpr float WIDEST = 1e3F;
+
+/// A footprint in which nothing of a texture is left but its mean.
+Differential3f Widest()
+{
+    return Differential3f({WIDEST, 0, 0}, {0, 0, WIDEST});
+}
+
 /// The footprint, unless a ray only grazes the surface, where a pixel covers it without bound: then a very wide one.
 Differential3f Bound(Differential3f const& footprint)
 {
-    constexpr float WIDEST = 1e3F;
-    return footprint.GetRadius() < WIDEST ? footprint : Differential3f({WIDEST, 0, 0}, {0, 0, WIDEST});
+    return footprint.GetRadius() < WIDEST ? footprint : Widest();
 }
 
 /// How the place of a hit on a plane changes. Igehy, "Tracing Ray Differentials", 1999.
@@ -128,6 +138,18 @@ bool Scene::IsBlockedBeside(DepthRayf const& ray, Hit const& hit) const
     return beside.distance < hit.distance;
 }
 
+float Scene::GetFloorDistance(DepthRayf const& ray) const
+{
+    constexpr float INFINITE = std::numeric_limits<float>::infinity();
+    float distance = INFINITE;
+    return floor_ && IntersectPlane(ray, *floor_, 0, INFINITE, distance) ? distance : INFINITE;
+}
+
+Colour Scene::GetFloorColour() const
+{
+    return checkered_ ? GetChecker({}, Widest()) : PLAIN_FLOOR;
+}
+
 Surface Scene::GetSurface(DepthRayf const& ray, Hit const& hit) const
 {
     Surface surface{};
@@ -208,7 +230,7 @@ void Scene::SetFloor(Surface& surface, DepthRayf const& ray, Hit const& hit) con
     surface.face = FaceForward(floor_->GetNormal(), -ray.direction);
     surface.normal = surface.face;
     surface.footprint = GetPlaneFootprint(ray, hit.distance, surface.face);
-    surface.colour = checkered_ ? GetChecker(surface.position, surface.footprint) : Colour(0.40F, 0.39F, 0.38F);
+    surface.colour = checkered_ ? GetChecker(surface.position, surface.footprint) : PLAIN_FLOOR;
 }
 
 } // namespace raytracer

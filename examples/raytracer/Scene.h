@@ -43,6 +43,10 @@ public:
     void FindClosestBeside(DepthRayf const& ray, Hit& hit) const;
     /// Whether a sphere or the floor is in the way within the distance of a hit.
     [[nodiscard]] bool IsBlockedBeside(DepthRayf const& ray, Hit const& hit) const;
+    /// How far the floor is along a ray; infinity without one.
+    [[nodiscard]] float GetFloorDistance(DepthRayf const& ray) const;
+    /// The floor's colour in the mean.
+    [[nodiscard]] Colour GetFloorColour() const;
     /// What is to know about a hit, which must be one.
     [[nodiscard]] Surface GetSurface(DepthRayf const& ray, Hit const& hit) const;
 

@@ -19,6 +19,7 @@ namespace
 constexpr Colour SUNLIGHT(2.1F, 1.85F, 1.5F);
 constexpr float SUN_COSINE = 0.9982F; // of its radius, much larger than the real one, for softer shadows
 constexpr float SKY_REACH = 1.6F;     // what is farther away takes no light from the sky
+constexpr float TO_FLOOR = 0.999F;    // of the way there, where nothing but the floor is in the way
 constexpr float SUN_REACH = 12;       // what is farther away casts no shadow
 constexpr float BLURRED = 0.35F;      // radians of sky that one ray to it stands for
 constexpr float HAZE_WIDTH = 0.01F;   // radians of sky at the horizon that the far floor fades into
@@ -89,8 +90,8 @@ Colour Shader::GetLight(DepthRayf const& ray, Hit const& hit, Spread const& spre
     return Lerp(light, GetMirrored(ray, surface, normal, spread, mirrors), share);
 }
 
-/// Light from all over the sky: the mean over directions, which are as dense as the cosine of their angle to the normal
-/// weighs them.
+/// Light from all over the sky and from the floor: the mean over directions, which are as dense as the cosine of their
+/// angle to the normal weighs them.
 Colour Shader::GetSkyLight(Surface const& surface, Spread const& spread)
 {
     Sky const& sky = scene_.GetSky();
@@ -102,21 +103,44 @@ Colour Shader::GetSkyLight(Surface const& surface, Spread const& spread)
     }
     Vector3f const start = bv::maths::GetPositionOffset(surface.start, surface.face);
     rays_.clear();
+    hits_.clear();
     for (unsigned i = 0; i < skyRays_; ++i)
     {
         Vector2f const square = GetSquare(spread.first * skyRays_ + i, {spread.shift.x, spread.shift.y});
         rays_.emplace_back(start, SquareToCosineHemisphere(square, surface.normal));
+        hits_.push_back({.distance = std::min(SKY_REACH, scene_.GetFloorDistance(rays_.back()) * TO_FLOOR)});
     }
-    hits_.assign(rays_.size(), Hit{.distance = SKY_REACH});
     tracer_.FindBlocked(rays_, hits_);
 
     Colour sum;
+    places_.clear();
     for (std::size_t i = 0; i < rays_.size(); ++i)
     {
-        if (hits_[i].distance > 0)
+        if (hits_[i].distance < 0)
+            continue;
+        if (hits_[i].distance < SKY_REACH)
+            places_.push_back(rays_[i].origin + rays_[i].direction * hits_[i].distance);
+        else
             sum += sky.GetLight(rays_[i].direction, blurred_);
     }
-    return sum / static_cast<float>(skyRays_);
+    return (sum + GetFloorLight()) / static_cast<float>(skyRays_);
+}
+
+/// What the floor sends up from all the places together. Where the sun does not reach it, about half of the sky does
+/// not, either.
+Colour Shader::GetFloorLight()
+{
+    if (places_.empty())
+        return {};
+    rays_.clear();
+    for (Vector3f const& place : places_)
+        rays_.emplace_back(place, SUN);
+    hits_.assign(rays_.size(), Hit{.distance = SUN_REACH});
+    tracer_.FindBlocked(rays_, hits_);
+    auto const lit = static_cast<float>(std::ranges::count_if(hits_, [](Hit const& hit) { return hit.distance > 0; }));
+    auto const dark = static_cast<float>(places_.size()) - lit;
+    Colour const sky = scene_.GetSky().GetLight({0, 1, 0}, blurred_);
+    return scene_.GetFloorColour() * (SUNLIGHT * (SUN.y * lit) + sky * (lit + 0.5F * dark));
 }
 
 /// Light from the disc of the sun, as much of it as can be seen: the mean over directions, which are spread evenly, so

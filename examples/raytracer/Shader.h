@@ -29,6 +29,7 @@ public:
 
 private:
     [[nodiscard]] Colour GetSkyLight(Surface const& surface, Spread const& spread);
+    [[nodiscard]] Colour GetFloorLight();
     [[nodiscard]] Colour GetSunLight(Surface const& surface, Spread const& spread);
     [[nodiscard]] Colour GetMirrored(DepthRayf const& ray, Surface const& surface, Vector3f const& normal,
                                      Spread const& spread, unsigned mirrors);
@@ -40,6 +41,7 @@ private:
     float haze_;    ///< level of the sky that the far floor fades into
     std::vector<DepthRayf> rays_;
     std::vector<Hit> hits_;
+    std::vector<Vector3f> places_; ///< just above the floor, where rays to the sky met it
 };
 
 } // namespace raytracer

@@ -1,4 +1,5 @@
-// The packets of the ray tracer for processors but x86: four and eight rays at a time in the vectors that are there.
+// The packets of the ray tracer for processors but x86, and for plain C++: four and eight rays at a time in whatever
+// holds the lanes there.
 
 #include <array>
 #include <bit>

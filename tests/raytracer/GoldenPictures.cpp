@@ -1,6 +1,7 @@
 // The ray tracer without what needs one system: takes the same options, draws one tile after the other and writes the
 // bytes of the pixels, from the top.
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <fstream>
@@ -50,7 +51,7 @@ void WritePixels(Picture const& picture, std::string const& path)
 {
     std::ofstream file(path, std::ios::binary);
     file.write(reinterpret_cast<char const*>(picture.GetBytes()),
-               std::streamsize{3} * picture.GetSize().x * picture.GetSize().y);
+               static_cast<std::streamsize>(std::size_t{3} * picture.GetSize().x * picture.GetSize().y));
     if (!file.flush())
         throw UserError(path + ": cannot be written");
 }

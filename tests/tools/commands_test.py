@@ -27,8 +27,8 @@ PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "p
             "node", "doxygen", "chromium", "chromedriver", "strip", "taskset", "abidiff", "clang-format", "clang-tidy",
             "run-clang-tidy", "cppcheck", "gcovr", "git", "shellcheck", "valgrind", "id", "dpkg", "dpkg-query", "apt-get")
 
-GROUPS = ("build", "gcc", "clang", "clang-new", "libcxx", "lto", "mingw", "test", "demo", "check", "bench", "package",
-          "clean-root", "aarch64", "s390x", "wasm", "docs", "live", "browser")
+GROUPS = ("build", "gcc", "clang", "clang-new", "libcxx", "msan", "lto", "mingw", "test", "demo", "check", "bench",
+          "package", "clean-root", "aarch64", "s390x", "wasm", "docs", "live", "browser")
 
 NOTE = r"""#!{bash}
 [ "${{0##*/}} $1" = "python3 -c" ] || printf '%s\n' "${{0##*/}} $*" >>"$NOTES"
@@ -133,7 +133,7 @@ class Arguments(CommandTest):
 
     def test_unknown_arguments_are_refused(self):
         groups = f"(groups: {', '.join(GROUPS)})"
-        presets = ("(presets: release, clang, v3, debug, sanitize, tsan, tsan-gcc, plain, clang-new, libcxx, lto, "
+        presets = ("(presets: release, clang, v3, debug, sanitize, msan, tsan, tsan-gcc, plain, clang-new, libcxx, lto, "
                    "clang-lto, stack-zero, stack-pattern, qemu64, core2duo, mingw, mingw-static, mingw-clang, aarch64, "
                    "aarch64-clang, s390x, wasm)")
         checks = ("(there are: analysis abi interface coverage sanitizers users conformance exhaustive fuzz release clang "
@@ -164,6 +164,13 @@ class Arguments(CommandTest):
                 ("not a number from 1 on: --runs=0", "tools/fuzz", "--runs=0"),
                 ("not a number from 1 on: --seconds=1e3", "tools/fuzz", "--seconds=1e3"),
                 ("no such target: Everything (there are: *)", "tools/fuzz", "Everything"),
+                ("no such option: --fast (see tools/mutate --help)", "tools/mutate", "--fast"),
+                ("not a number from 1 on: --limit=0", "tools/mutate", "--limit=0", "core/Hash.cpp"),
+                ("no such source or header of the library: core/None.cpp", "tools/mutate", "core/None.cpp"),
+                ("no such source or header of the library: tools/mutate", "tools/mutate", "tools/mutate"),
+                ("no such source or header of the library: core/../tools/a.h", "tools/mutate", "core/../tools/a.h"),
+                ("no unit is named (usage: tools/mutate [--limit=N | --again] [--write] UNIT...)", "tools/mutate",
+                 "--write"),
                 ("no such option: --fast (see tools/check --help)", "tools/check", "--fast"),
                 (f"no such check: everything {checks}", "tools/check", "everything"),
                 ("--accept goes with abi or interface alone (usage: tools/check abi --accept)", "tools/check", "--accept"),
@@ -179,7 +186,7 @@ class Arguments(CommandTest):
 
     def test_every_preset_is_known(self):
         presets = json.loads((ROOT / "CMakePresets.json").read_text(encoding="utf-8"))["buildPresets"]
-        self.assertEqual(len(presets), 23)
+        self.assertEqual(len(presets), 24)
         for preset in (preset["name"] for preset in presets):
             self.assert_runs("tools/test", preset)
             self.assertIn(f"ctest --preset {preset}", self.noted())
@@ -263,8 +270,20 @@ class Arguments(CommandTest):
         self.assert_runs("tools/check", "abi", "--accept")
         self.assertEqual(self.noted()[-1], "python3 -B tests/build/abi/abi.py --accept")
 
+    def test_changes_are_tried_in_the_units_that_are_named(self):
+        unit = self.tree / "core" / "Some.cpp"
+        unit.parent.mkdir()
+        unit.touch()
+        for options in (("--limit=5", "--write"), ("--again",), ()):
+            self.assert_runs("tools/mutate", *options, "core/Some.cpp")
+            self.assertIn("cmake --preset release", self.noted())
+            self.assertEqual(self.noted()[-1], " ".join(("python3 -B tests/mutation/mutate.py", *options, "core/Some.cpp")))
+        shutil.rmtree(self.tree / "build")
+        self.assert_refused("tools/mutate: --limit and --again exclude each other", "tools/mutate", "--limit=5", "--again",
+                            "core/Some.cpp")
+
     def test_every_command_explains_itself(self):
-        for command in ("setup", "demo", "test", "bench", "package", "fuzz", "docs", "live", "check"):
+        for command in ("setup", "demo", "test", "bench", "package", "fuzz", "docs", "live", "check", "mutate"):
             for option in ("-h", "--help"):
                 code, output, errors = self.run_command(f"tools/{command}", option)
                 self.assertEqual((code, errors, self.noted()), (0, "", []))

@@ -1,0 +1,529 @@
+"""Tries how much the tests see: changes one thing at a time in a unit of the library and runs the tests of its users.
+
+Usage: mutate.py [--limit=N] [--again] [--write] UNIT...     (tools/mutate runs it where all that it needs is there)
+
+A unit is a source or a header of the library. What is changed: operators, comparisons, conditions, numbers and results. The
+tests come from build/release, built as ever. A change of a source costs a compilation of that source and a library that is
+linked anew, in a folder of build/mutate, where two are at work side by side. A change of a header costs that for the object
+that shows it soonest, and for all others that include the header only where no test has seen it by then.
+
+A change survives if no test fails or takes too long. What changes nothing stands in survivors.txt beside this script, with
+the reason; the exit code is 1 where others survive.
+"""
+import collections
+import concurrent.futures
+import json
+import os
+import pathlib
+import queue
+import random
+import re
+import resource
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+from clang import cindex
+from clang.cindex import CursorKind
+
+HERE = pathlib.Path(__file__).resolve().parent
+TOP = HERE.parent.parent
+BUILD = TOP / "build" / "release"
+WORK = TOP / "build" / "mutate"
+TIMES = WORK / "times.json"
+SURVIVORS = HERE / "survivors.txt"
+REPORT = HERE / "report.md"
+LIBRARY = "libBvBaseUtils.so"
+SOURCES = ("include", "core", "internal", "tests")
+WORKERS = 2
+
+OPERATORS = {
+    b"+": [b"-"], b"-": [b"+"], b"*": [b"/"], b"/": [b"*"], b"%": [b"*"], b"&": [b"|"], b"|": [b"&"], b"^": [b"|"],
+    b"<<": [b">>"], b">>": [b"<<"], b"&&": [b"||"], b"||": [b"&&"], b"==": [b"!="], b"!=": [b"=="],
+    b"<": [b"<=", b">="], b"<=": [b"<", b">"], b">": [b">=", b"<="], b">=": [b">", b"<"],
+    b"+=": [b"-="], b"-=": [b"+="], b"*=": [b"/="], b"/=": [b"*="], b"&=": [b"|="], b"|=": [b"&="], b"^=": [b"|="],
+    b"<<=": [b">>="], b">>=": [b"<<="]
+}
+CONDITIONAL = (CursorKind.IF_STMT, CursorKind.WHILE_STMT, CursorKind.CONDITIONAL_OPERATOR)
+FUNCTIONS = (CursorKind.FUNCTION_DECL, CursorKind.FUNCTION_TEMPLATE, CursorKind.CXX_METHOD, CursorKind.CONSTRUCTOR,
+             CursorKind.DESTRUCTOR, CursorKind.CONVERSION_FUNCTION)
+
+# What a program needs to be told, for each of its runs.
+TOLD = {
+    "BatchFormsOfEachSet": [{"BV_TEST_KERNELS": name} for name in ("baseline", "AVX2", "AVX-512")],
+    **{f"{name}Properties": [{"RC_PARAMS": "seed=2718281828 max_success=1000"}]
+       for name in ("Batch", "Bounds", "Matrix", "Rotation", "Text", "View")}
+}
+SKIPPED = 77
+
+# The loops that the library chooses on this processor are those that most tests run.
+FLAGS = pathlib.Path("/proc/cpuinfo").read_text(encoding="utf-8")
+CHOSEN = "Avx512" if "avx512vbmi" in FLAGS else "Avx2" if "avx2" in FLAGS else "Baseline"
+
+COLUMNS = ("tried", "found", "invalid", "same", "seen", "record", "nothing", "survive")
+HEAD = """# Changes that the tests see
+
+What `tools/mutate --write UNIT...` found when it last ran, a row for each unit that it tried: how many changes were made of
+those that there are; how many of them do not compile, or compile to the same code; how many a test saw, and how many only
+the [record](../digest/record.txt) of all results did; how many change nothing, for the reason that
+[survivors.txt](survivors.txt) gives and that is repeated below; how many survive; and the share of those seen, of all that
+compile and change something.
+
+| unit | tried | of | do not compile | same code | seen by tests | by the record | change nothing | survive | share seen |
+|---|--:|--:|--:|--:|--:|--:|--:|--:|--:|
+"""
+
+Change = collections.namedtuple("Change", "start end new shown line")
+
+
+def ask(*command):
+    """What a command prints."""
+    return subprocess.run(command, cwd=BUILD, check=True, capture_output=True, text=True).stdout
+
+
+def build(*targets):
+    """Builds what the changes are compared with."""
+    made = subprocess.run(["cmake", "--build", BUILD, "-j2", "--target", *targets], check=False, capture_output=True, text=True)
+    if made.returncode != 0:
+        raise SystemExit("\n".join(made.stdout.splitlines()[-20:]))
+
+
+class Tree:
+    """What is built in build/release, of what, and how."""
+
+    def __init__(self):
+        targets = ask("ninja", "-t", "targets", "all")
+        self.library = re.search(rf"^({LIBRARY}[.\d]*): CXX_SHARED", targets, re.MULTILINE)[1]
+        self.programs = [path for path in re.findall(r"^(tests/[^\s\[]+): CXX_EXECUTABLE", targets, re.MULTILINE)
+                         if re.match(r"tests/(core|maths|faults|properties|digest)/", path) and "/values/" not in path
+                         and not path.endswith("/LoadedLibrary")]
+        build("BvBaseUtils", *self.programs)
+        self.compile, self.source = {}, {}
+        for entry in json.loads((BUILD / "compile_commands.json").read_text(encoding="utf-8")):
+            words = shlex.split(entry["command"])
+            self.compile[words[words.index("-o") + 1]] = words
+            self.source[words[words.index("-o") + 1]] = entry["file"]
+        self.link = self.links()
+        self.objects = {program: [word for word in words if word in self.compile] for program, words in self.link.items()}
+        self.depends = self.dependencies()
+        self.symbols = self.names(self.objects[self.library])
+        self.called = {program: kinds["U"] for program, kinds in self.names(self.programs, "-D").items()}
+        self.times = json.loads(TIMES.read_text(encoding="utf-8")) if TIMES.exists() else {}
+
+    def links(self):
+        """The commands that link the programs and the library."""
+        wanted, found = {self.library, *self.programs}, {}
+        for line in ask("ninja", "-t", "commands", *wanted).splitlines():
+            for part in line.split(" && "):
+                output = re.search(" -o (\\S+) ", part)
+                if output and output[1] in wanted:
+                    found[output[1]] = shlex.split(part)
+        return found
+
+    @staticmethod
+    def dependencies():
+        """The files of the tree that each object is made of."""
+        found, places, current = {}, {}, None
+        for line in ask("ninja", "-t", "deps").splitlines():
+            if line.startswith("    "):
+                path = line.strip()
+                if path not in places:
+                    places[path] = os.path.relpath(os.path.join(BUILD, path), TOP)
+                current.add(places[path])
+            elif line:
+                current = found.setdefault(line.partition(": ")[0], set())
+        return found
+
+    @staticmethod
+    def names(paths, *options):
+        """The symbols of objects, by kind: U for what they call, D for what they define."""
+        found = {path: {"U": set(), "D": set()} for path in paths}
+        for line in ask("nm", "-A", *options, *paths).splitlines():
+            path, _, rest = line.partition(":")
+            *_, kind, name = rest.split()
+            found[path]["U" if kind == "U" else "D"].add(name.partition("@")[0])
+        return found
+
+    def users(self, objects):
+        """The programs that call what objects of the library define, or what other objects make of it."""
+        reached = set(objects) & set(self.symbols)
+        while True:
+            names = set().union(*(self.symbols[path]["D"] for path in reached), set())
+            more = {path for path, kinds in self.symbols.items() if kinds["U"] & names} - reached
+            if not more:
+                break
+            reached |= more
+        return {program for program in self.programs if self.called[program] & names}
+
+
+class Worker:
+    """A folder with the sources, where one change at a time is compiled, linked and tried."""
+
+    def __init__(self, folder, tree, unit):
+        self.tree, self.unit, self.folder = tree, unit, folder
+        for name in SOURCES:
+            shutil.copytree(TOP / name, self.folder / name)
+        for name in ("objects", "lib", "programs", "tmp"):
+            (self.folder / name).mkdir()
+        self.source = (TOP / unit).read_bytes()
+        self.unchanged, self.heads = {}, {}
+
+    def place(self, path):
+        """Where the worker puts what belongs to a path of the build folder."""
+        return self.folder / "objects" / path.replace("/", "+")
+
+    def command(self, path):
+        """What compiles an object here, but for the names of both files."""
+        words = list(self.tree.compile[path])
+        output = words.index("-o")
+        del words[output:output + 2], words[words.index("-c"):]
+        for i, word in enumerate(words):
+            for name in SOURCES:
+                if f"{word}/".startswith(f"-I{TOP}/{name}/"):
+                    words[i] = word.replace(str(TOP), str(self.folder))
+        return [*words, "-w"]
+
+    def head(self, path):
+        """Compiles the headers that the source of a unit includes, once for all changes, and has them taken from there."""
+        if path not in self.heads:
+            self.heads[path] = []
+            lines = self.source.decode().split("\n")
+            includes = [i for i, line in enumerate(lines) if line.startswith("#include")]
+            if self.tree.source[path] == str(TOP / self.unit) and includes:
+                lines = lines[:includes[-1] + 1]
+                if not any(line.startswith("#if") for line in lines):
+                    folder = self.folder / "head" / self.place(path).name
+                    folder.mkdir(parents=True)
+                    (folder / "head.h").write_text("\n".join(lines) + "\n", encoding="utf-8")
+                    near = ["-iquote", str((self.folder / self.unit).parent)]
+                    command = [*self.command(path), *near, "-x", "c++-header", folder / "head.h", "-o", folder / "head.h.gch"]
+                    if subprocess.run(command, cwd=BUILD, check=False, capture_output=True).returncode == 0:
+                        self.heads[path] = [*near, "-include", folder / "head.h"]
+        return self.heads[path]
+
+    def compile(self, path):
+        """None if it compiles, else what the compiler says."""
+        source = self.folder / pathlib.Path(self.tree.source[path]).relative_to(TOP)
+        command = [*self.command(path), *self.head(path), "-o", self.place(path), "-c", source]
+        run = subprocess.run(command, cwd=BUILD, check=False, capture_output=True, text=True)
+        return None if run.returncode == 0 else run.stderr
+
+    def code(self, path):
+        """The bytes of an object, where the change stands in it."""
+        return self.place(path).read_bytes()
+
+    def is_changed(self, path, text):
+        """Whether an object of a changed text, which compiles, differs from what it was; what the compiler says, else."""
+        unit = self.folder / self.unit
+        if path not in self.unchanged:
+            unit.write_bytes(self.source)
+            if error := self.compile(path):
+                raise SystemExit(f"{path} does not compile in a copy: {error[:500]}")
+            self.unchanged[path] = self.code(path)
+        unit.write_bytes(text)
+        error = self.compile(path)
+        return error is None and self.code(path) != self.unchanged[path], error
+
+    def linked(self, target, output, changed):
+        """Whether a program or the library links with what has changed."""
+        words = [str(self.place(word)) if word in changed else word for word in self.tree.link[target]]
+        words[words.index("-o") + 1] = str(output)
+        return subprocess.run(words, cwd=BUILD, check=False, capture_output=True).returncode == 0
+
+    def run(self, program, path, seconds, library):
+        """Whether a program of tests fails, or needs more processor time than so many seconds, and how much it needed."""
+        environment = os.environ | {"LD_LIBRARY_PATH": str(library), "TMPDIR": str(self.folder / "tmp")}
+        command = [path, "--gtest_brief=1", "--gtest_fail_fast"]
+        if program.endswith("/digest"):
+            command = [sys.executable, "-B", TOP / "tests/digest/digest.py", path, TOP / "tests/digest/record.txt"]
+        needed = 0
+        for told in TOLD.get(pathlib.Path(program).name, [{}]):
+            process = subprocess.Popen(command, cwd=self.folder / "tmp", env=environment | told, stdin=subprocess.DEVNULL,
+                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                       preexec_fn=lambda: confine(seconds))
+            end_it = threading.Timer(1800, process.kill)
+            end_it.start()
+            _, status, usage = os.wait4(process.pid, 0)
+            end_it.cancel()
+            process.returncode = os.waitstatus_to_exitcode(status)
+            needed += usage.ru_utime + usage.ru_stime
+            if process.returncode not in (0, SKIPPED):
+                return True, needed
+        return False, needed
+
+
+def confine(seconds):
+    """What a change can make of a program, this process stands."""
+    resource.setrlimit(resource.RLIMIT_CPU, (seconds, seconds + 1))
+    resource.setrlimit(resource.RLIMIT_AS, (8 << 30, 8 << 30))
+    resource.setrlimit(resource.RLIMIT_FSIZE, (1 << 28, 1 << 28))
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+
+
+def changes(tree, unit, objects):
+    """The text of a unit, and what to change in it."""
+    path = TOP / unit
+    source = path.read_bytes()
+    words = tree.compile[objects[0]]
+    options = [word for word in words if re.match(r"-(I|D|std|m)", word)]
+    options += [f"-I{words[i + 1]}" for i, word in enumerate(words) if word == "-isystem"]
+    parsed = cindex.Index.create().parse(tree.source[objects[0]], args=options)
+    errors = [str(d) for d in parsed.diagnostics if d.severity >= cindex.Diagnostic.Error]
+    if errors:
+        raise SystemExit("\n".join(errors[:5]))
+    found = {}
+
+    def add(function, start, end, new):
+        begin, stop = source.rfind(b"\n", 0, start) + 1, source.find(b"\n", end)
+        old = b" ".join(source[begin:stop].split()).decode()
+        changed = b" ".join((source[begin:start] + new + source[end:stop]).split()).decode()
+        where = f"{function}: " if function else ""
+        found[start, end, new] = Change(start, end, new, f"{where}{old} => {changed}", source.count(b"\n", 0, start) + 1)
+
+    def look_at(cursor, children, function):
+        start, end = cursor.extent.start.offset, cursor.extent.end.offset
+        text = source[start:end]
+        kind = cursor.kind
+        if kind in (CursorKind.BINARY_OPERATOR, CursorKind.COMPOUND_ASSIGNMENT_OPERATOR, CursorKind.CALL_EXPR):
+            if len(children) >= 2:
+                begin = children[0].extent.end.offset
+                between = source[begin:children[-1].extent.start.offset]
+                operator = between.strip()
+                for other in OPERATORS.get(operator, ()):
+                    at = begin + between.index(operator)
+                    add(function, at, at + len(operator), other)
+        elif kind == CursorKind.UNARY_OPERATOR:
+            for old, new in ((b"++", b"--"), (b"--", b"++")):
+                if text.startswith(old):
+                    add(function, start, start + 2, new)
+                elif text.endswith(old):
+                    add(function, end - 2, end, new)
+            if text[:1] in (b"!", b"~") or (text[:1] == b"-" and text[:2] != b"--"):
+                add(function, start, start + 1, b"")
+        elif kind in (CursorKind.INTEGER_LITERAL, CursorKind.FLOATING_LITERAL) and text[:1].isdigit():
+            add(function, start, end, b"(" + text + b" + 1)")
+        elif kind == CursorKind.CXX_BOOL_LITERAL_EXPR and text in (b"true", b"false"):
+            add(function, start, end, b"false" if text == b"true" else b"true")
+        elif kind == CursorKind.RETURN_STMT and children:
+            inner = children[0].extent
+            if source[inner.start.offset:inner.end.offset] not in (b"{}", b"*this"):
+                add(function, inner.start.offset, inner.end.offset, b"{}")
+        if kind in CONDITIONAL and children and children[0].kind.is_expression():
+            inner = children[0].extent
+            condition = source[inner.start.offset:inner.end.offset]
+            add(function, inner.start.offset, inner.end.offset, b"!(" + condition + b")")
+
+    def walk(cursor, function):
+        for child in cursor.get_children():
+            if child.location.file and pathlib.Path(child.location.file.name).resolve() != path:
+                continue
+            if child.kind != CursorKind.STATIC_ASSERT:
+                look_at(child, list(child.get_children()), function)
+                walk(child, re.sub(r"^(?!operator)(\w+)<.*", r"\1", child.spelling) if child.kind in FUNCTIONS else function)
+
+    walk(parsed.cursor, "")
+    return source, [found[key] for key in sorted(found) if 0 <= key[0] <= key[1] <= len(source)]
+
+
+class Trial:
+    """One unit: what shows its changes, and the tests of what uses it."""
+
+    def __init__(self, tree, unit):
+        self.tree, self.unit = tree, unit
+        stem = pathlib.Path(unit).stem
+        self.stem = stem[1:] if re.match("t[A-Z]", stem) else stem
+        touched = [path for path, files in tree.depends.items() if unit in files]
+        ours = tree.objects[tree.library]
+        # The object of the unit's own source first, then those that are compiled soonest.
+        self.library = sorted((path for path in touched if path in ours),
+                              key=lambda path: (pathlib.Path(path).stem.removesuffix(".cpp") != self.stem,
+                                                "Kernels/" in path and CHOSEN not in path, len(tree.depends[path])))
+        self.tests = {program: [path for path in touched if path in tree.objects[program]] for program in tree.programs}
+        programs = tree.users(self.library) | {program for program, objects in self.tests.items() if objects}
+        if not programs or not touched:
+            raise SystemExit(f"{unit}: no test uses it")
+        self.seen = dict.fromkeys(programs, 0)
+        defined = tree.symbols[self.library[0]]["D"] if self.library else set()
+        self.calls = {program: len(tree.called[program] & defined) for program in programs}
+        self.lock, self.measuring = threading.Lock(), threading.Lock()
+        self.parts = self.library or [path for program in sorted(programs, key=self.rank) for path in self.tests[program]]
+
+    def rank(self, program):
+        """What sees most in the shortest time goes first: the unit's own tests at the start. The record goes last."""
+        name = pathlib.Path(program).name
+        expected = 0.1 + self.calls.get(program, 0)
+        expected += 20 * (self.stem in name or ("Batch" in name and re.search("/(Batch|Kernels)/", self.unit) is not None))
+        return name == "digest", -(self.seen.get(program, 0) + expected) / (0.05 + self.tree.times.get(program, 1)), name
+
+    def order(self):
+        with self.lock:
+            return sorted(self.seen, key=self.rank)
+
+    def seconds(self, worker, program):
+        """The processor time of a program, which must pass as it is."""
+        with self.measuring:
+            if program not in self.tree.times:
+                fails, self.tree.times[program] = worker.run(program, BUILD / program, 600, BUILD)
+                if fails:
+                    raise SystemExit(f"{program} fails without a change")
+                TIMES.write_text(json.dumps(self.tree.times, indent=0), encoding="utf-8")
+            return self.tree.times[program]
+
+    def stages(self):
+        """What to compile, and which programs to build anew and run: first what is quick, then all there is."""
+        if self.library:
+            yield self.library[:1], [program for program in self.order() if not self.tests[program]]
+        else:
+            first = self.order()[0]
+            yield self.tests[first], [first]
+        rest = self.library[1:] + sorted({path for objects in self.tests.values() for path in objects})
+        if rest:
+            yield rest, self.order()
+
+    def outcome(self, worker, text):
+        """What became of a change: invalid, same, seen, record or survive."""
+        compiled, changed = set(), set()
+        for objects, programs in self.stages():
+            for path in objects:
+                if path in compiled:
+                    continue
+                compiled.add(path)
+                is_changed, error = worker.is_changed(path, text)
+                if error:
+                    return "seen" if path.startswith("tests/") and "static assertion failed" in error else "invalid"
+                if is_changed:
+                    changed.add(path)
+            if changed and (how := self.seen_by(worker, changed, programs)):
+                return how
+        return "survive" if changed else "same"
+
+    def seen_by(self, worker, changed, programs):
+        """How a test of these programs sees the change, or None."""
+        library = worker.folder / "lib" / f"{LIBRARY}.0"
+        if not worker.linked(self.tree.library, library, changed):
+            return "invalid"
+        for program in programs:
+            path = BUILD / program
+            if set(self.tests[program]) & changed:
+                path = worker.folder / "programs" / pathlib.Path(program).name
+                if not worker.linked(program, path, changed):
+                    return "invalid"
+            if worker.run(program, path, int(3 + 5 * self.seconds(worker, program)), worker.folder / "lib")[0]:
+                with self.lock:
+                    self.seen[program] += 1
+                return "record" if program.endswith("/digest") else "seen"
+        return None
+
+
+def reasons(unit):
+    """The changes of a unit that change nothing, and why."""
+    found, file, reason = {}, "", ""
+    for line in SURVIVORS.read_text(encoding="utf-8").splitlines():
+        if line.startswith("# "):
+            reason = line[2:]
+        elif line.startswith("  "):
+            if not reason:
+                raise SystemExit(f"{SURVIVORS.name}: no reason stands before: {line}")
+            if file == unit:
+                found[line.strip()] = reason
+        elif line:
+            file, reason = line, ""
+    return found
+
+
+def try_unit(tree, unit, limit, again):
+    """The counts of a unit, and the lines of what no test sees."""
+    begin = time.monotonic()
+    trial = Trial(tree, unit)
+    source, found = changes(tree, unit, trial.parts)
+    counts = dict.fromkeys(COLUMNS, 0)
+    tried = found
+    if again:
+        counts, lines = read_report().get(unit, (counts, []))
+        left = {line for line, reason in lines if not reason}
+        tried = [change for change in found if change.shown in left]
+        counts["survive"] -= len(tried)
+    else:
+        if limit and len(tried) > limit:
+            tried = sorted(random.Random(unit).sample(tried, limit))
+        counts |= {"tried": len(tried), "found": len(found)}
+    workers = queue.SimpleQueue()
+    known = reasons(unit)
+    unseen = [(line, reason) for line, reason in lines if reason] if again else []
+
+    def attempt(change):
+        worker = workers.get()
+        try:
+            how = trial.outcome(worker, source[:change.start] + change.new + source[change.end:])
+        finally:
+            workers.put(worker)
+        if how == "survive" and change.shown in known:
+            how = "nothing"
+        if how == "survive":
+            print(f"{unit}:{change.line}: {change.shown}", flush=True)
+        return how, change
+
+    with concurrent.futures.ThreadPoolExecutor(WORKERS) as pool, tempfile.TemporaryDirectory(dir=WORK) as folder:
+        for number in range(WORKERS):
+            workers.put(Worker(pathlib.Path(folder) / str(number), tree, unit))
+        for how, change in pool.map(attempt, tried):
+            counts[how] += 1
+            if how in ("survive", "nothing"):
+                unseen.append((change.shown, known.get(change.shown, "")))
+    print(f"{row(unit, counts)}   {len(trial.seen)} programs, {time.monotonic() - begin:.0f} s", flush=True)
+    return counts, unseen
+
+
+def row(unit, counts):
+    """A row of the report."""
+    seen = counts["seen"] + counts["record"]
+    share = f"{100 * seen / max(seen + counts['survive'], 1):.1f} %" if seen + counts["survive"] else "-"
+    return f"| {unit} | {' | '.join(str(counts[name]) for name in COLUMNS)} | {share} |"
+
+
+def read_report():
+    """The units in the report, each with its counts and the lines of what no test sees."""
+    text = REPORT.read_text(encoding="utf-8") if REPORT.exists() else ""
+    found = {}
+    for line in text.splitlines():
+        if line.startswith("## "):
+            unit = line[3:]
+        elif line.startswith("| ") and "/" in line.split()[1]:
+            words = [word.strip() for word in line.strip("|").split("|")]
+            found[words[0]] = dict(zip(COLUMNS, map(int, words[1:-1]))), []
+        elif match := re.fullmatch(r"- `` (.+) ``(?:: (.+))?", line):
+            found[unit][1].append((match[1], match[2] or ""))
+    return found
+
+
+def write_report(found):
+    """Writes the report anew."""
+    text = HEAD + "".join(row(unit, found[unit][0]) + "\n" for unit in sorted(found))
+    for unit in sorted(found):
+        if lines := found[unit][1]:
+            text += f"\n## {unit}\n\n"
+            text += "".join(f"- `` {line} ``{': ' + reason if reason else ''}\n" for line, reason in sorted(lines))
+    REPORT.write_text(text, encoding="utf-8")
+
+
+def main():
+    options = [argument for argument in sys.argv[1:] if argument.startswith("--")]
+    units = [argument for argument in sys.argv[1:] if not argument.startswith("--")]
+    limit = next((int(option.partition("=")[2]) for option in options if option.startswith("--limit=")), 0)
+    tree = Tree()
+    survivors = 0
+    for unit in units:
+        counts, unseen = try_unit(tree, unit, limit, "--again" in options)
+        survivors += counts["survive"]
+        if "--write" in options:
+            write_report(read_report() | {unit: (counts, unseen)})
+    if survivors:
+        raise SystemExit(f"tools/mutate: {survivors} changes survive")
+
+
+if __name__ == "__main__":
+    main()

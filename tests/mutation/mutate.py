@@ -421,7 +421,7 @@ class Trial:
                 path = worker.folder / "programs" / pathlib.Path(program).name
                 if not worker.linked(program, path, changed):
                     return "invalid"
-            if worker.run(program, path, int(3 + 5 * self.seconds(worker, program)), worker.folder / "lib")[0]:
+            if worker.run(program, path, int(2 + 3 * self.seconds(worker, program)), worker.folder / "lib")[0]:
                 with self.lock:
                     self.seen[program] += 1
                 return "record" if program.endswith("/digest") else "seen"

@@ -231,7 +231,7 @@ class Arguments(CommandTest):
                          [[name, "passes"] for name in ("analysis", "abi", "interface", "coverage", "sanitizers", "users",
                                                         "conformance")])
         self.assertIn("python3 -B tests/build/coverage.py", self.noted())
-        for preset in ("sanitize", "tsan", "tsan-gcc"):
+        for preset in ("sanitize", "msan", "tsan", "tsan-gcc"):
             self.assertIn(f"ctest --preset {preset}", self.noted())
 
     def test_the_long_checks_are_made_on_demand(self):

@@ -137,7 +137,8 @@ Colour Shader::GetFloorLight()
         rays_.emplace_back(place, SUN);
     hits_.assign(rays_.size(), Hit{.distance = SUN_REACH});
     tracer_.FindBlocked(rays_, hits_);
-    auto const lit = static_cast<float>(std::ranges::count_if(hits_, [](Hit const& hit) { return hit.distance > 0; }));
+    auto const isLit = [](Hit const& hit) { return hit.distance > 0; };
+    auto const lit = static_cast<float>(std::count_if(hits_.begin(), hits_.end(), isLit));
     auto const dark = static_cast<float>(places_.size()) - lit;
     Colour const sky = scene_.GetSky().GetLight({0, 1, 0}, blurred_);
     return scene_.GetFloorColour() * (SUNLIGHT * (SUN.y * lit) + sky * (lit + 0.5F * dark));

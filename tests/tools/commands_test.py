@@ -138,7 +138,7 @@ class Arguments(CommandTest):
                    "aarch64-clang, s390x, wasm)")
         checks = ("(there are: analysis abi interface coverage sanitizers users conformance exhaustive fuzz release clang "
                   "clang-new libcxx lto clang-lto debug v3 stack-zero stack-pattern plain qemu64 core2duo mingw "
-                  "mingw-static mingw-clang aarch64 aarch64-clang s390x wasm)")
+                  "mingw-static mingw-clang aarch64 aarch64-clang s390x wasm msan tsan-gcc)")
         size = "(usage: tools/demo [WIDTHxHEIGHT])"
         for message, *command in (
                 (f"no such option: --fast {size}", "tools/demo", "--fast"),
@@ -231,7 +231,7 @@ class Arguments(CommandTest):
                          [[name, "passes"] for name in ("analysis", "abi", "interface", "coverage", "sanitizers", "users",
                                                         "conformance")])
         self.assertIn("python3 -B tests/build/coverage.py", self.noted())
-        for preset in ("sanitize", "msan", "tsan", "tsan-gcc"):
+        for preset in ("sanitize", "tsan"):
             self.assertIn(f"ctest --preset {preset}", self.noted())
 
     def test_the_long_checks_are_made_on_demand(self):
@@ -246,14 +246,14 @@ class Arguments(CommandTest):
         self.assertEqual([line.split()[:2] for line in output.splitlines()], [["exhaustive", "passes"], ["fuzz", "passes"]])
         self.assertIn("ctest --preset release -C exhaustive -L exhaustive --verbose", self.noted())
 
-    def test_everywhere_is_each_preset_but_those_of_the_sanitizers(self):
+    def test_everywhere_is_each_preset_but_those_of_the_short_checks(self):
         self.stub("ccache")
         code, output, errors = self.run_command("tools/check", "--everywhere")
         self.assertEqual((code, errors), (0, ""))
         presets = json.loads((ROOT / "CMakePresets.json").read_text(encoding="utf-8"))["buildPresets"]
         self.assertEqual(sorted(line.split()[0] for line in output.splitlines()),
                          sorted(preset["name"] for preset in presets
-                                if preset["name"] not in ("sanitize", "msan", "tsan", "tsan-gcc")))
+                                if preset["name"] not in ("sanitize", "tsan")))
         self.assertIn("ctest --preset aarch64", self.noted())
 
     def test_a_check_that_fails_is_told_and_the_others_run(self):

@@ -27,7 +27,7 @@ def read_pixels(path):
     return png.Picture([pixels[at:at + WIDTH] for at in range(0, len(pixels), WIDTH)])
 
 
-class Golden(unittest.TestCase):
+class Golden(golden.Scenes, unittest.TestCase):
     """Each scene with one, four and eight rays at a time."""
 
     command = []
@@ -44,18 +44,6 @@ class Golden(unittest.TestCase):
             with self.subTest(packet=packet), tempfile.TemporaryDirectory() as folder:
                 picture = self.draw(folder, *golden.SCENES[name], "--packet", packet)
                 self.assertEqual(picture.differences(golden.read(name)), [])
-
-    def test_plain(self):
-        self.assert_golden("plain")
-
-    def test_marble(self):
-        self.assert_golden("marble")
-
-    def test_wood(self):
-        self.assert_golden("wood")
-
-    def test_mirror(self):
-        self.assert_golden("mirror")
 
 
 if __name__ == "__main__":

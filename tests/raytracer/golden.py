@@ -16,6 +16,22 @@ SCENES = {
 }
 
 
+class Scenes:
+    """A test for each scene, of classes that say how one is compared (assert_golden)."""
+
+    def test_plain(self):
+        self.assert_golden("plain")
+
+    def test_marble(self):
+        self.assert_golden("marble")
+
+    def test_wood(self):
+        self.assert_golden("wood")
+
+    def test_mirror(self):
+        self.assert_golden("mirror")
+
+
 def path(name):
     return os.path.join(HERE, "golden", name + ".png")
 

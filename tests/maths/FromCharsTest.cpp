@@ -216,6 +216,17 @@ TEST(FromCharsPrecisionTest, TheTypeOfTheElementsDecidesWhatFits)
     ExpectSameBits(Read<Vector2d>("16777217, 0").value.x, 16777217.0);
 }
 
+TYPED_TEST(FromCharsTest, ZeroFitsWithEveryExponent)
+{
+    using V = tVector2<TypeParam>;
+    auto const reading = Read<V>("0e999, -0.00E-999", V{7, 8});
+    EXPECT_EQ(reading.error, std::errc{});
+    ExpectSameBits(reading.value, V{0, -TypeParam{0}});
+    auto const small = Read<V>("0.0001e-999, 0", V{7, 8});
+    EXPECT_EQ(small.error, std::errc::result_out_of_range);
+    ExpectSameBits(small.value, V{7, 8});
+}
+
 TYPED_TEST(FromCharsTest, ReadsNothingPastTheEnd)
 {
     // Between digits of a longer text, and at the very first character.

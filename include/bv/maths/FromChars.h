@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "bv/maths/detail/Elements.h"
+#include "bv/maths/detail/ReadNumber.h"
 
 namespace bv::maths
 {
@@ -22,7 +23,8 @@ namespace bv::maths
 /// is classified. `<<` writes six digits, which are not always enough to get the same number back; the formatters of
 /// bv/maths/Format.h and bv/maths/Fmt.h write as many as it takes.
 ///
-/// A standard library that reads no floating-point numbers in this way reads tuples of integers alone.
+/// libc++ before its version 20, and so emscripten's, reads no floating-point numbers: fast_float reads them, where its
+/// headers are found; else, tuples of integers are all that is read.
 ///
 /// @param first,last the text, from the first character to one past the last.
 /// @param value is changed where the whole text of one is there and every number fits its type.
@@ -39,7 +41,7 @@ template <detail::WithText Value>
     char const* place = first;
     for (std::size_t index = 0; index < Elements::COUNT; ++index)
     {
-        std::from_chars_result const number = std::from_chars(place, last, numbers[index]);
+        std::from_chars_result const number = detail::ReadNumber(place, last, numbers[index]);
         if (number.ec == std::errc::invalid_argument)
             return {first, std::errc::invalid_argument};
         fits = fits && number.ec == std::errc{};

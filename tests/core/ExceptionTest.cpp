@@ -1,5 +1,6 @@
 #include "bv/Exception.h"
 
+#include <functional>
 #include <iomanip>
 #include <limits>
 #include <locale>
@@ -105,8 +106,8 @@ void ExpectMade(Exception const& exception)
 }
 
 /// Runs the action and expects that it throws exactly `Expected`, holding what Make() gives.
-template <typename Expected, typename Action>
-void ExpectThrowsMade(Action&& action)
+template <typename Expected>
+void ExpectThrowsMade(std::function<void()> const& action)
 {
     ExpectThrows<Expected>(action, "m\xC3\xA9ssage", "bv::maths::tUnit<float>::Act", "internal\\Maths\\Unit", 4711);
 }

@@ -117,9 +117,11 @@ TEST(AssertTest, TheTrapIsASoftwareBreakpointAfterANoOperation)
 }
 #endif
 
+#if GTEST_HAS_DEATH_TEST
 TEST(AssertDeathTest, WithoutADebuggerTheSystemEndsTheProgram)
 {
     EXPECT_EXIT(bv::Assert(), bv::test::ENDED_AT_BREAKPOINT, "");
 }
+#endif
 
 } // namespace

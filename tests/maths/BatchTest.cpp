@@ -691,7 +691,7 @@ TEST(BatchTest, NothingIsAllocated)
               0U);
 }
 
-#if !defined NDEBUG
+#if !defined NDEBUG && GTEST_HAS_DEATH_TEST
 TEST(BatchDeathTest, DebugBuildsStopAtAPartialOverlap)
 {
     std::vector<tVector3<float>> points(30, tVector3<float>(1, 2, 3));

@@ -1,5 +1,6 @@
 #include "bv/maths/tDepthRay.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -61,7 +62,7 @@ TYPED_TEST_SUITE(DepthRayTest, Precisions);
 TYPED_TEST(DepthRayTest, LaysOutItsFieldsInOrderWithoutGaps)
 {
     using T = TypeParam;
-    static_assert(sizeof(DepthRay<T>) == 20 * sizeof(T) + sizeof(void*));
+    static_assert(sizeof(DepthRay<T>) == 20 * sizeof(T) + std::max(sizeof(void*), alignof(T)));
     static_assert(!std::is_polymorphic_v<DepthRay<T>> && std::is_trivially_copyable_v<DepthRay<T>>);
     static_assert(std::is_base_of_v<tRay<T>, DepthRay<T>> && std::is_convertible_v<DepthRay<T>*, tRay<T>*>);
     DepthRay<T> ray({1, 2, 3}, {4, 5, 6});

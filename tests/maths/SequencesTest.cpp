@@ -222,7 +222,7 @@ bool IsNet(Sequence<T> const& sequence, std::uint32_t start, unsigned int k, uns
             Point<T> const point = sequence(start + i);
             ++counts[CellOf(point.x, bitsOfX) << (bits - bitsOfX) | CellOf(point.y, bits - bitsOfX)];
         }
-        if (std::ranges::any_of(counts, [=](unsigned int count) { return count != 1U << (k - bits); }))
+        if (std::any_of(counts.begin(), counts.end(), [=](unsigned int count) { return count != 1U << (k - bits); }))
             return false;
     }
     return true;
@@ -405,7 +405,7 @@ TEST(SequencesTest, ShuffledRunsAreRunsInAnotherOrder)
 template <typename T>
 double StarDiscrepancy(std::vector<Point<T>> points)
 {
-    std::ranges::sort(points, {}, &Point<T>::x);
+    std::sort(points.begin(), points.end(), [](auto const& a, auto const& b) { return a.x < b.x; });
     double const count = static_cast<double>(points.size());
     std::vector<double> heights = {0, 1};
     double largest = 0;
@@ -416,7 +416,7 @@ double StarDiscrepancy(std::vector<Point<T>> points)
         if (i != 0)
         {
             auto const height = static_cast<double>(points[i - 1].y);
-            heights.insert(std::ranges::upper_bound(heights.begin() + 1, heights.end() - 1, height), height);
+            heights.insert(std::upper_bound(heights.begin() + 1, heights.end() - 1, height), height);
         }
         for (std::size_t k = 0; k + 1 < heights.size(); ++k)
         {
@@ -445,9 +445,10 @@ TEST(SequencesTest, StarDiscrepanciesAreThoseOfEveryBox)
             for (double const y : edges)
                 for (bool const isClosed : {false, true})
                 {
-                    auto const inside = std::ranges::count_if(
-                        points, [=](auto const& point)
-                        { return isClosed ? point.x <= x && point.y <= y : point.x < x && point.y < y; });
+                    auto const inside =
+                        std::count_if(points.begin(), points.end(),
+                                      [=](auto const& point)
+                                      { return isClosed ? point.x <= x && point.y <= y : point.x < x && point.y < y; });
                     largest = std::max(largest, std::abs(static_cast<double>(inside) / 12 - x * y));
                 }
         EXPECT_NEAR(StarDiscrepancy(points), largest, 1e-12);

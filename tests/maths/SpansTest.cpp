@@ -99,7 +99,9 @@ static_assert(std::is_same_v<decltype(AsSpan(std::declval<std::vector<Vector3f>&
 static_assert(std::is_same_v<decltype(AsSpan(std::declval<std::vector<Vector3f> const&>())), std::span<float const>>);
 // Temporaries would leave a span of nothing.
 static_assert(!HasSpan<Vector3f> && !HasSpan<Vector3f const> && !HasSpan<Matrix4f> && !HasSpan<Matrix4f const>);
+#if defined __cpp_lib_ranges // without these, a span is made of what is about to go away, too
 static_assert(!HasSpan<std::vector<Vector3f>>);
+#endif
 static_assert(HasSpan<Vector3f&> && HasSpan<Matrix4f&> && HasSpan<Matrix4f const&> && !HasSpan<int&>);
 
 } // namespace

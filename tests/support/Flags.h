@@ -10,6 +10,12 @@
 namespace bv::test
 {
 
+#if !defined FE_INVALID // as in WebAssembly, where no flag is ever raised
+inline constexpr int FE_INVALID = 0;
+inline constexpr int FE_DIVBYZERO = 0;
+inline constexpr int FE_OVERFLOW = 0;
+#endif
+
 /// Those that a program may turn into traps.
 inline constexpr int TRAPS = FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW;
 

@@ -303,8 +303,8 @@ template <typename T>
                                                                            DepthRange range) noexcept
 {
     bool const isInfinite = farPlane == std::numeric_limits<T>::infinity();
-    if (range == DepthRange::ONE_TO_ZERO)
-        return isInfinite ? tDepthElements<T>{T{0}, nearPlane} : tDepthElements<T>{m33, farPlane * m33};
+    if (range == DepthRange::ONE_TO_ZERO) // without a far plane, m33 is near / 1
+        return {isInfinite ? T{0} : m33, (isInfinite ? T{1} : farPlane) * m33};
     if (isInfinite)
         m33 = T{-1};
     if (range == DepthRange::ZERO_TO_ONE)

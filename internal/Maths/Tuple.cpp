@@ -60,12 +60,18 @@ template class BV_TEMPLATE_INSTANCE tTuple2<int>;
 template class BV_TEMPLATE_INSTANCE tTuple2<unsigned int>;
 template class BV_TEMPLATE_INSTANCE tTuple2<float>;
 template class BV_TEMPLATE_INSTANCE tTuple2<double>;
+template BV_TEMPLATE_INSTANCE tTuple2<int> tTuple2<int>::operator-<>() const noexcept;
+template BV_TEMPLATE_INSTANCE tTuple2<float> tTuple2<float>::operator-<>() const noexcept;
+template BV_TEMPLATE_INSTANCE tTuple2<double> tTuple2<double>::operator-<>() const noexcept;
 template BV_TEMPLATE_INSTANCE tTuple2<float>::tTuple2(tTuple2<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tTuple2<double>::tTuple2(tTuple2<float> const&) noexcept;
 template class BV_TEMPLATE_INSTANCE tTuple3<int>;
 template class BV_TEMPLATE_INSTANCE tTuple3<unsigned int>;
 template class BV_TEMPLATE_INSTANCE tTuple3<float>;
 template class BV_TEMPLATE_INSTANCE tTuple3<double>;
+template BV_TEMPLATE_INSTANCE tTuple3<int> tTuple3<int>::operator-<>() const noexcept;
+template BV_TEMPLATE_INSTANCE tTuple3<float> tTuple3<float>::operator-<>() const noexcept;
+template BV_TEMPLATE_INSTANCE tTuple3<double> tTuple3<double>::operator-<>() const noexcept;
 template BV_TEMPLATE_INSTANCE tTuple3<float>::tTuple3(tTuple3<double> const&) noexcept;
 template BV_TEMPLATE_INSTANCE tTuple3<double>::tTuple3(tTuple3<float> const&) noexcept;
 

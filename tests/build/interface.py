@@ -99,11 +99,12 @@ def declarations():
 
 
 def concept_of(cursor):
-    """The concept of a template's first parameter, or ""."""
+    """The concept that a template's parameters name, or ""."""
     for child in cursor.get_children():
         if child.kind == cindex.CursorKind.TEMPLATE_TYPE_PARAMETER:
-            first = next(child.get_tokens()).spelling
-            return first if first in CONCEPTS else ""
+            for token in child.get_tokens():
+                if token.spelling in CONCEPTS:
+                    return token.spelling
     return ""
 
 

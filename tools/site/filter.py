@@ -82,8 +82,11 @@ def with_copies(lines):
 
 
 # Of members that are templates, the declarations are what counts: definitions are not always recognised.
-text = re.sub(r"^template <typename T>\ntemplate <OtherPrecision<T> U>\n.*?^}$", as_empty_lines, text,
+text = re.sub(r"^template <typename T>\ntemplate <typename U, typename>\n.*?^}$", as_empty_lines, text,
               flags=re.MULTILINE | re.DOTALL)
+# A constraint in the place of a default is shown as the concept that it is.
+text = re.sub(r"typename U, typename = detail::Where<(\w+)<U, T>>>", r"\1<T> U>", text)
+text = re.sub(r"typename V, typename = detail::Where<(\w+)<V>>>", r"\1 V>", text)
 text = re.sub(r"\[\[[\w:, ]+\]\] ?", "", text)
 text = re.sub(r"(/// @copydoc [^\n]*,)\n *///( [^\n]*)", r"\1\2\n", text)
 text = "\n".join(with_copies(text.split("\n")))

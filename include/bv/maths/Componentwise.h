@@ -174,7 +174,7 @@ template <typename V>
 /// The smaller component of two, each for itself: the first operand's, unless the second's is smaller. So the first
 /// operand's where one of the two is NaN or both are zeros, and a minimum over many that starts at +infinity and is the
 /// first operand takes no notice of NaN.
-template <TupleOrVector V>
+template <typename V, typename = detail::Where<TupleOrVector<V>>>
 [[nodiscard]] constexpr V Min(V const& a, V const& b) noexcept
 {
     if constexpr (detail::HAS_Z<V>)
@@ -186,7 +186,7 @@ template <TupleOrVector V>
 /// The larger component of two, each for itself: the first operand's, unless the second's is larger. So the first
 /// operand's where one of the two is NaN or both are zeros, and a maximum over many that starts at -infinity and is the
 /// first operand takes no notice of NaN.
-template <TupleOrVector V>
+template <typename V, typename = detail::Where<TupleOrVector<V>>>
 [[nodiscard]] constexpr V Max(V const& a, V const& b) noexcept
 {
     if constexpr (detail::HAS_Z<V>)
@@ -197,7 +197,7 @@ template <TupleOrVector V>
 
 /// The components without their signs, those of zeros and infinities included. The smallest `int`, whose opposite is no
 /// `int`, stays as it is.
-template <SignedTupleOrVector V>
+template <typename V, typename = detail::Where<SignedTupleOrVector<V>>>
 [[nodiscard]] constexpr V Abs(V const& value) noexcept
 {
     if constexpr (detail::HAS_Z<V>)
@@ -208,14 +208,14 @@ template <SignedTupleOrVector V>
 
 /// Each component within its own bounds: Min(Max(value, low), high). A NaN component stays NaN, a bound that is NaN
 /// bounds nothing, and where the lower bound is above the upper one, the result is the upper one.
-template <TupleOrVector V>
+template <typename V, typename = detail::Where<TupleOrVector<V>>>
 [[nodiscard]] constexpr V Clamp(V const& value, V const& low, V const& high) noexcept
 {
     return Min(Max(value, low), high);
 }
 
 /// Each component within the same bounds, in the same way.
-template <TupleOrVector V>
+template <typename V, typename = detail::Where<TupleOrVector<V>>>
 [[nodiscard]] constexpr V Clamp(V const& value, detail::Component<V> low, detail::Component<V> high) noexcept
 {
     if constexpr (detail::HAS_Z<V>)
@@ -230,8 +230,7 @@ template <TupleOrVector V>
 /// to 1 leads out of the interval. Evaluated from the nearer end: a + (b - a) * t for t below 0.5, else
 /// b + (b - a) * (t - 1). Where b - a overflows or an operand is not finite, the result is infinite or NaN, at the
 /// ends, too.
-template <typename T>
-requires std::is_floating_point_v<T>
+template <typename T, typename = detail::Where<std::is_floating_point_v<T>>>
 [[nodiscard]] constexpr T Lerp(T a, std::type_identity_t<T> b, std::type_identity_t<T> t) noexcept
 {
     // Monotone: within a half, rounding keeps the order of products and sums, and t - 1 is exact. Where the halves
@@ -245,7 +244,7 @@ requires std::is_floating_point_v<T>
 }
 
 /// Linear interpolation, component by component, with one parameter for all. See Lerp(T, T, T).
-template <RealTupleOrVector V>
+template <typename V, typename = detail::Where<RealTupleOrVector<V>>>
 [[nodiscard]] constexpr V Lerp(V const& a, V const& b, detail::Component<V> t) noexcept
 {
     using T = detail::Component<V>;
@@ -259,7 +258,7 @@ template <RealTupleOrVector V>
 }
 
 /// Linear interpolation, component by component, with a parameter for each. See Lerp(T, T, T).
-template <RealTupleOrVector V>
+template <typename V, typename = detail::Where<RealTupleOrVector<V>>>
 [[nodiscard]] constexpr V Lerp(V const& a, V const& b, V const& t) noexcept
 {
     if constexpr (detail::HAS_Z<V>)
@@ -269,7 +268,7 @@ template <RealTupleOrVector V>
 }
 
 /// The largest whole numbers that are not above the components. Zeros keep their sign; infinities and NaN stay.
-template <RealTupleOrVector V>
+template <typename V, typename = detail::Where<RealTupleOrVector<V>>>
 [[nodiscard]] constexpr V Floor(V const& value) noexcept
 {
     if (!std::is_constant_evaluated())
@@ -290,7 +289,7 @@ template <RealTupleOrVector V>
 
 /// The smallest whole numbers that are not below the components. Zeros keep their sign, and what is above -1 and below
 /// 0 gives -0; infinities and NaN stay.
-template <RealTupleOrVector V>
+template <typename V, typename = detail::Where<RealTupleOrVector<V>>>
 [[nodiscard]] constexpr V Ceil(V const& value) noexcept
 {
     if (!std::is_constant_evaluated())
@@ -312,7 +311,7 @@ template <RealTupleOrVector V>
 
 /// The smallest component: the first one, unless a later one is smaller than all before it. So the first of several
 /// equal ones, be they zeros of either sign; a NaN stays the result where it is x, and counts for nothing elsewhere.
-template <TupleOrVector V>
+template <typename V, typename = detail::Where<TupleOrVector<V>>>
 [[nodiscard]] constexpr detail::Component<V> GetMinComponent(V const& value) noexcept
 {
     if constexpr (detail::HAS_Z<V>)
@@ -323,7 +322,7 @@ template <TupleOrVector V>
 
 /// The largest component: the first one, unless a later one is larger than all before it. So the first of several equal
 /// ones, be they zeros of either sign; a NaN stays the result where it is x, and counts for nothing elsewhere.
-template <TupleOrVector V>
+template <typename V, typename = detail::Where<TupleOrVector<V>>>
 [[nodiscard]] constexpr detail::Component<V> GetMaxComponent(V const& value) noexcept
 {
     if constexpr (detail::HAS_Z<V>)
@@ -333,7 +332,7 @@ template <TupleOrVector V>
 }
 
 /// Index of the component that GetMinComponent() gives: 0 = x, 1 = y, 2 = z.
-template <TupleOrVector V>
+template <typename V, typename = detail::Where<TupleOrVector<V>>>
 [[nodiscard]] constexpr unsigned char GetMinAxis(V const& value) noexcept
 {
     unsigned char const axis = value.y < value.x ? 1 : 0;
@@ -345,7 +344,7 @@ template <TupleOrVector V>
 
 /// Index of the component that GetMaxComponent() gives, 0 = x, 1 = y, 2 = z: for the longest axis of a box, that of its
 /// diagonal.
-template <TupleOrVector V>
+template <typename V, typename = detail::Where<TupleOrVector<V>>>
 [[nodiscard]] constexpr unsigned char GetMaxAxis(V const& value) noexcept
 {
     unsigned char const axis = value.x < value.y ? 1 : 0;

@@ -63,14 +63,14 @@ template <typename T>
 
 /// Distance between two points: the length of b - a, whose square may overflow or underflow where the distance would
 /// not.
-template <RealVector V>
+template <typename V, typename = detail::Where<RealVector<V>>>
 [[nodiscard]] inline detail::Component<V> Distance(V const& a, V const& b) noexcept
 {
     return (b - a).Length();
 }
 
 /// Squared distance between two points: the sum of the squares of b - a.
-template <RealVector V>
+template <typename V, typename = detail::Where<RealVector<V>>>
 [[nodiscard]] constexpr detail::Component<V> DistanceSquared(V const& a, V const& b) noexcept
 {
     return (b - a).LengthSquared();
@@ -83,7 +83,7 @@ template <RealVector V>
 /// of Roundoff in Floating-Point Computation?", 2006.
 ///
 /// @param a,b of any length whose square neither overflows nor underflows; zero, infinities and NaN give NaN.
-template <RealVector V>
+template <typename V, typename = detail::Where<RealVector<V>>>
 [[nodiscard]] inline detail::Component<V> GetAngle(V const& a, V const& b) noexcept
 {
     V const unitA = a.Normalised();
@@ -95,7 +95,7 @@ template <RealVector V>
 ///
 /// @param vector the direction of what falls onto the mirror, of any length, which the result keeps.
 /// @param normal a unit vector; either side of the mirror gives the same.
-template <RealVector V>
+template <typename V, typename = detail::Where<RealVector<V>>>
 [[nodiscard]] constexpr V Reflect(V const& vector, V const& normal) noexcept
 {
     using T = detail::Component<V>;
@@ -111,7 +111,7 @@ template <RealVector V>
 /// @param vector a unit vector, the direction of light that falls onto the surface.
 /// @param normal a unit vector.
 /// @param ratio the index of refraction where the light comes from, divided by that where it goes to.
-template <RealVector V>
+template <typename V, typename = detail::Where<RealVector<V>>>
 [[nodiscard]] inline std::optional<V> Refract(V const& vector, V const& normal, detail::Component<V> ratio) noexcept
 {
     using T = detail::Component<V>;
@@ -125,7 +125,7 @@ template <RealVector V>
 
 /// The vector, or its opposite, that points to the same side as another: the opposite where vector . side is negative,
 /// and otherwise, also where it is zero or NaN, the vector itself.
-template <RealVector V>
+template <typename V, typename = detail::Where<RealVector<V>>>
 [[nodiscard]] constexpr V FaceForward(V const& vector, V const& side) noexcept
 {
     using T = detail::Component<V>;
@@ -136,7 +136,7 @@ template <RealVector V>
 ///
 /// @param vector any vector.
 /// @param onto of any length whose square neither overflows nor underflows; zero gives NaN.
-template <RealVector V>
+template <typename V, typename = detail::Where<RealVector<V>>>
 [[nodiscard]] constexpr V Project(V const& vector, V const& onto) noexcept
 {
     return onto * (vector.Dot(onto) / onto.LengthSquared());
@@ -146,7 +146,7 @@ template <RealVector V>
 ///
 /// @param vector any vector.
 /// @param from of any length whose square neither overflows nor underflows; zero gives NaN.
-template <RealVector V>
+template <typename V, typename = detail::Where<RealVector<V>>>
 [[nodiscard]] constexpr V Reject(V const& vector, V const& from) noexcept
 {
     return vector - Project(vector, from);
@@ -161,7 +161,7 @@ template <RealVector V>
 /// @return false, with both vectors as they were, where they do not span a plane: where the part of the second at right
 ///         angles to the first is at most 16 epsilons of its length, or a square of a length overflows, is below the
 ///         normal numbers or is NaN.
-template <RealVector V>
+template <typename V, typename = detail::Where<RealVector<V>>>
 inline bool Orthonormalise(V& first, V& second) noexcept
 {
     using T = detail::Component<V>;

@@ -48,12 +48,12 @@ public:
     /// The box from the origin to a point, which is taken as it is: neither ordered nor checked.
     constexpr tAreaAABB(tVector2<T> const& upper) noexcept : min{}, max{upper} {}
     /// Converts from the other precision, number by number, rounding to nearest.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     constexpr tAreaAABB(tAreaAABB<U> const& other) noexcept : min{other.GetMin()}, max{other.GetMax()}
     {
     }
     /// @copydoc tAreaAABB(tAreaAABB<U> const&)
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     constexpr tAreaAABB& operator=(tAreaAABB<U> const& other) noexcept
     {
         return *this = tAreaAABB(other);

@@ -54,13 +54,13 @@ public:
     /// Copies the squared radius and the centre, too.
     constexpr tAreaDisc& operator=(tAreaDisc&& other) noexcept;
     /// Converts from the other precision, number by number, rounding to nearest.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     constexpr tAreaDisc(tAreaDisc<U> const& other) noexcept
         : radiusSquared{static_cast<T>(other.GetRadiusSquared())}, centre{other.GetCentre()}
     {
     }
     /// @copydoc tAreaDisc(tAreaDisc<U> const&)
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     constexpr tAreaDisc& operator=(tAreaDisc<U> const& other) noexcept
     {
         return *this = tAreaDisc(other);

@@ -120,10 +120,10 @@ public:
     /// The same elements and state, a stale state included.
     [[gnu::always_inline]] tMatrix4(tMatrix4 const& other) noexcept;
     /// Converts from the other precision, element by element, rounding to nearest, and classifies the result.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     tMatrix4(tMatrix4<U> const& other) noexcept;
     /// Reads sixteen consecutive elements of the other precision, row by row, and classifies the result.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     tMatrix4(U const* values) noexcept;
 
     /// Rotation about the x axis, in state ORTHONORMAL, for angle 0, too. As all rotations here, it goes through sin()
@@ -258,10 +258,10 @@ public:
     /// A null pointer has no elements.
     tMatrix4& operator=(std::nullptr_t) = delete;
     /// Converts from the other precision, element by element, rounding to nearest, and classifies the result.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     tMatrix4& operator=(tMatrix4<U> const& other) noexcept;
     /// Converts sixteen consecutive elements of the other precision, row by row, and classifies the result.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     tMatrix4& operator=(U const* values) noexcept;
 
     /// Product: the right operand is applied to a column vector first. The first case that fits decides:
@@ -466,13 +466,13 @@ inline tMatrix4<T>::tMatrix4(tMatrix4 const& other) noexcept : tMatrix4(other.Lo
 }
 
 template <typename T>
-template <OtherPrecision<T> U>
+template <typename U, typename>
 inline tMatrix4<T>::tMatrix4(tMatrix4<U> const& other) noexcept : tMatrix4(other.Get())
 {
 }
 
 template <typename T>
-template <OtherPrecision<T> U>
+template <typename U, typename>
 inline tMatrix4<T>::tMatrix4(U const* values) noexcept
 {
     InitMemory();
@@ -499,7 +499,7 @@ inline tMatrix4<T>& tMatrix4<T>::operator=(tMatrix4 const& other) noexcept
 }
 
 template <typename T>
-template <OtherPrecision<T> U>
+template <typename U, typename>
 inline tMatrix4<T>& tMatrix4<T>::operator=(tMatrix4<U> const& other) noexcept
 {
     *this = other.Get();
@@ -507,7 +507,7 @@ inline tMatrix4<T>& tMatrix4<T>::operator=(tMatrix4<U> const& other) noexcept
 }
 
 template <typename T>
-template <OtherPrecision<T> U>
+template <typename U, typename>
 inline tMatrix4<T>& tMatrix4<T>::operator=(U const* values) noexcept
 {
     RepairMemory();

@@ -56,7 +56,7 @@ public:
     tOrientedBox(tVolumeAABB<T> const& box, tMatrix4<T> const& matrix) noexcept : tOrientedBox(box) { *this *= matrix; }
     /// Converts from the other precision, number by number, rounding to nearest: the axes are then of unit length and
     /// perpendicular within the coarser precision.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     constexpr tOrientedBox(tOrientedBox<U> const& other) noexcept
         : centre{other.GetCentre()},
           axes{tVector3<T>(other.GetAxis(0)), tVector3<T>(other.GetAxis(1)), tVector3<T>(other.GetAxis(2))},
@@ -64,7 +64,7 @@ public:
     {
     }
     /// @copydoc tOrientedBox(tOrientedBox<U> const&)
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     constexpr tOrientedBox& operator=(tOrientedBox<U> const& other) noexcept
     {
         return *this = tOrientedBox(other);

@@ -50,13 +50,13 @@ public:
     tPlane(std::nullptr_t) = delete;
     /// Converts from the other precision, component by component, rounding to nearest. Nothing is scaled, so that the
     /// normal is of unit length only within the coarser precision.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     constexpr tPlane(tPlane<U> const& other) noexcept
         : offset{static_cast<T>(other.GetOffset())}, normal{other.GetNormal()}
     {
     }
     /// @copydoc tPlane(tPlane<U> const&)
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     constexpr tPlane& operator=(tPlane<U> const& other) noexcept
     {
         return *this = tPlane(other);

@@ -61,7 +61,7 @@ public:
     /// A null pointer has no components, and a single 0 is none.
     explicit tQuaternion(std::nullptr_t) = delete;
     /// Converts from the other precision, component by component, rounding to nearest.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     explicit constexpr tQuaternion(tQuaternion<U> const& other) noexcept
         : x{static_cast<T>(other.x)}, y{static_cast<T>(other.y)}, z{static_cast<T>(other.z)}, w{static_cast<T>(other.w)}
     {

@@ -45,7 +45,7 @@ public:
     /// A null pointer has no components, and a single 0 is none.
     explicit tTuple2(std::nullptr_t) = delete;
     /// Converts from the other precision, component by component, rounding to nearest.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     explicit constexpr tTuple2(tTuple2<U> const& other) noexcept
         : x{static_cast<T>(other.x)}, y{static_cast<T>(other.y)}
     {
@@ -80,7 +80,11 @@ public:
     /// of it and are read before it changes.
     /// @{
     /// The opposite tuple, for signed types; a zero component of a floating-point type changes its sign, too.
-    [[nodiscard]] constexpr tTuple2 operator-() const noexcept requires(std::is_signed_v<T>) { return {-x, -y}; }
+    template <typename Signed = T, typename = detail::Where<std::is_signed_v<Signed>>>
+    [[nodiscard]] constexpr tTuple2 operator-() const noexcept
+    {
+        return {-x, -y};
+    }
     /// Sum, component by component.
     [[nodiscard]] constexpr tTuple2 operator+(tTuple2 const& other) const noexcept;
     /// Difference, component by component.
@@ -153,6 +157,9 @@ extern template class BV_TEMPLATE tTuple2<int>;
 extern template class BV_TEMPLATE tTuple2<unsigned int>;
 extern template class BV_TEMPLATE tTuple2<float>;
 extern template class BV_TEMPLATE tTuple2<double>;
+extern template BV_TEMPLATE tTuple2<int> tTuple2<int>::operator-<>() const noexcept;
+extern template BV_TEMPLATE tTuple2<float> tTuple2<float>::operator-<>() const noexcept;
+extern template BV_TEMPLATE tTuple2<double> tTuple2<double>::operator-<>() const noexcept;
 extern template BV_TEMPLATE tTuple2<float>::tTuple2(tTuple2<double> const&) noexcept;
 extern template BV_TEMPLATE tTuple2<double>::tTuple2(tTuple2<float> const&) noexcept;
 

@@ -46,7 +46,7 @@ public:
     /// A null pointer has no components, and a single 0 is none.
     explicit tTuple3(std::nullptr_t) = delete;
     /// Converts from the other precision, component by component, rounding to nearest.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     explicit constexpr tTuple3(tTuple3<U> const& other) noexcept
         : x{static_cast<T>(other.x)}, y{static_cast<T>(other.y)}, z{static_cast<T>(other.z)}
     {
@@ -81,7 +81,11 @@ public:
     /// of it and are read before it changes.
     /// @{
     /// The opposite tuple, for signed types; a zero component of a floating-point type changes its sign, too.
-    [[nodiscard]] constexpr tTuple3 operator-() const noexcept requires(std::is_signed_v<T>) { return {-x, -y, -z}; }
+    template <typename Signed = T, typename = detail::Where<std::is_signed_v<Signed>>>
+    [[nodiscard]] constexpr tTuple3 operator-() const noexcept
+    {
+        return {-x, -y, -z};
+    }
     /// Sum, component by component.
     [[nodiscard]] constexpr tTuple3 operator+(tTuple3 const& other) const noexcept;
     /// Difference, component by component.
@@ -155,6 +159,9 @@ extern template class BV_TEMPLATE tTuple3<int>;
 extern template class BV_TEMPLATE tTuple3<unsigned int>;
 extern template class BV_TEMPLATE tTuple3<float>;
 extern template class BV_TEMPLATE tTuple3<double>;
+extern template BV_TEMPLATE tTuple3<int> tTuple3<int>::operator-<>() const noexcept;
+extern template BV_TEMPLATE tTuple3<float> tTuple3<float>::operator-<>() const noexcept;
+extern template BV_TEMPLATE tTuple3<double> tTuple3<double>::operator-<>() const noexcept;
 extern template BV_TEMPLATE tTuple3<float>::tTuple3(tTuple3<double> const&) noexcept;
 extern template BV_TEMPLATE tTuple3<double>::tTuple3(tTuple3<float> const&) noexcept;
 

@@ -41,7 +41,7 @@ public:
     /// A null pointer has no components, and a single 0 is none.
     explicit tVector2(std::nullptr_t) = delete;
     /// Converts from the other precision, component by component, rounding to nearest.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     explicit constexpr tVector2(tVector2<U> const& other) noexcept
         : x{static_cast<T>(other.x)}, y{static_cast<T>(other.y)}
     {

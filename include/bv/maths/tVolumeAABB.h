@@ -49,12 +49,12 @@ public:
     /// The box from the origin to a point, which is taken as it is: neither ordered nor checked.
     constexpr tVolumeAABB(tVector3<T> const& upper) noexcept : min{}, max{upper} {}
     /// Converts from the other precision, number by number, rounding to nearest.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     constexpr tVolumeAABB(tVolumeAABB<U> const& other) noexcept : min{other.GetMin()}, max{other.GetMax()}
     {
     }
     /// @copydoc tVolumeAABB(tVolumeAABB<U> const&)
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     constexpr tVolumeAABB& operator=(tVolumeAABB<U> const& other) noexcept
     {
         return *this = tVolumeAABB(other);

@@ -55,13 +55,13 @@ public:
     /// Copies the squared radius and the centre, too.
     constexpr tVolumeSphere& operator=(tVolumeSphere&& other) noexcept;
     /// Converts from the other precision, number by number, rounding to nearest.
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     constexpr tVolumeSphere(tVolumeSphere<U> const& other) noexcept
         : radiusSquared{static_cast<T>(other.GetRadiusSquared())}, centre{other.GetCentre()}
     {
     }
     /// @copydoc tVolumeSphere(tVolumeSphere<U> const&)
-    template <OtherPrecision<T> U>
+    template <typename U, typename = detail::Where<OtherPrecision<U, T>>>
     constexpr tVolumeSphere& operator=(tVolumeSphere<U> const& other) noexcept
     {
         return *this = tVolumeSphere(other);

@@ -3,6 +3,8 @@
 /// @file
 /// What the templates of the library say about their element types.
 
+#include "bv/maths/detail/Where.h"
+
 namespace bv::maths
 {
 

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "bv/maths/Forward.h"
+#include "bv/maths/detail/Where.h"
 
 namespace bv::maths
 {

@@ -2,6 +2,7 @@
 
 #include "bv/maths/Batch.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <functional>
@@ -22,6 +23,7 @@
 #include "bv/maths/tMatrix4.h"
 #include "bv/maths/tVector2.h"
 #include "support/BatchData.h"
+#include "support/GuardedMemory.h"
 #include "support/MatrixState.h"
 #include "support/Numbers.h"
 #include "support/Precisions.h"
@@ -1032,6 +1034,45 @@ TYPED_TEST(BatchFormsTest, ExtremesAreTheEndsOfAnIntervalThatGrows)
             ExpectSameBits(strided.max, highest);
         }
 }
+
+#if defined __linux__
+TYPED_TEST(BatchFormsTest, NothingIsReadOrWrittenBehindTheLastElement)
+{
+    using T = TypeParam;
+    struct Record
+    {
+        T tag;
+        tVector3<T> vector;
+    };
+    std::mt19937 generator(31);
+    auto const matrix = RandomMatrix<T>(generator);
+    GuardedMemory const sources(1200 * sizeof(Record));
+    GuardedMemory const targets(1200 * sizeof(Record));
+    for (std::size_t const length : Lengths())
+    {
+        auto const vectors = RandomPoints<T>(generator, length, -10, 10);
+        auto const in = sources.Last<tVector3<T>>(length);
+        auto const out = targets.Last<tVector3<T>>(length);
+        std::copy(vectors.begin(), vectors.end(), in.begin());
+        TransformDirections(matrix, in, out);
+        for (std::size_t i = 0; i < length; ++i)
+            ExpectSameBits(out[i], vectors[i].TransformedAsVector(matrix));
+
+        auto const records = sources.Last<Record>(length);
+        auto const results = targets.Last<Record>(length);
+        for (std::size_t i = 0; i < length; ++i)
+            records[i].vector = vectors[i];
+        TransformDirections(matrix, tVectorView<T const>(records, &Record::vector),
+                            tVectorView<T>(results, &Record::vector));
+        for (std::size_t i = 0; i < length; ++i)
+            ExpectSameBits(results[i].vector, vectors[i].TransformedAsVector(matrix));
+        if (length == 0)
+            continue;
+        // Each of these numbers is the last of its record.
+        EXPECT_LE(FindExtremes(tNumberView<T const>(&records[0].vector.z, length, sizeof(Record))).max, T{10});
+    }
+}
+#endif
 
 TYPED_TEST(BatchFormsTest, EveryDifferentLengthIsAnError)
 {

@@ -131,10 +131,11 @@ def signature(cursor, owner, names):
 
 
 def symbols(path, *options):
-    """The library's names among the symbols, demangled, with the letter of their kind."""
+    """The library's names among the symbols, demangled, with the letter of their kind. They do not show what stands where a
+    template would have a constraint."""
     listing = subprocess.run(["nm", "-C", "--without-symbol-versions", *options, path], check=True, capture_output=True,
                              text=True).stdout
-    return {line[19:]: line[17] for line in listing.splitlines() if "bv::" in line}
+    return {line[19:].replace(", void>", ">"): line[17] for line in listing.splitlines() if "bv::" in line}
 
 
 def parsed(symbol):

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <span>
 #include <type_traits>
 
@@ -32,9 +33,13 @@ namespace detail
 template <typename T, typename Like>
 using ConstLike = std::conditional_t<std::is_const_v<Like>, T const, T>;
 
-/// What one can make a std::span of objects from: arrays, vectors, spans.
+/// What one can make a std::span of objects from: arrays, vectors, spans. Older standard libraries make one of all that
+/// has a size and an address, as the views below have.
 template <typename Range, typename Object>
-concept ArrayOf = std::is_convertible_v<Range, std::span<Object>>;
+concept ArrayOf = std::is_convertible_v<Range, std::span<Object>> && requires(Range&& range)
+{
+    std::begin(range);
+};
 
 } // namespace detail
 

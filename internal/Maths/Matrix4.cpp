@@ -271,13 +271,15 @@ std::istream& tMatrix4<T>::Deserialise(std::istream& stream)
 template <typename T>
 tMatrix4<T>::operator std::string() const
 {
-    std::ostringstream stream = FreshStream();
-    for (std::size_t row = 0; row < ROWSIZE; ++row)
-    {
-        T const* const m = GetRow(row);
-        stream << m[0] << '\t' << m[1] << '\t' << m[2] << '\t' << m[3] << '\n';
-    }
-    return stream.str();
+    return TextOf(
+        [this](std::ostream& stream)
+        {
+            for (std::size_t row = 0; row < ROWSIZE; ++row)
+            {
+                T const* const m = GetRow(row);
+                stream << m[0] << '\t' << m[1] << '\t' << m[2] << '\t' << m[3] << '\n';
+            }
+        });
 }
 
 template <typename T>

@@ -3,31 +3,44 @@
 /// @file
 /// Text shared by the sources of the maths: components as text, and the names that exceptions carry.
 
+#include <ios>
 #include <locale>
+#include <new>
 #include <sstream>
 #include <string>
 
 namespace bv::maths
 {
 
-/// A stream with default settings whose text no global locale can change, and which throws when memory runs out instead
-/// of leaving some of the text out.
-[[nodiscard]] inline std::ostringstream FreshStream()
+/// What is written to a stream with default settings, whose text no global locale can change.
+/// @throws std::bad_alloc when memory runs out. libc++ only says that the stream is bad then.
+template <typename Write>
+[[nodiscard]] std::string TextOf(Write const& write)
 {
     std::ostringstream stream;
     stream.imbue(std::locale::classic());
     stream.exceptions(std::ios_base::badbit);
-    return stream;
+    try
+    {
+        write(stream);
+    }
+    catch (std::ios_base::failure const&)
+    {
+        throw std::bad_alloc();
+    }
+    return stream.str();
 }
 
 /// The values in order, joined by ", ".
 template <typename T, typename... Ts>
 [[nodiscard]] std::string Join(T const& first, Ts const&... others)
 {
-    std::ostringstream stream = FreshStream();
-    stream << first;
-    ((stream << ", " << others), ...);
-    return stream.str();
+    return TextOf(
+        [&](std::ostream& stream)
+        {
+            stream << first;
+            ((stream << ", " << others), ...);
+        });
 }
 
 /// The name of an element type as it stands between the angle brackets of a function name.

@@ -273,6 +273,10 @@ TYPED_TEST(IsEqualTest, AgreesWithItsDefinitionBesideConstants)
     { ASSERT_EQ(isEqual, IsEqualByDefinition(a, b)) << std::hex << Bits(a) << " and " << Bits(b); };
     for (T const a : ValuesAroundChanges<T>())
     {
+#if defined __EMSCRIPTEN__ // hands numbers over by JavaScript where an exception may pass, which keeps no bits of NaN
+        if (IsNaN(a))
+            continue;
+#endif
         expect(IsEqual(a, T{0}), a, T{0});
         expect(IsEqual(a, -T{0}), a, -T{0});
         expect(IsEqual(a, TINY<T>), a, TINY<T>);

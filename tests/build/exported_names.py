@@ -29,7 +29,12 @@ def operation(signature):
     return signature.owner.partition("<")[0].removeprefix("const "), signature.name
 
 
-declared = {operation(declaration.signature) for declaration in interface.declarations()}
+declarations = interface.declarations()
+declared = {operation(declaration.signature) for declaration in declarations}
+
+# A program of a newer compiler would look for another name: see bv/maths/detail/Where.h.
+constrained = [interface.shown(declaration.signature) for declaration in declarations
+               if declaration.is_constrained and not interface.exempt(declaration)]
 
 
 def not_declared(signature):
@@ -52,7 +57,8 @@ functions = set(map(same_integers, interface.required()))
 found = {same_integers(interface.parsed(name)) for name in names}
 missing += sorted(map(interface.shown, functions - found))
 print(f"{len(names)} exported names, {len(functions)} functions in the headers")
-if foreign or missing:
-    sys.exit("\n".join([f"not ours: {name}" for name in foreign[:10]] + [f"missing: {name}" for name in missing]))
+if foreign or missing or constrained:
+    sys.exit("\n".join([f"not ours: {name}" for name in foreign[:10]] + [f"missing: {name}" for name in missing] +
+                       [f"has a constraint in its name: {name}" for name in constrained]))
 if len(functions) < 800:
     sys.exit("the headers declare more than that")

@@ -34,8 +34,10 @@ CONCEPTS = {
 # owner: the class, with the arguments of a template, or ""; parameters: their types, where those that a declaration
 # depends on are named T0, T1 (of the class, or of a function outside of classes) and U0 (of a member).
 Signature = collections.namedtuple("Signature", "owner name parameters is_const")
-# concept: that of a template over tuples or vectors, or "".
-Declaration = collections.namedtuple("Declaration", "signature is_public is_template is_friend is_defaulted concept")
+# concept: that of a template over tuples or vectors, or ""; is_constrained: whether newer compilers write a constraint into
+# its name.
+Declaration = collections.namedtuple("Declaration",
+                                     "signature is_public is_template is_friend is_defaulted concept is_constrained")
 
 
 def spelling(type_name):
@@ -92,7 +94,7 @@ def declarations():
                     is_public = child.access_specifier in (cindex.AccessSpecifier.PUBLIC, cindex.AccessSpecifier.INVALID)
                     found.append(Declaration(signature(child, owner, names), is_public,
                                              child.kind == cindex.CursorKind.FUNCTION_TEMPLATE, is_friend,
-                                             "default" in ending, concept_of(child)))
+                                             "default" in ending, concept_of(child), is_constrained(child, ending)))
 
     walk(unit.cursor, "", {})
     return found
@@ -106,6 +108,15 @@ def concept_of(cursor):
                 if token.spelling in CONCEPTS:
                     return token.spelling
     return ""
+
+
+def is_constrained(cursor, ending):
+    """Whether a function has a constraint: a concept in front of a parameter's name, or a clause."""
+    source = pathlib.Path(cursor.location.file.name).read_text(encoding="latin-1")
+    heads = [next(child.get_tokens()).spelling for child in cursor.get_children()
+             if child.kind == cindex.CursorKind.TEMPLATE_TYPE_PARAMETER]
+    clauses = source[cursor.extent.start.offset:cursor.location.offset] + ending
+    return not set(heads) <= {"typename", "class"} or "requires" in clauses
 
 
 def text_behind(cursor):

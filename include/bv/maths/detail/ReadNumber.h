@@ -4,6 +4,7 @@
 /// One number back from its text, with every standard library.
 
 #include <charconv>
+#include <cstddef>
 #include <string_view>
 #include <system_error>
 
@@ -28,7 +29,8 @@ concept ReadByStandardLibrary = requires(char const* text, Number& number)
 /// What `std::from_chars` does. fast_float takes the same texts, but until its version 5 a number that does not fit its
 /// type is an infinity or zero without an error: the text then has digits in front, and one of them is not zero.
 template <typename Number>
-std::from_chars_result ReadByFastFloat(char const* first, char const* last, Number& number) noexcept
+[[gnu::always_inline]] inline std::from_chars_result ReadByFastFloat(char const* first, char const* last,
+                                                                     Number& number) noexcept
 {
     Number read{};
     auto const [end, error] = fast_float::from_chars(first, last, read);
@@ -47,7 +49,8 @@ std::from_chars_result ReadByFastFloat(char const* first, char const* last, Numb
 
 /// `std::from_chars` for this number, whoever does it.
 template <typename Number>
-std::from_chars_result ReadNumber(char const* first, char const* last, Number& number) noexcept
+[[gnu::always_inline]] inline std::from_chars_result ReadNumber(char const* first, char const* last,
+                                                                Number& number) noexcept
 {
 #ifdef BV_HAS_FAST_FLOAT
     if constexpr (!ReadByStandardLibrary<Number>)

@@ -117,7 +117,13 @@ def string_at(memory, address):
     """Where the text of the bv::String at an address stands, and its length: behind its virtual table, the string points
     to a std::string."""
     text = memory.word(memory.words(address, 1))
-    return memory.word(text), memory.word(memory.words(text, 1))
+    first, second, third = (memory.words(text, i) for i in range(3))
+    start, length = memory.word(first), memory.word(second)
+    if start == third or (start % 16 == 0 and 0 < start < 2**48):
+        return start, length  # GNU's standard library: a short text stands behind its length, a long one on the heap
+    if start % 2 == 1:
+        return memory.word(third), length  # LLVM's: a long text, and how much it has room for
+    return text + 1, start % 256 // 2  # a short text behind one byte, twice its length
 
 
 def text_at(memory, address):

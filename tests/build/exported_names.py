@@ -8,14 +8,18 @@ import interface
 library = sys.argv[1]
 
 
+def streams_in_short(listing):
+    """Streams as GNU's standard library spells them in names."""
+    return re.sub(r"std::basic_([io]stream)<char, std::char_traits<char> ?>", r"std::basic_\1<char>", listing)
+
+
 def names_of_dll(path):
     """The names in a module definition file, spelt as those of a shared library, but for the integers of 64 bits."""
     with open(path, encoding="utf-8") as file:
         symbols = [line.split()[0] for line in file.readlines()[1:]]
     listing = subprocess.run(["c++filt"], input="\n".join(symbols), check=True, capture_output=True, text=True).stdout
     listing = re.sub(r"(?<=\d)ull\b", "ul", listing)
-    listing = re.sub(r"std::basic_([io]stream)<char, std::char_traits<char> ?>", r"std::basic_\1<char>", listing)
-    return listing.splitlines()
+    return streams_in_short(listing).splitlines()
 
 
 def same_integers(signature):
@@ -47,6 +51,8 @@ if library.endswith(".def"):
 else:
     listing = subprocess.run(["nm", "-DC", "--defined-only", "--without-symbol-versions", library], check=True,
                              capture_output=True, text=True).stdout
+    if "std::__1::" in listing:  # LLVM's standard library
+        listing = streams_in_short(listing.replace("std::__1::", "std::"))
     names = [line.split(" ", 2)[2] for line in listing.splitlines() if " A " not in line]  # but for the version itself
 foreign = [name for name in names if "bv::" not in name]
 foreign += [name for name in names if "detail::" not in name and not_declared(interface.parsed(name))]

@@ -87,6 +87,7 @@ text = re.sub(r"^template <typename T>\ntemplate <typename U, typename>\n.*?^}$"
 # A constraint in the place of a default is shown as the concept that it is.
 text = re.sub(r"typename U, typename = detail::Where<(\w+)<U, T>>>", r"\1<T> U>", text)
 text = re.sub(r"typename V, typename = detail::Where<(\w+)<V>>>", r"\1 V>", text)
+text = re.sub(r"(typename \w+(?: = \w+)?), typename = detail::Where<(std::\w+<\w+>)>>", r"\1> requires \2", text)
 text = re.sub(r"\[\[[\w:, ]+\]\] ?", "", text)
 text = re.sub(r"(/// @copydoc [^\n]*,)\n *///( [^\n]*)", r"\1\2\n", text)
 text = "\n".join(with_copies(text.split("\n")))

@@ -1,9 +1,10 @@
 #include "bv/Environment.h"
 
-#include <cstdlib>
 #include <type_traits>
 
 #include <gtest/gtest.h>
+
+#include "support/Environment.h"
 
 namespace
 {
@@ -17,20 +18,12 @@ constexpr char NAME[] = "BV_ENVIRONMENT_TEST";
 
 void Set(char const* value)
 {
-#if defined _WIN32
-    _putenv_s(NAME, value);
-#else
-    setenv(NAME, value, 1);
-#endif
+    bv::test::SetVariable(NAME, value);
 }
 
 void Unset()
 {
-#if defined _WIN32
-    _putenv_s(NAME, "");
-#else
-    unsetenv(NAME);
-#endif
+    bv::test::UnsetVariable(NAME);
 }
 
 class EnvironmentTest : public testing::Test

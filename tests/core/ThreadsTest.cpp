@@ -1,5 +1,4 @@
 #include <cstddef>
-#include <cstdlib>
 #include <latch>
 #include <sstream>
 #include <string>
@@ -20,6 +19,7 @@
 #include "bv/maths/tPlane.h"
 #include "bv/maths/tTuple2.h"
 #include "bv/maths/tVector3.h"
+#include "support/Environment.h"
 
 // The library keeps a few constants that are made when they are first used, the choice of loops for the processor among
 // them. CTest runs each of these tests in a process of its own, so that many threads are the first to use them.
@@ -67,11 +67,7 @@ std::vector<Vector3f> MakePoints()
 
 TEST(ThreadsTest, ManyThreadsReadTheEnvironment)
 {
-#if defined _WIN32
-    _putenv_s("BV_THREADS_TEST", "a value that is longer than a short-string buffer");
-#else
-    setenv("BV_THREADS_TEST", "a value that is longer than a short-string buffer", 1);
-#endif
+    bv::test::SetVariable("BV_THREADS_TEST", "a value that is longer than a short-string buffer");
     EXPECT_STREQ(bv::BvGetEnv("BV_THREADS_TEST").ToCharArray(), "a value that is longer than a short-string buffer");
     ExpectTheSameInEveryThread(
         []

@@ -1,7 +1,6 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <cstdlib>
 #include <exception>
 #include <functional>
 #include <new>
@@ -44,6 +43,7 @@
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVector3.h"
 #include "bv/maths/tVolumeAABB.h"
+#include "support/Environment.h"
 #include "support/FailingAllocations.h"
 #include "support/Precisions.h"
 
@@ -271,7 +271,7 @@ TEST(PlainAllocationFaults, NumbersThatCannotBeComputedAreRefused)
 
 TEST(PlainAllocationFaults, TextsOfTheEnvironmentComeWholeOrNotAtAll)
 {
-    ASSERT_EQ(setenv("BV_TEST_FAULTS", LONG_TEXT, 1), 0);
+    SetVariable("BV_TEST_FAULTS", LONG_TEXT);
     ExpectEveryFailurePasses<Exception>(
         End::Well, [] { EXPECT_STREQ(BvGetEnv("BV_TEST_FAULTS").ToCharArray(), LONG_TEXT); }, [] { return true; });
 }

@@ -1,6 +1,6 @@
 """Runs the program of a guide and compares what it prints, and the picture that it draws, with what the guide shows.
 
-Usage: guide.py FOLDER_OF_GUIDES PROGRAM [PICTURE]
+Usage: guide.py FOLDER_OF_GUIDES PROGRAM [PICTURE] -- [EMULATOR]
 """
 import difflib
 import pathlib
@@ -9,7 +9,9 @@ import subprocess
 import sys
 import zlib
 
-guides, program, *pictures = map(pathlib.Path, sys.argv[1:])
+end = sys.argv.index("--")
+guides, program, *pictures = map(pathlib.Path, sys.argv[1:end])
+emulator = sys.argv[end + 1:]
 
 
 def content(picture):
@@ -26,7 +28,7 @@ def content(picture):
 
 
 drawn = [program.with_name(picture.name) for picture in pictures]
-run = subprocess.run([program, *drawn], capture_output=True, timeout=100)
+run = subprocess.run([*emulator, program, *drawn], capture_output=True, timeout=100)
 shown = guides / "programs" / f"{program.stem}.txt"
 lines, wanted = run.stdout.decode("utf-8").splitlines(), shown.read_text(encoding="utf-8").splitlines()
 if run.returncode != 0 or run.stderr:

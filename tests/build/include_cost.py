@@ -1,9 +1,10 @@
-"""Measures what including a header adds to a compiler's work, as a multiple of what `<cmath>` takes on the same machine.
+"""Counts what including a header adds to a compiler's work, as a multiple of what `<cmath>` adds: the lines that the
+preprocessor leaves. Fails where a header is above its limit.
 
-Usage: include_cost.py INCLUDE_FOLDER COMPILER...
+Usage: include_cost.py [--times] INCLUDE_FOLDER COMPILER...
 
-The compiler's own processor time for a file that holds nothing but the header, the best of seven. The headers take turns, so
-that a slow moment hits no single one. Fails where a header is above its limit, also when measured once more.
+--times also measures the compiler's own processor time for a file that holds nothing but the header, the best of seven. The
+headers take turns, so that a slow moment hits no single one.
 """
 import os
 import resource
@@ -14,10 +15,10 @@ import tempfile
 RUNS = 7
 REFERENCE = "<cmath>"
 LIMITS = {
-    "bv/maths/tTuple2.h": 0.4, "bv/maths/tTuple3.h": 0.4,
-    "bv/maths/tVector2.h": 0.6, "bv/maths/tVector3.h": 0.6, "bv/maths/tAreaAABB.h": 0.6, "bv/maths/tVolumeAABB.h": 0.6,
-    "bv/maths/tMatrix4.h": 2.3, "bv/maths/tPlane.h": 2.3,
-    "BvBaseUtils.h": 3.2,
+    "bv/maths/tTuple2.h": 0.3, "bv/maths/tTuple3.h": 0.3,
+    "bv/maths/tVector2.h": 0.4, "bv/maths/tVector3.h": 0.4, "bv/maths/tAreaAABB.h": 0.45, "bv/maths/tVolumeAABB.h": 0.45,
+    "bv/maths/tMatrix4.h": 1.6, "bv/maths/tPlane.h": 1.6,
+    "BvBaseUtils.h": 2.6,
 }
 
 
@@ -29,37 +30,49 @@ def processor_time(command):
     return after.ru_utime - before.ru_utime + after.ru_stime - before.ru_stime
 
 
-def measure(include, compiler, names, folder, best):
-    """The best time of each header, those so far included."""
+def write_sources(names, folder):
+    """A file for each header, by the header's name."""
     sources = {}
     for index, name in enumerate(names):
         sources[name] = os.path.join(folder, f"{index}.cpp")
         with open(sources[name], "w", encoding="utf-8") as file:
             file.write(f"#include {name if name.startswith('<') else f'<{name}>'}\n")
+    return sources
+
+
+def lines_of(compile_, sources):
+    """How many lines the preprocessor leaves of each header."""
+    return {name: subprocess.run([*compile_, "-E", "-P", source], check=True, capture_output=True).stdout.count(b"\n")
+            for name, source in sources.items()}
+
+
+def times_of(compile_, sources):
+    """The best time of each header, in milliseconds."""
+    best = {}
     for _ in range(RUNS):
-        for name in names:
-            time = processor_time([compiler, "-std=c++20", "-O2", "-I", include, "-c", sources[name], "-o", os.devnull])
-            best[name] = min(best.get(name, time), time)
-
-
-def excess(best):
-    """The headers that cost more than they may."""
-    return [name for name, limit in LIMITS.items() if best[name] > limit * best[REFERENCE]]
+        for name, source in sources.items():
+            time = processor_time([*compile_, "-c", source, "-o", os.devnull])
+            best[name] = min(best.get(name, time), 1000 * time)
+    return best
 
 
 def main():
-    include, *compilers = sys.argv[1:]
+    arguments = sys.argv[1:]
+    is_timed = "--times" in arguments
+    include, *compilers = (argument for argument in arguments if argument != "--times")
     above = []
-    for compiler in compilers:
-        best = {}
-        with tempfile.TemporaryDirectory() as folder:
-            measure(include, compiler, [REFERENCE, *LIMITS], folder, best)
-            if excess(best):
-                measure(include, compiler, [REFERENCE, *excess(best)], folder, best)
-        for name, limit in LIMITS.items():
-            print(f"{os.path.basename(compiler)}: {name} {best[name] / best[REFERENCE]:.2f} x {REFERENCE}, at most {limit}, "
-                  f"{best[name] * 1000:.0f} ms")
-        above += [f"{os.path.basename(compiler)}: {name}" for name in excess(best)]
+    with tempfile.TemporaryDirectory() as folder:
+        sources = write_sources([REFERENCE, *LIMITS], folder)
+        for compiler in compilers:
+            compile_ = [compiler, "-std=c++20", "-O2", "-I", include]
+            lines = lines_of(compile_, sources)
+            times = times_of(compile_, sources) if is_timed else {}
+            for name, limit in LIMITS.items():
+                cost = lines[name] / lines[REFERENCE]
+                time = f"; time {times[name] / times[REFERENCE]:.2f} x, {times[name]:.0f} ms" if is_timed else ""
+                print(f"{os.path.basename(compiler)}: {name} {cost:.2f} x {REFERENCE}, at most {limit}, {lines[name]} lines{time}")
+                if cost > limit:
+                    above.append(f"{os.path.basename(compiler)}: {name}")
     if above:
         sys.exit("above the limit: " + ", ".join(above))
 

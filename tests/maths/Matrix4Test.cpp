@@ -1,6 +1,8 @@
 #include "bv/maths/tMatrix4.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <iomanip>
@@ -1122,6 +1124,14 @@ TYPED_TEST(Matrix4Test, EqualityFollowsTheToleranceForSpecialValues)
 
 // The binary form
 
+/// The bytes of a number as this processor stores them, from the lowest to the highest.
+std::string Native(std::string bytes)
+{
+    if constexpr (std::endian::native == std::endian::big)
+        std::reverse(bytes.begin(), bytes.end());
+    return bytes;
+}
+
 TYPED_TEST(Matrix4Test, TheBinaryFormIsTheElementsRowByRowAndThenTheState)
 {
     tMatrix4<TypeParam> const m(Ramp<TypeParam>(1, 1).data());
@@ -1132,23 +1142,26 @@ TYPED_TEST(Matrix4Test, TheBinaryFormIsTheElementsRowByRowAndThenTheState)
     for (std::size_t i = 0; i < 16; ++i)
     {
         auto const bits = Bits(static_cast<TypeParam>(i + 1));
-        for (std::size_t byte = 0; byte < sizeof(TypeParam); ++byte) // little-endian
-            EXPECT_EQ(static_cast<unsigned char>(bytes[i * sizeof(TypeParam) + byte]), (bits >> (8 * byte)) & 0xFF);
+        std::string number;
+        for (std::size_t byte = 0; byte < sizeof(TypeParam); ++byte)
+            number += static_cast<char>((bits >> (8 * byte)) & 0xFF);
+        EXPECT_EQ(bytes.substr(i * sizeof(TypeParam), sizeof(TypeParam)), Native(number));
     }
-    EXPECT_EQ(bytes.substr(16 * sizeof(TypeParam)), std::string("\x03\0\0\0", 4));
+    EXPECT_EQ(bytes.substr(16 * sizeof(TypeParam)), Native(std::string("\x03\0\0\0", 4)));
 }
 
 TEST(Matrix4BinaryFormTest, TheBytesOfTheDefaultMatrixAreThese)
 {
     std::ostringstream single;
     tMatrix4<float>().Serialise(single);
-    std::string const oneAndZeros = std::string("\0\0\x80\x3F", 4) + std::string(16, '\0');
-    EXPECT_EQ(single.str(), oneAndZeros + oneAndZeros + oneAndZeros + std::string("\0\0\x80\x3F\0\0\0\0", 8));
+    std::string const one = Native(std::string("\0\0\x80\x3F", 4));
+    std::string const oneAndZeros = one + std::string(16, '\0');
+    EXPECT_EQ(single.str(), oneAndZeros + oneAndZeros + oneAndZeros + one + std::string(4, '\0'));
     std::ostringstream twice;
     tMatrix4<double>().Serialise(twice);
-    std::string const wideOneAndZeros = std::string("\0\0\0\0\0\0\xF0\x3F", 8) + std::string(32, '\0');
-    EXPECT_EQ(twice.str(),
-              wideOneAndZeros + wideOneAndZeros + wideOneAndZeros + std::string("\0\0\0\0\0\0\xF0\x3F\0\0\0\0", 12));
+    std::string const wideOne = Native(std::string("\0\0\0\0\0\0\xF0\x3F", 8));
+    std::string const wideOneAndZeros = wideOne + std::string(32, '\0');
+    EXPECT_EQ(twice.str(), wideOneAndZeros + wideOneAndZeros + wideOneAndZeros + wideOne + std::string(4, '\0'));
 }
 
 TYPED_TEST(Matrix4Test, TheBinaryFormIsABlockOfElementsAndABlockOfTheState)

@@ -20,7 +20,7 @@ import unittest
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BASH = shutil.which("bash")
 TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdir", "mv", "rm", "cat", "sleep", "chmod",
-         "tail", "wc", "xargs")
+         "head", "nproc", "paste", "tail", "wc", "xargs")
 PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "python3", "objdump", "gdb", "lldb-14",
             "lintian", "dpkg-shlibdeps", "qemu-x86_64", "x86_64-w64-mingw32-g++-posix", "wine", "wineserver",
             "aarch64-linux-gnu-g++", "qemu-aarch64", "s390x-linux-gnu-g++", "qemu-s390x", "clang++-22", "ld.lld", "em++",
@@ -245,6 +245,20 @@ class Arguments(CommandTest):
         self.assertEqual((code, errors), (0, ""))
         self.assertEqual([line.split()[:2] for line in output.splitlines()], [["exhaustive", "passes"], ["fuzz", "passes"]])
         self.assertIn("ctest --preset release -C exhaustive -L exhaustive --verbose", self.noted())
+
+    def test_a_finding_is_told_and_the_other_targets_run(self):
+        self.stub("ccache")
+        programs = self.tree / "build" / "fuzz" / "fuzz"
+        texts = {"Noise": "echo 'stat::number_of_executed_units: 7' >&2", "Text": "echo 'does not hold: a text is whole' >&2; false"}
+        for name, text in texts.items():
+            for folder, file in ((self.tree / "fuzz", f"{name}.cpp"), (programs, f"Fuzz{name}")):
+                folder.mkdir(parents=True, exist_ok=True)
+                (folder / file).write_text(f"#!{BASH}\n{text}\n", encoding="utf-8")
+                (folder / file).chmod(0o755)
+        code, output, errors = self.run_command("tools/fuzz", "--runs=7")
+        self.assertEqual((code, output), (1, "Noise: 7 inputs, no finding\n"))
+        self.assertEqual(errors, "does not hold: a text is whole\n"
+                                 "tools/fuzz: findings of Text, see build/fuzz/findings and the logs in build/fuzz\n")
 
     def test_everywhere_is_each_preset_but_those_of_the_short_checks(self):
         self.stub("ccache")

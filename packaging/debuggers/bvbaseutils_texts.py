@@ -119,8 +119,10 @@ def string_at(memory, address):
     text = memory.word(memory.words(address, 1))
     first, second, third = (memory.words(text, i) for i in range(3))
     start, length = memory.word(first), memory.word(second)
-    if start == third or (start % 16 == 0 and 0 < start < 2**48):
-        return start, length  # GNU's standard library: a short text stands behind its length, a long one on the heap
+    # GNU's standard library: a short text stands behind its length, a long one on the heap. In LLVM's, letters stand where
+    # the pointer would; what an emptied text leaves of them may look like one, but leaves no room behind it.
+    if start == third or (start % 16 == 0 and 0 < start < 2**48 and memory.word(third) >= max(length, 16)):
+        return start, length
     if start % 2 == 1:
         return memory.word(third), length  # LLVM's: a long text, and how much it has room for
     return text + 1, start % 256 // 2  # a short text behind one byte, twice its length

@@ -184,11 +184,15 @@ bool IsFinite(maths::tVector3<T> const& v)
     return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
 }
 
+/// The bytes that the value writes to a stream. All are written to one stream, since to make one takes longer than all
+/// else that is done with a value.
 template <typename Value>
 std::string BytesOf(Value const& value)
 {
-    std::ostringstream stream;
+    static std::ostringstream stream;
+    stream.str({});
     value.Serialise(stream);
+    Require(stream.good(), "a string takes all bytes");
     return stream.str();
 }
 

@@ -30,7 +30,9 @@ template <typename Value>
 Value Read(std::string const& bytes, Value value, std::size_t length)
 {
     std::string const old = BytesOf(value);
-    std::istringstream stream(bytes);
+    static std::istringstream stream;
+    stream.clear();
+    stream.str(bytes);
     value.Deserialise(stream);
     Require(stream.fail() == (bytes.size() < length), "a stream that ends early says so");
     std::string const given = bytes.substr(0, length);

@@ -45,11 +45,20 @@ std::string Joined(T first, Ts... others)
 template <typename Value>
 void RequireText(Value const& value, std::string const& expected, unsigned width)
 {
-    std::ostringstream stream;
-    stream << std::hex << std::showpos << std::setprecision(2) << std::fixed << std::setfill('*')
-           << std::setw(static_cast<int>(width)) << value;
+    static auto stream = []
+    {
+        std::ostringstream odd;
+        odd << std::hex << std::showpos << std::setprecision(2) << std::fixed << std::setfill('*');
+        return odd;
+    }();
+    static auto const flags = stream.flags();
+    stream.str({});
+    stream << std::setw(static_cast<int>(width)) << value;
     std::string const padding(width > expected.size() ? width - expected.size() : 0, '*');
     Require(stream.str() == padding + expected, "a text does not depend on how the stream shows numbers");
+    Require(stream.good() && stream.flags() == flags && stream.precision() == 2 && stream.fill() == '*' &&
+                stream.width() == 0,
+            "a stream shows numbers as before, and the width is used up");
 }
 
 template <typename T>

@@ -1,21 +1,24 @@
 #!/usr/bin/env python3
 """Runs the digest and compares it with the hashes that are on record.
 
-Usage: digest.py [--write] PROGRAM RECORD [EMULATOR...]
+Usage: digest.py [--write] [--without=PART]... PROGRAM RECORD [EMULATOR...]
 
 Fails when the hash of a part differs, or is missing on either side. Those that depend on the machine are named when they
-differ and fail nothing; the packets of eight rays may be missing where an x86 processor has no AVX, wide texts of 32-bit
-characters where Windows has none, and what is made of raw bytes on big-endian machines.
+differ and fail nothing. A part that is named by --without, whole or up to a dot, is one that this machine cannot have, and
+fails when it is there: wide texts of 32-bit characters on Windows, and what is made of raw bytes on a big-endian machine.
+The packets of eight rays need not be named where the processor of this machine has no AVX.
 
 --write puts what the program prints on record, for a change that is meant; every compiler must agree with it then.
 """
 
+import itertools
+import os
 import subprocess
 import sys
 
 MACHINE_DEPENDENT = "machine-dependent."
-OPTIONAL = ("packet-triangles-avx.", "packets-avx.", "serialised-bytes.", "quaternion-rotations.bytes.", "quaternions.hashes.",
-            "hashes.integer-tuples", "hashes.number-tuples")
+OF_AVX = ("packet-triangles-avx", "packets-avx")
+CPUINFO = "/proc/cpuinfo"
 
 
 def parse(text):
@@ -28,12 +31,23 @@ def parse(text):
     return hashes
 
 
-def compare(record, found):
+def lacks_avx():
+    """Whether this machine says of its processors what they have, and AVX is not among it."""
+    if not os.path.exists(CPUINFO):
+        return False
+    with open(CPUINFO, encoding="utf-8") as file:
+        flags = [line.split() for line in file if line.startswith("flags")]
+    return bool(flags) and "avx" not in flags[0]
+
+
+def compare(record, found, without=()):
     """What is wrong, and what merely differs from another machine."""
     wrong, notes = [], []
     for name in sorted(record.keys() | found.keys()):
-        if name not in found:
-            (notes if name.startswith(OPTIONAL) or name == "text-wide" else wrong).append(f"{name}: missing from the program's output")
+        if any(f"{name}.".startswith(f"{part}.") for part in without):
+            (wrong if name in found else notes).append(f"{name}: {'there against' if name in found else 'left out by'} --without")
+        elif name not in found:
+            wrong.append(f"{name}: missing from the program's output")
         elif name not in record:
             wrong.append(f"{name}: not on record")
         elif record[name] != found[name]:
@@ -57,10 +71,12 @@ def write(program, record, *emulator):
         file.writelines([*head, output])
 
 
-def main(program, record, *emulator):
+def main(without, program, record, *emulator):
+    if not emulator and lacks_avx():
+        without += OF_AVX
     with open(record, encoding="utf-8") as file:
         expected = parse(file.read())
-    wrong, notes = compare(expected, parse(output_of(program, *emulator)))
+    wrong, notes = compare(expected, parse(output_of(program, *emulator)), without)
     for note in notes:
         print(f"digest, differs without being wrong: {note}")
     if not expected or wrong:
@@ -70,7 +86,12 @@ def main(program, record, *emulator):
 
 
 if __name__ == "__main__":
-    action, arguments = (write, sys.argv[2:]) if sys.argv[1:2] == ["--write"] else (main, sys.argv[1:])
-    if len(arguments) < 2:
+    OPTIONS = list(itertools.takewhile(lambda argument: argument.startswith("--"), sys.argv[1:]))
+    ARGUMENTS = sys.argv[1 + len(OPTIONS):]
+    PARTS = tuple(option.removeprefix("--without=") for option in OPTIONS if option.startswith("--without="))
+    if len(ARGUMENTS) < 2 or len(PARTS) + OPTIONS.count("--write") != len(OPTIONS):
         sys.exit(__doc__)
-    action(*arguments)
+    if "--write" in OPTIONS:
+        write(*ARGUMENTS)
+    else:
+        main(PARTS, *ARGUMENTS)

@@ -514,10 +514,19 @@ class DigestTest(unittest.TestCase):
 
     def test_what_depends_on_the_machine_is_a_note(self):
         found = {**self.RECORD, "machine-dependent.rotations": "8"}
-        del found["packets-avx.float"]
         wrong, notes = digest.compare(self.RECORD, found)
         self.assertEqual(wrong, [])
-        self.assertEqual(len(notes), 2)
+        self.assertEqual(notes, ["machine-dependent.rotations: 8 instead of 4"])
+
+    def test_what_a_machine_cannot_have_is_missing_there(self):
+        found = dict(self.RECORD)
+        del found["packets-avx.float"]
+        self.assertEqual(digest.compare(self.RECORD, found, ["packets-avx"]),
+                         ([], ["packets-avx.float: left out by --without"]))
+        self.assertEqual(digest.compare(self.RECORD, self.RECORD, ["packets-avx"]),
+                         (["packets-avx.float: there against --without"], []))
+        self.assertEqual(digest.compare(self.RECORD, found, ["packets", "packets-avx.f"]),
+                         (["packets-avx.float: missing from the program's output"], []))
 
     def test_changed_packets_of_eight_are_wrong(self):
         self.assertEqual(len(digest.compare(self.RECORD, {**self.RECORD, "packets-avx.float": "8"})[0]), 1)

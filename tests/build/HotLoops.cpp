@@ -1,6 +1,8 @@
 // The inner loops of a renderer, one function for each group of operations. None may leave its loop for a call:
 // no_calls.py looks at the object file.
 
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -405,14 +407,25 @@ T Samples(std::span<tVector3<T> const> normals, std::uint32_t pixel)
     return sum;
 }
 
+/// The signs of four lanes as bits, which x86 has an instruction for.
+int GetSigns(simd::SSERay::Vector const& lanes)
+{
+#if defined __x86_64__
+    return _mm_movemask_ps(lanes);
+#else
+    auto const bits = std::bit_cast<std::array<std::uint32_t, 4>>(lanes);
+    return static_cast<int>(bits[0] >> 31 | bits[1] >> 31 << 1 | bits[2] >> 31 << 2 | bits[3] >> 31 << 3);
+#endif
+}
+
 int Packets(simd::SSERay& packet, std::span<tVolumeAABB<float> const> boxes)
 {
     int mask = 0;
     for (tVolumeAABB<float> const& box : boxes)
     {
-        __m128 tNear = _mm_setzero_ps();
-        __m128 tFar = _mm_set1_ps(1000.0F);
-        mask |= _mm_movemask_ps(packet.Clip(box, tNear, tFar));
+        simd::SSERay::Vector tNear{};
+        simd::SSERay::Vector tFar{1000, 1000, 1000, 1000};
+        mask |= GetSigns(packet.Clip(box, tNear, tFar));
     }
     return mask;
 }
@@ -469,13 +482,11 @@ int PacketMeetings(simd::SSERay const& packet, std::span<tVector3<float> const> 
 {
     simd::tWatertightPacket<simd::SSERay> const prepared(packet);
     simd::tPacketHits<simd::SSERay> hits{};
-    __m128 const tNear = _mm_setzero_ps();
+    simd::SSERay::Vector const tNear{};
     int mask = 0;
     for (std::size_t i = 2; i < corners.size(); ++i)
-        mask |= _mm_movemask_ps(
-                    IntersectTriangle(packet, corners[i - 2], corners[i - 1], corners[i], tNear, hits.t, hits)) |
-                _mm_movemask_ps(
-                    IntersectTriangle(prepared, corners[i - 2], corners[i - 1], corners[i], tNear, hits.t, hits));
+        mask |= GetSigns(IntersectTriangle(packet, corners[i - 2], corners[i - 1], corners[i], tNear, hits.t, hits)) |
+                GetSigns(IntersectTriangle(prepared, corners[i - 2], corners[i - 1], corners[i], tNear, hits.t, hits));
     return mask;
 }
 

@@ -1,27 +1,34 @@
 """Fails when a product and a sum became one fused instruction: in the library, or in a consumer's hot loops for
-processors that have such instructions. GCC 12 fuses sums and differences in turn even if it is told not to.
+processors that have such instructions. For x86, GCC 12 fuses sums and differences in turn even if it is told not to.
 
-Usage: no_fusion.py LIBRARY INCLUDE_FOLDER LOOPS_SOURCE COMPILER...
+Usage: no_fusion.py OBJDUMP LIBRARY INCLUDE_FOLDER LOOPS_SOURCE COMMAND...
+
+Each COMMAND is a compiler with its flags for such a processor, in one argument.
 """
 import os
 import re
+import shlex
 import subprocess
 import sys
 import tempfile
 
-FUSED = re.compile(r"\svfn?m(add|sub)\w+\s")
+FUSED = re.compile(r"""\s(vfn?m(add|sub)\w+          # x86
+                       |fn?m(add|sub)|fml[as]|fcmla  # ARM64
+                       |m[as][ed]br?|[vw]fn?m[as]\w*  # s390x
+                       )\s""", re.VERBOSE)
 
 
-def compiled(compiler, include, source, folder):
-    path = os.path.join(folder, os.path.basename(compiler) + ".o")
-    subprocess.run([compiler, "-std=c++20", "-O3", "-march=x86-64-v3", "-DNDEBUG", "-ffp-contract=off", "-I", include,
-                    "-c", source, "-o", path], check=True)
+def compiled(command, include, source, folder):
+    words = shlex.split(command)
+    path = os.path.join(folder, os.path.basename(words[0]) + ".o")
+    subprocess.run([*words, "-std=c++20", "-O3", "-DNDEBUG", "-ffp-contract=off", "-I", include, "-c", source, "-o", path],
+                   check=True)
     return path
 
 
 def fused(path):
     """The functions of a file with their fused instructions."""
-    listing = subprocess.run(["objdump", "-d", "-C", "--no-show-raw-insn", path], check=True, capture_output=True,
+    listing = subprocess.run([objdump, "-d", "-C", "--no-show-raw-insn", path], check=True, capture_output=True,
                              text=True).stdout
     found, function, instructions = [], "", 0
     for line in listing.splitlines():
@@ -37,9 +44,9 @@ def fused(path):
     return found
 
 
-library, include_folder, loops, *compilers = sys.argv[1:]
+objdump, library, include_folder, loops, *commands = sys.argv[1:]
 with tempfile.TemporaryDirectory() as temporary:
-    objects = [compiled(compiler, include_folder, loops, temporary) for compiler in compilers]
+    objects = [compiled(command, include_folder, loops, temporary) for command in commands]
     everything = [name for path in [library, *objects] for name in fused(path)]
 if everything:
     sys.exit("\n".join(everything[:20]))

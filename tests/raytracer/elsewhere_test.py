@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Whether the ray tracer draws the golden pictures, to the byte, on another system or processor.
+"""Whether the ray tracer draws the golden pictures, to the byte, on whatever system and processor.
 
-Usage: elsewhere_test.py PROGRAM [EMULATOR...]
+Usage: elsewhere_test.py [--without-avx] PROGRAM [EMULATOR...]
 
-PROGRAM takes the ray tracer's options and writes the pixels alone; see GoldenPictures.cpp.
+Without AVX, no processor draws with eight rays at a time. PROGRAM takes the ray tracer's options and writes the pixels alone; see GoldenPictures.cpp.
 """
 
 import os
@@ -31,6 +31,7 @@ class Golden(golden.Scenes, unittest.TestCase):
     """Each scene with one, four and eight rays at a time."""
 
     command = []
+    packets = ["scalar", "sse", "avx"]
 
     def draw(self, folder, *options):
         # Relative paths, without drives or slashes in front, mean the same on all systems.
@@ -40,12 +41,16 @@ class Golden(golden.Scenes, unittest.TestCase):
         return read_pixels(os.path.join(folder, "pixels"))
 
     def assert_golden(self, name):
-        for packet in ("scalar", "sse", "avx"):
+        for packet in self.packets:
             with self.subTest(packet=packet), tempfile.TemporaryDirectory() as folder:
                 picture = self.draw(folder, *golden.SCENES[name], "--packet", packet)
                 self.assertEqual(picture.differences(golden.read(name)), [])
 
 
 if __name__ == "__main__":
-    Golden.command = [*sys.argv[2:], os.path.abspath(sys.argv[1])]
+    arguments = sys.argv[1:]
+    if arguments[0] == "--without-avx":
+        arguments.pop(0)
+        Golden.packets = ["scalar", "sse"]
+    Golden.command = [*arguments[1:], os.path.abspath(arguments[0])]
     unittest.main(argv=sys.argv[:1])

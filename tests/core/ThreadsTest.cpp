@@ -1,5 +1,4 @@
 #include <cstddef>
-#include <latch>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -20,6 +19,7 @@
 #include "bv/maths/tTuple2.h"
 #include "bv/maths/tVector3.h"
 #include "support/Environment.h"
+#include "support/StartingLine.h"
 
 // The library keeps a few constants that are made when they are first used, the choice of loops for the processor among
 // them. CTest runs each of these tests in a process of its own, so that many threads are the first to use them.
@@ -38,13 +38,13 @@ void ExpectTheSameInEveryThread(Work const& work)
 {
     using Result = std::invoke_result_t<Work>;
     std::vector<std::vector<Result>> results(THREADS);
-    std::latch start(THREADS);
+    bv::test::StartingLine start(THREADS);
     std::vector<std::thread> threads;
     for (std::vector<Result>& own : results)
         threads.emplace_back(
             [&]
             {
-                start.arrive_and_wait();
+                start.ArriveAndWait();
                 for (std::size_t round = 0; round < ROUNDS; ++round)
                     own.push_back(work());
             });

@@ -1,7 +1,6 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
-#include <latch>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -22,6 +21,7 @@
 #include "bv/maths/tPreparedTransform.h"
 #include "bv/maths/tVector3.h"
 #include "bv/maths/tVolumeAABB.h"
+#include "support/StartingLine.h"
 
 // Objects that many threads read at once, without a lock: what is constant, writes nothing. A sanitizer of threads
 // reports it if something does; without one, the results show it.
@@ -39,13 +39,13 @@ template <typename Read>
 void ExpectTheSameInEveryThread(Read const& read)
 {
     std::array<std::string, THREADS> results;
-    std::latch start(THREADS);
+    bv::test::StartingLine start(THREADS);
     std::vector<std::thread> threads;
     for (std::string& result : results)
         threads.emplace_back(
             [&]
             {
-                start.arrive_and_wait();
+                start.ArriveAndWait();
                 for (int round = 0; round < 20; ++round)
                     result = read();
             });

@@ -53,11 +53,21 @@ void Areas(Digests& digests, Workload& work)
             grown.Expand(other);
             growth.Add(grown);
             digests["conversions"].Add(tAreaAABB<Other>(box), tAreaAABB<T>(point));
+            tAreaAABB<T> changed = box;
+            changed.SetMin(point);
+            digests["changes"].Add(changed);
+            changed.SetMax(other.GetMin());
+            digests["changes"].Add(changed);
             tAreaDisc<T> const second(work.Vector2<T>(rarity), point);
             digests["discs"].Add(disc.GetRadius(), disc.GetArea(), disc == second, disc == disc, second,
                                  tAreaDisc<Other>(disc));
             digests["disc-overlaps"].Add(disc.Contains(point), disc.Overlaps(second), second.Overlaps(disc),
                                          disc.Overlaps(box));
+            tAreaDisc<T> moved = disc;
+            moved.SetCentre(point);
+            digests["disc-changes"].Add(moved);
+            moved.SetRadius(number);
+            digests["disc-changes"].Add(moved);
         }
 }
 

@@ -48,6 +48,13 @@ void OrientedBoxes(Digests& digests, Workload& work)
                 digests["measures"].Add(box.IsValid(), box.GetVolume(), box == moved, box != straight);
                 digests["containment"].Add(box.Contains(work.Vector3<T>(rarity)), box.Contains(box.GetCentre()));
                 digests["measures"].Add(box.GetBound());
+                tOrientedBox<T> changed = box;
+                changed.SetCentre(centre);
+                AddBox(digests["changes"], changed);
+                changed.SetAxes(y, z, x);
+                AddBox(digests["changes"], changed);
+                changed.SetHalfExtents(centre);
+                AddBox(digests["changes"], changed);
             }
         }
 }

@@ -1,7 +1,9 @@
+#include <algorithm>
 #include <bv/maths/simd/SSERay.h>
 #include <bv/maths/tDepthRay.h>
 #include <cstdint>
 #include <cstring>
+#include <span>
 
 #include "PacketsOfEight.h"
 #include "Run.h"
@@ -72,7 +74,37 @@ void SsePackets(Digests& digests, Workload& work)
                            addLanes(transform, packet.GetInvDirection()[axis]);
                        }
                    }
+                   tRay<float> plain[8];
+                   std::copy(rays, rays + 8, plain);
+                   simd::SSERay filled[2];
+                   digests["filling"].Try(
+                       [&]
+                       {
+                           simd::FillPackets(std::span(plain, 7), filled);
+                           return 7;
+                       });
+                   for (simd::SSERay const& packet : filled)
+                       for (int axis = 0; axis < 3; ++axis)
+                       {
+                           addLanes(digests["filling"], packet.GetOrigin()[axis]);
+                           addLanes(digests["filling"], packet.GetInvDirection()[axis]);
+                       }
                });
+}
+
+/// How packets are filled with more or fewer rays than they take.
+void Misfits(Digest& digest, Workload&)
+{
+    tRay<float> const rays[9];
+    simd::SSERay packets[3];
+    for (std::size_t length = 0; length <= 9; ++length)
+        for (std::size_t count = 0; count <= 3; ++count)
+            digest.Try(
+                [&]
+                {
+                    simd::FillPackets(std::span(rays, length), std::span(packets, count));
+                    return length;
+                });
 }
 
 void AvxPackets(Digests& digests, Workload& work)
@@ -103,6 +135,7 @@ void AvxPackets(Digests& digests, Workload& work)
 void RunRayPackets()
 {
     Run("packets-sse", SsePackets, ".float");
+    Run("packets-filled", Misfits, ".float");
     if (HasEightLanes())
         Run("packets-avx", AvxPackets, ".float");
 }

@@ -2,6 +2,7 @@
 #include <string>
 
 #include <bv/maths/tCoordinateFrame.h>
+#include <bv/maths/tOrientedBox.h>
 
 #include "Run.h"
 #include "Streamed.h"
@@ -53,6 +54,7 @@ void Bytes(Digests& digests, Workload& work)
         AddBytes(digests["boxes"], tVolumeAABB<T>(three, {x, y, z}), {});
         AddBytes(digests["spheres"], tAreaDisc<T>(two, z), tAreaDisc<T>(tVector2<T>()));
         AddBytes(digests["spheres"], tVolumeSphere<T>(three, z), tVolumeSphere<T>(tVector3<T>()));
+        AddBytes(digests["oriented-boxes"], tOrientedBox<T>(three, {x, y, z}, {y, z, x}, {z, x, y}, {x, x, y}), {});
         AddBytes(digests["planes"], tPlane<T>({T{3}, T{0}, T{4}}, x), {});
         AddBytes(digests["frames"], tCoordinateFrame<T>(4, 1, 3), {});
         tMatrix4<T> matrix = work.Fresh<T>(work.Below(4), 0);

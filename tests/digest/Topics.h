@@ -37,6 +37,7 @@ void RunGenerators();
 void RunHashes();
 void RunTexts();
 void RunStreams();
+void RunReadings();
 void RunExceptions();
 void RunSamples();
 void RunAngles();
@@ -44,5 +45,6 @@ void RunRotations();
 void RunTurns();
 void RunSphereVolumes();
 void RunReciprocals();
+void RunFieldsOfView();
 
 } // namespace digest

@@ -137,8 +137,26 @@ void Parts(Digests& digests, Workload& work)
             digests["decomposed"].Add(parts->translation, q.x, q.y, q.z, q.w, parts->scale, parts->shear);
             AddWhole(digests["composed"], Compose(*parts));
             tVector3<T> const translation = work.Vector3<T>(rarity);
-            AddWhole(digests["composed"], Compose(translation, q, work.Vector3<T>(rarity)));
+            tVector3<T> const scale = work.Vector3<T>(rarity);
+            AddWhole(digests["composed"], Compose(translation, q, scale));
+            AddWhole(digests["constructed"], Compose(tMatrixParts<T>(translation, q, scale)));
+            AddWhole(digests["constructed"], Compose(tMatrixParts<T>(translation, q, scale, parts->shear)));
         }
+    AddWhole(digests["constructed"], Compose(tMatrixParts<T>()));
+}
+
+template <typename T>
+void FieldsOfView(Digest& digest, Workload& work)
+{
+    for (int i = 0; i < 500; ++i)
+    {
+        T const angle = Positive<T>(work);
+        T const aspect = Positive<T>(work);
+        T const nearPlane = Positive<T>(work);
+        T const farPlane = Positive<T>(work);
+        for (DepthRange const range : RANGES_OF_DEPTH)
+            digest.Try([&] { return PerspectiveFromFieldOfView(angle, aspect, nearPlane, farPlane, range); });
+    }
 }
 
 } // namespace
@@ -148,6 +166,11 @@ void RunViews()
     RunBoth("views", Views<float>, Views<double>);
     RunBoth("view-inverses", Inverses<float>, Inverses<double>);
     RunBoth("matrix-parts", Parts<float>, Parts<double>);
+}
+
+void RunFieldsOfView()
+{
+    RunBoth("machine-dependent.fields-of-view", FieldsOfView<float>, FieldsOfView<double>);
 }
 
 } // namespace digest

@@ -59,6 +59,11 @@ void Volumes(Digests& digests, Workload& work)
             digests["transforms"].Add(box * matrix);
             grown = box;
             digests["transforms"].Add(grown *= matrix);
+            tVolumeAABB<T> changed = box;
+            changed.SetMin(point);
+            digests["changes"].Add(changed);
+            changed.SetMax(other.GetMin());
+            digests["changes"].Add(changed);
         }
 }
 

@@ -39,6 +39,7 @@ int main()
     digest::RunHashes();
     digest::RunTexts();
     digest::RunStreams();
+    digest::RunReadings();
     digest::RunExceptions();
     digest::RunSamples();
     digest::RunAngles();
@@ -46,4 +47,5 @@ int main()
     digest::RunTurns();
     digest::RunSphereVolumes();
     digest::RunReciprocals();
+    digest::RunFieldsOfView();
 }

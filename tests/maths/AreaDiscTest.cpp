@@ -20,6 +20,7 @@
 #include "support/Precisions.h"
 #include "support/Random.h"
 #include "support/SameBits.h"
+#include "support/Streams.h"
 
 using bv::maths::tAreaAABB;
 using bv::maths::tAreaDisc;
@@ -553,9 +554,9 @@ std::string const DOUBLE_BYTES("\x00\x00\x00\x00\x00\x00\x22\x40"
                                24);
 
 template <typename T>
-std::string const& ExampleBytes()
+std::string ExampleBytes()
 {
-    return sizeof(T) == sizeof(float) ? SINGLE_BYTES : DOUBLE_BYTES;
+    return Native(sizeof(T) == sizeof(float) ? SINGLE_BYTES : DOUBLE_BYTES, sizeof(T));
 }
 
 template <typename T>

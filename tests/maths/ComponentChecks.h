@@ -128,7 +128,7 @@ template <typename V>
 template <typename V>
 [[nodiscard]] std::string SampleHex()
 {
-    return Joined<V>(Sample<Component<V>>::BYTES, " ");
+    return Hex(Native(Bytes(Joined<V>(Sample<Component<V>>::BYTES, " ")), sizeof(Component<V>)));
 }
 
 template <typename V>

@@ -1125,11 +1125,9 @@ TYPED_TEST(Matrix4Test, EqualityFollowsTheToleranceForSpecialValues)
 // The binary form
 
 /// The bytes of a number as this processor stores them, from the lowest to the highest.
-std::string Native(std::string bytes)
+std::string Native(std::string const& bytes)
 {
-    if constexpr (std::endian::native == std::endian::big)
-        std::reverse(bytes.begin(), bytes.end());
-    return bytes;
+    return bv::test::Native(bytes, bytes.size());
 }
 
 TYPED_TEST(Matrix4Test, TheBinaryFormIsTheElementsRowByRowAndThenTheState)

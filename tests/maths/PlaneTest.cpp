@@ -489,11 +489,11 @@ TEST(PlaneBytesTest, SerialiseWritesTheNormalThenTheOffset)
 {
     std::ostringstream singles;
     EXPECT_EQ(&tPlane<float>({0, -2, 0}, 4).Serialise(singles), &singles);
-    EXPECT_EQ(Hex(singles.str()), "00 00 00 00 00 00 80 BF 00 00 00 00 00 00 00 40"); // 0, -1, 0, 2
+    EXPECT_EQ(Hex(Native(singles.str(), 4)), "00 00 00 00 00 00 80 BF 00 00 00 00 00 00 00 40"); // 0, -1, 0, 2
     std::ostringstream doubles;
     EXPECT_EQ(&tPlane<double>({0, 0, 2}, -3).Serialise(doubles), &doubles);
-    EXPECT_EQ(Hex(doubles.str()), "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "  // 0, 0,
-                                  "00 00 00 00 00 00 F0 3F 00 00 00 00 00 00 F8 BF"); // 1, -1.5
+    EXPECT_EQ(Hex(Native(doubles.str(), 8)), "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "  // 0, 0,
+                                             "00 00 00 00 00 00 F0 3F 00 00 00 00 00 00 F8 BF"); // 1, -1.5
 }
 
 TYPED_TEST(PlaneTest, SerialiseWritesOneBlockForEachNumber)

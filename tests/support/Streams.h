@@ -3,6 +3,8 @@
 /// @file
 /// Streams to test with: bytes as text, a buffer that keeps a record, and a global locale that groups digits.
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <ios>
 #include <locale>
@@ -27,6 +29,17 @@ namespace bv::test
         text += DIGITS[value & 15];
     }
     return text;
+}
+
+/// The bytes of numbers in the order in which the machine stores them, and back.
+/// @param bytes the least significant one of each number first.
+/// @param size that of a number.
+[[nodiscard]] inline std::string Native(std::string bytes, std::size_t size)
+{
+    if constexpr (std::endian::native == std::endian::big)
+        for (auto number = bytes.begin(); number != bytes.end(); number += static_cast<std::ptrdiff_t>(size))
+            std::reverse(number, number + static_cast<std::ptrdiff_t>(size));
+    return bytes;
 }
 
 /// The bytes that such a text names.

@@ -19,8 +19,8 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BASH = shutil.which("bash")
-TOOLS = ("bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdir", "mv", "rm", "cat", "sleep", "chmod",
-         "head", "nproc", "paste", "tail", "wc", "xargs")
+TOOLS = ("awk", "bash", "env", "dirname", "sed", "grep", "sort", "cut", "mktemp", "mkdir", "mv", "rm", "cat", "sleep",
+         "chmod", "head", "nproc", "paste", "tail", "wc", "xargs")
 PROGRAMS = ("cmake", "ctest", "ninja", "c++", "g++", "clang++", "pkg-config", "python3", "objdump", "gdb", "lldb-14",
             "lintian", "dpkg-shlibdeps", "qemu-x86_64", "x86_64-w64-mingw32-g++-posix", "wine", "wineserver",
             "aarch64-linux-gnu-g++", "qemu-aarch64", "s390x-linux-gnu-g++", "qemu-s390x", "clang++-22", "ld.lld", "em++",
@@ -234,6 +234,16 @@ class Arguments(CommandTest):
         self.assertIn("python3 -B tests/build/coverage.py", self.noted())
         for preset in ("sanitize", "tsan"):
             self.assertIn(f"ctest --preset {preset}", self.noted())
+
+    def test_a_test_that_the_machine_cannot_run_is_named_and_not_counted(self):
+        self.stub("ccache")
+        self.stub("ctest", "#!{bash}\nprintf '100%% tests passed, 0 tests failed out of 9\\n\\n"
+                           "The following tests did not run:\\n\\t  7 - Loops.With_AVX-512 (Skipped)\\n'\n")
+        code, output, errors = self.run_command("tools/check", "users", "sanitizers")
+        self.assertEqual((code, errors), (0, ""))
+        self.assertRegex(output, "^users         passes  0:0.  8 tests pass; skipped: Loops.With_AVX-512\n"
+                                 "sanitizers    passes  0:0.  8 tests pass, 8 tests pass; "
+                                 "skipped: Loops.With_AVX-512 Loops.With_AVX-512\n$")
 
     def test_the_long_checks_are_made_on_demand(self):
         self.stub("ccache")

@@ -19,7 +19,7 @@ EXPORT = re.compile(r'__attribute__\(\((visibility\("default"\)|used|gnu_inline)
 EXTENSION = re.compile(r"\b(__builtin_(?!offsetof\b)\w+|__attribute__|__asm__|asm|vector_size|__extension__|__int128|__m(128|256|512)\w*|"
                        r"_mm(256|512)?_(?!rcp_nr\b|rsqrt_nr\b)\w+|gnu::\w+)")
 PREPROCESS = ["-std=c++20", "-E", "-DBV_PLAIN_CXX", "-DBV_BUILDING", "-Dgnu=unknown", "-Iinclude", "-Iinternal",
-              "-isystem", "/usr/include/utf8cpp"]
+              "-isystem", "/usr/include/utf8cpp", "-isystem", "/usr/include/eigen3", "-isystem", "/usr/include/Imath"]
 
 
 def own_lines(text):
@@ -45,7 +45,10 @@ def extensions(compiler, source):
 def main(compiler):
     sources = sorted(path for folder in FOLDERS for path in (TOP / folder).rglob("*.cpp")
                      if not re.fullmatch(r"Avx\w*\.cpp", path.name))
-    sources.append(TOP / "include" / "BvBaseUtils.h")
+    headers = TOP / "include"
+    sources += [headers / "BvBaseUtils.h",
+                # Those for use with other libraries, which it leaves out.
+                *(path for path in sorted(headers.rglob("*.h")) if re.search("/(Fmt|Format|convert/.*)[.]h$", path.as_posix()))]
     found = set().union(*(extensions(compiler, source) for source in sources))
     if found or len(sources) < 50:
         sys.exit("\n".join(["extensions in plain C++:", *sorted(found)]))

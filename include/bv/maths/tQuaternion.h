@@ -152,8 +152,8 @@ public:
     {
         return *this == other || *this == -other;
     }
-    /// Hash of the components' native bytes: the one-at-a-time hash of w from seed 0, whose result seeds the hash of the
-    /// component before it, down to x. 0.0 and -0.0 hash differently; equal bit patterns hash alike.
+    /// Hash of the components' native bytes: the one-at-a-time hash of w from seed 0, whose result seeds the hash of
+    /// the component before it, down to x. 0.0 and -0.0 hash differently; equal bit patterns hash alike.
     [[nodiscard]] unsigned int GetHash32() const noexcept;
     /// Hash of the components' bytes in 8 bits: Pearson's hash, chained as in GetHash32().
     [[nodiscard]] unsigned char GetHash8() const noexcept;

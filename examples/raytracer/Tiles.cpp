@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 #include "bv/maths/Direction.h"
 
@@ -41,8 +42,10 @@ std::vector<Tile> GetTilesAround(Vector2f const& point, AreaAABBf const& window)
             tiles.push_back({AreaAABBf(corner, corner + Vector2f(SIDE, SIDE)), Tuple2u(column, row)});
         }
     }
-    std::ranges::stable_sort(tiles, {},
-                             [&](Tile const& tile) { return DistanceSquared(tile.area.GetCentre(), point); });
+    std::ranges::sort(tiles, {},
+                      [&](Tile const& tile) {
+                          return std::tuple(DistanceSquared(tile.area.GetCentre(), point), tile.place.y, tile.place.x);
+                      });
     return tiles;
 }
 

@@ -325,12 +325,12 @@ TEST(TupleHashTest, OfTriplesAgreesWithTheChainOfHashes)
 
 TEST(TupleHashTest, OfOneAndTwoIsKnown)
 {
-    Tuple2i const signedOnes(LeastSignificantFirst<int>(1), LeastSignificantFirst<int>(2));
-    EXPECT_EQ(signedOnes.GetHash32(), 3800763682u);
-    EXPECT_EQ(signedOnes.GetHash8(), 204);
-    Tuple2u const unsignedOnes(LeastSignificantFirst<unsigned int>(1), LeastSignificantFirst<unsigned int>(2));
-    EXPECT_EQ(unsignedOnes.GetHash32(), 3800763682u);
-    EXPECT_EQ(unsignedOnes.GetHash8(), 204);
+    Tuple2i const signedPair(LeastSignificantFirst<int>(1), LeastSignificantFirst<int>(2));
+    EXPECT_EQ(signedPair.GetHash32(), 3800763682u);
+    EXPECT_EQ(signedPair.GetHash8(), 204);
+    Tuple2u const unsignedPair(LeastSignificantFirst<unsigned int>(1), LeastSignificantFirst<unsigned int>(2));
+    EXPECT_EQ(unsignedPair.GetHash32(), 3800763682u);
+    EXPECT_EQ(unsignedPair.GetHash8(), 204);
 }
 
 TEST(TupleHashTest, DependsOnTheOrderOfTheComponents)

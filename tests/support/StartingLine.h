@@ -10,8 +10,8 @@
 namespace bv::test
 {
 
-/// Where so many threads wait for the last of them. `std::latch` does the same, but the one of GCC's library loses a
-/// wake-up now and then on Windows, and the program then waits for ever.
+/// Where so many threads wait for the last of them, without sleep. In the `std::latch` of GCC's library for Windows,
+/// they have once waited for ever.
 class StartingLine
 {
     std::atomic<std::size_t> missing;

@@ -40,10 +40,10 @@ struct Less
 };
 
 template <typename Range, typename Projection>
-void stable_sort(Range& range, Less, Projection projection)
+void sort(Range& range, Less, Projection projection)
 {
-    std::stable_sort(std::begin(range), std::end(range),
-                     [&](auto const& a, auto const& b) { return projection(a) < projection(b); });
+    std::sort(std::begin(range), std::end(range),
+              [&](auto const& a, auto const& b) { return projection(a) < projection(b); });
 }
 
 } // namespace std::ranges

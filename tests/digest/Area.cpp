@@ -1,4 +1,5 @@
 #include <type_traits>
+#include <utility>
 
 #include <bv/maths/tAreaAABB.h>
 #include <bv/maths/tAreaDisc.h>
@@ -58,6 +59,12 @@ void Areas(Digests& digests, Workload& work)
             digests["changes"].Add(changed);
             changed.SetMax(other.GetMin());
             digests["changes"].Add(changed);
+            changed.GetMin().x = number;
+            changed.GetMax() = point;
+            digests["changes-by-corner"].Add(changed);
+            tAreaAABB<Other> converted;
+            converted = box;
+            digests["assigned"].Add(converted);
             tAreaDisc<T> const second(work.Vector2<T>(rarity), point);
             digests["discs"].Add(disc.GetRadius(), disc.GetArea(), disc == second, disc == disc, second,
                                  tAreaDisc<Other>(disc));
@@ -68,6 +75,16 @@ void Areas(Digests& digests, Workload& work)
             digests["disc-changes"].Add(moved);
             moved.SetRadius(number);
             digests["disc-changes"].Add(moved);
+            Digest& copies = digests["disc-copies"];
+            moved = second;
+            copies.Add(moved, moved != disc, moved != second);
+            tAreaDisc<T> assigned(point);
+            assigned = std::move(moved);
+            copies.Add(assigned);
+            copies.Add(tAreaDisc<T>(std::move(assigned)));
+            tAreaDisc<Other> convertedDisc{tVector2<Other>()};
+            convertedDisc = disc;
+            copies.Add(convertedDisc);
         }
 }
 

@@ -42,6 +42,12 @@ void Bounds(Digests& digests, Workload& work)
             digests["overlaps-2d"].Add(Overlaps(c, d), Contains(c, d));
             digests["measures-2d"].Add(GetPerimeter(c), GetClosestPoint(c, flat), GetBound(disc));
             digests["corners"].Add(GetCorner(c, 1), GetCorner(c, 2));
+            tVector2<T> flatCorners[4];
+            GetCorners(c, flatCorners);
+            for (tVector2<T> const& corner : flatCorners)
+                digests["corners-2d"].Add(corner);
+            for (unsigned int corner = 0; corner < 8; ++corner)
+                digests["single-corners"].Add(GetCorner(a, corner));
         }
 }
 

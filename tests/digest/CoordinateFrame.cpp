@@ -43,6 +43,13 @@ void Frames(Digests& digests, Workload&)
             frames[i].MapCubeMap(frames[k], faces);
             for (unsigned char const face : faces)
                 digests["cube-maps"].Add(face);
+            unsigned char const x = frames[k].GetX();
+            unsigned char const y = frames[k].GetY();
+            unsigned char const z = frames[k].GetZ();
+            AddWhole(digests["rotations-to-axes"], frames[i].CreateRotationMatrix(x, y, z));
+            frames[i].MapCubeMap(x, y, z, faces);
+            for (unsigned char const face : faces)
+                digests["cube-maps-to-axes"].Add(face);
         }
     }
 }

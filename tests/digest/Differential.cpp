@@ -28,6 +28,8 @@ void Differentials(Digests& digests, Workload& work)
         c.Set(a[0]);
         inPlace.Add(c /= c(0).x);
         inPlace.Add(c /= c(1));
+        c.Set(b[1], a[0]);
+        digests["set"].Add(c);
     };
     for (unsigned int const rarity : RARITIES)
         for (int i = 0; i < 1500; ++i)

@@ -1,5 +1,6 @@
 #include <cstdint>
 
+#include <bv/maths/Visibility.h>
 #include <bv/maths/tFrustum.h>
 #include <bv/maths/tRay.h>
 
@@ -42,6 +43,12 @@ void Frusta(Digests& digests, Workload& work)
                 });
             digests["planes"].Add(frustum.GetLeftPlane(), frustum.GetRightPlane(), frustum.GetBottomPlane(),
                                   frustum.GetTopPlane(), frustum.GetNearPlane(), frustum.GetFarPlane());
+            Frustum const byPlanes(frustum.GetFarPlane(), frustum.GetLeftPlane(), frustum.GetTopPlane(),
+                                   frustum.GetNearPlane(), frustum.GetRightPlane(), frustum.GetBottomPlane());
+            digests["by-planes"].Add(byPlanes.GetLeftPlane(), byPlanes.GetRightPlane(), byPlanes.GetBottomPlane(),
+                                     byPlanes.GetTopPlane(), byPlanes.GetNearPlane(), byPlanes.GetFarPlane());
+            for (unsigned int corner = 0; corner < 8; ++corner)
+                digests["single-corners"].Add(GetCorner(frustum, corner));
             for (std::uint32_t edge = 0; edge < 6; ++edge)
                 digests["edges"].Add(frustum.GetEdgeVector(static_cast<typename Frustum::Edge>(edge)));
             for (int k = 0; k < 40; ++k)

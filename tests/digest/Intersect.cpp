@@ -89,6 +89,12 @@ void Intersections(Digests& digests, Workload& work)
             digests["reciprocal-ray"].Add(tReciprocalRay<T>(ray).Clip(work.Volume<T>(rarity), lo, hi));
             digests["reciprocal-ray"].Add(lo, hi);
 
+            tReciprocalRay<T> const reciprocal(ray);
+            digests["reciprocals"].Add(reciprocal.GetOrigin(), reciprocal.GetReciprocal());
+            tWatertightRay<T> const sheared(ray);
+            digests["sheared-rays"].Add(sheared.GetAxis(0), sheared.GetAxis(1), sheared.GetAxis(2), sheared.GetStart(),
+                                        sheared.GetShear());
+
             tDepthRay<T, bv::IRayPayloadInternal> depthRay(ray.origin, ray.direction);
             depthRay.dOriginDu = work.Vector3<T>(0);
             depthRay.dOriginDv = work.Vector3<T>(0);
@@ -98,8 +104,11 @@ void Intersections(Digests& digests, Workload& work)
             tDifferential2<T> weights;
             digests["hit-differentials"].Add(GetHitDifferentials(depthRay, a, b, c, hit.t, position, weights));
             digests["hit-differentials"].Add(position, weights);
-            auto const moved = TransformRay(depthRay, work.AnyMatrix<T>(rarity));
+            tMatrix4<T> const matrix = work.AnyMatrix<T>(rarity);
+            auto const moved = TransformRay(depthRay, matrix);
             digests["moved-ray"].Add(moved.origin, moved.direction, moved.dOriginDu, moved.dDirectionDv);
+            tRay<T> const movedPlain = TransformRay(ray, matrix);
+            digests["moved-plain-ray"].Add(movedPlain.origin, movedPlain.direction);
         }
 }
 

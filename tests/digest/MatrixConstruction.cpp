@@ -60,6 +60,8 @@ void Construction(Digests& digests, Workload& work)
             digests["access"].Add(stale[5], stale.GetElement(7), stale[tTuple2<unsigned int>(work.Below(4), 2)],
                                   stale.GetElement(tTuple2<unsigned int>(1, 3)), stale(6),
                                   stale(tTuple2<unsigned int>(3, 0)));
+            tMatrix4<T> const& unchanged = stale;
+            digests["elements-read"].Add(unchanged.GetElement(9), unchanged.GetElement(tTuple2<unsigned int>(2, 1)));
         }
 }
 

@@ -45,6 +45,13 @@ void OrientedBoxes(Digests& digests, Workload& work)
                     digests["corners"].Add(corner);
                     digests["containment"].Add(box.Contains(corner));
                 }
+                for (unsigned int corner = 0; corner < 8; ++corner)
+                    digests["single-corners"].Add(box.GetCorner(corner));
+                tOrientedBox<T> inPlace = box;
+                AddBox(digests["in-place"], inPlace *= matrix);
+                tOrientedBox<Other> other;
+                other = box;
+                AddBox(digests["assigned"], other);
                 digests["measures"].Add(box.IsValid(), box.GetVolume(), box == moved, box != straight);
                 digests["containment"].Add(box.Contains(work.Vector3<T>(rarity)), box.Contains(box.GetCentre()));
                 digests["measures"].Add(box.GetBound());

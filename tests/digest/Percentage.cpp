@@ -19,6 +19,7 @@ void Percentages(Digests& digests, Workload& work)
     };
     auto const draw = [&]
     { return work.OneIn(4) ? work.Below(4) : static_cast<unsigned int>(work.Bits()) >> work.Below(32); };
+    digests["default"].Add(fields(Percentage()));
     for (int i = 0; i < 4000; ++i)
     {
         unsigned int const n = draw();
@@ -32,6 +33,14 @@ void Percentages(Digests& digests, Workload& work)
         digests["quotients"].Try([&] { return fields(Percentage(n, d) / m); });
         digests["products"].Try([&] { return fields(Percentage(n, d) * m); });
         digests["sums"].Try([&] { return fields(Percentage(n, d) + m); });
+        for (int operation = 0; operation < 4; ++operation)
+            digests["of-constants"].Try(
+                [&]
+                {
+                    Percentage const p(n, d);
+                    Percentage const q(m, e);
+                    return fields(operation == 0 ? p * q : operation == 1 ? p + q : operation == 2 ? p / q : p / m);
+                });
         Percentage p(n);
         Percentage const& itself = p;
         Digest& inPlace = digests["in-place"];

@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <sstream>
 #include <type_traits>
 
@@ -6,6 +7,7 @@
 #include <bv/maths/tVector3.h>
 
 #include "Run.h"
+#include "Streamed.h"
 #include "Topics.h"
 
 namespace digest
@@ -57,6 +59,37 @@ void Arithmetic(Digests& digests, Workload& work)
             AddQuaternion(digests["conversions"], tQuaternion<Other>(a));
         }
     }
+}
+
+template <typename T>
+void Changes(Digests& digests, Workload& work)
+{
+    for (unsigned int const rarity : RARITIES)
+        for (int i = 0; i < 1500; ++i)
+        {
+            tQuaternion<T> const a = Any<T>(work, rarity);
+            tQuaternion<T> const b = Any<T>(work, rarity);
+            T const s = work.Number<T>(rarity);
+            Digest& inPlace = digests["in-place"];
+            tQuaternion<T> q = a;
+            AddQuaternion(inPlace, q += b);
+            AddQuaternion(inPlace, q -= a);
+            AddQuaternion(inPlace, q *= s);
+            AddQuaternion(inPlace, q *= b);
+            AddQuaternion(inPlace, q /= s);
+            q = a;
+            tQuaternion<T> const& itself = q;
+            AddQuaternion(inPlace, q *= itself);
+            q = a;
+            AddQuaternion(inPlace, q.Conjugate());
+            AddQuaternion(inPlace, q.Invert());
+            q = a;
+            AddQuaternion(inPlace, q.Normalise());
+            for (std::size_t k = 0; k < 4; ++k)
+                q[k] = a[3 - k];
+            AddQuaternion(digests["access"], q);
+            AddQuaternion(digests["streams"], ReadBack(b, tQuaternion<T>()));
+        }
 }
 
 template <typename T>
@@ -120,6 +153,7 @@ void Turns(Digest& digest, Workload& work)
 void RunQuaternions()
 {
     RunBoth("quaternions", Arithmetic<float>, Arithmetic<double>);
+    RunBoth("quaternion-changes", Changes<float>, Changes<double>);
     RunBoth("quaternion-rotations", Rotations<float>, Rotations<double>);
 }
 

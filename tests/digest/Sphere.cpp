@@ -1,4 +1,5 @@
 #include <type_traits>
+#include <utility>
 
 #include <bv/maths/tVolumeAABB.h>
 #include <bv/maths/tVolumeSphere.h>
@@ -30,6 +31,17 @@ void Spheres(Digests& digests, Workload& work)
             digests["comparison"].Add(sphere == second, sphere != second, sphere == sphere);
             digests["construction"].Add(sphere.GetRadius(), second, tVolumeSphere<Other>(sphere));
             digests["transforms"].Add(sphere * work.AnyMatrix<T>(rarity));
+            tVolumeSphere<T> copy(second);
+            digests["copies"].Add(copy *= tMatrix4<T>::Scale(point));
+            copy = sphere;
+            digests["copies"].Add(copy);
+            tVolumeSphere<T> assigned(point);
+            assigned = std::move(copy);
+            digests["copies"].Add(assigned);
+            digests["copies"].Add(tVolumeSphere<T>(std::move(assigned)));
+            tVolumeSphere<Other> converted{tVector3<Other>()};
+            converted = sphere;
+            digests["copies"].Add(converted);
             second.SetRadius(point.x);
             second.SetCentre(point);
             digests["construction"].Add(second);

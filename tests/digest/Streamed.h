@@ -17,6 +17,15 @@ template <typename T>
     return stream.str();
 }
 
+/// What a stream gives back of a value.
+template <typename T>
+[[nodiscard]] T ReadBack(T const& value, T target)
+{
+    std::istringstream stream(Serialised(value));
+    target.Deserialise(stream);
+    return target;
+}
+
 template <typename T>
 [[nodiscard]] std::string Text(T const& value)
 {

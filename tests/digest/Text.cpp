@@ -1,3 +1,4 @@
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -178,6 +179,11 @@ void TextOperations(Digests& digests, Workload& work)
         c.Clear();
         AddText(digests["copies"], c);
         digests["hashes"].Add(bv::FNVHash32(a), bv::FNVHash32(c));
+        std::strong_ordering const order = a <=> b;
+        digests["order"].Add(order < 0, order == 0, a == b.ToCharArray(), b.ToCharArray() == a);
+        c = a;
+        AddText(digests["joined-variables"], c + b);
+        AddText(digests["joined-variables"], bv::String() + c);
     }
 }
 

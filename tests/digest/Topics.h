@@ -7,6 +7,7 @@ namespace digest
 {
 
 void RunVectors();
+void RunTuples();
 void RunScalars();
 void RunPercentages();
 void RunMatrixConstruction();
@@ -31,11 +32,13 @@ void RunDifferentials();
 void RunDirections();
 void RunLocalAxes();
 void RunViews();
+void RunBatchViews();
 void RunBatches();
 void RunNoise();
 void RunGenerators();
 void RunHashes();
 void RunTexts();
+void RunDefaults();
 void RunStreams();
 void RunReadings();
 void RunExceptions();

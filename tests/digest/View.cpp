@@ -71,6 +71,8 @@ void Views(Digests& digests, Workload& work)
                 tVector2<T> const pixel = work.Vector2<T>(0) * T{50};
                 tRay<T> const ray = rays(pixel);
                 digests["pixel-rays"].Add(ray.origin, ray.direction, rays.GetDirection(pixel));
+                tRay<T> const single = GetPixelRay(pixel, size, projection, place);
+                digests["single-pixel-rays"].Add(single.origin, single.direction);
                 tVector3<T> const point = work.OneIn(2) ? work.Vector3<T>(rarity) : ray.origin + ray.direction * T{3};
                 auto const shown = GetPixel(point, work.OneIn(4) ? work.AnyMatrix<T>(rarity) : projection * view, size);
                 digests["pixels"].Add(shown.has_value());

@@ -64,6 +64,12 @@ void Volumes(Digests& digests, Workload& work)
             digests["changes"].Add(changed);
             changed.SetMax(other.GetMin());
             digests["changes"].Add(changed);
+            changed.GetMin() = point;
+            changed.GetMax().z = number;
+            digests["changes-by-corner"].Add(changed);
+            tVolumeAABB<Other> converted;
+            converted = box;
+            digests["assigned"].Add(converted);
         }
 }
 

@@ -9,6 +9,7 @@
 int main()
 {
     digest::RunVectors();
+    digest::RunTuples();
     digest::RunScalars();
     digest::RunPercentages();
     digest::RunMatrixConstruction();
@@ -33,11 +34,13 @@ int main()
     digest::RunDirections();
     digest::RunLocalAxes();
     digest::RunViews();
+    digest::RunBatchViews();
     digest::RunBatches();
     digest::RunNoise();
     digest::RunGenerators();
     digest::RunHashes();
     digest::RunTexts();
+    digest::RunDefaults();
     digest::RunStreams();
     digest::RunReadings();
     digest::RunExceptions();

@@ -1,4 +1,4 @@
-"""Checks that every public operation is called by a test, and keeps the table of operations by test.
+"""Checks that every public operation is called by a test and by the digest, and keeps the table of operations by test.
 
 Usage: operations.py [--accept]     (tools/check interface runs it where all that it needs is there)
 
@@ -19,6 +19,13 @@ import interface
 TOP = pathlib.Path(__file__).resolve().parent.parent.parent
 TABLE = TOP / "tests" / "operations.md"
 # The long way of an inline function, which the library holds for it.
+# Why an operation has no part in the digest, whose results are the same everywhere.
+NOT_IN_DIGEST = {
+    "Assert()": "it stops the program",
+    "Exception::what() const": "it is called, as a virtual function is",
+    "detail::GetText[abi:cxx11](Exception const&)": "the formatters call it, which are not there everywhere",
+}
+DIGEST = "digest"
 HIDDEN_FUNCTION = re.compile(r"(^| )bv::(maths::)?detail::\w+(<[^()]*>)?\(")
 
 
@@ -38,26 +45,33 @@ def declared():
     return public, hidden - public
 
 
+def program(target):
+    """The test, or the digest, that an object belongs to."""
+    return DIGEST if f"/{DIGEST}.dir/" in target else pathlib.Path(target).name.removesuffix(".cpp.o")
+
+
 def build():
-    """The library and the objects of its tests, one of each test, without optimisation and with nothing inlined, so that
-    every call leaves a symbol: in the build that measures what the tests reach. There, what is compiled for AVX keeps
-    inlining, without which it does not link; its objects are compiled once more, to be looked at only."""
+    """The library and the objects of its tests and digest, one of each source, without optimisation and with nothing
+    inlined, so that every call leaves a symbol: in the build that measures what the tests reach. There, what is compiled
+    for AVX keeps inlining, without which it does not link; its objects are compiled once more, to be looked at only. Each
+    object comes with the name of its program."""
     coverage.configure()
-    sources = [target for target, _ in coverage.targets() if target.endswith("Test.cpp.o")]
-    by_name = {pathlib.Path(target).name: target for target in sorted(sources, key=len, reverse=True)}
-    objects = sorted(by_name.values())
-    subprocess.run(["cmake", "--build", coverage.BUILD, "-j2", "--target", "BvBaseUtils", *objects], check=True)
+    sources = [target for target, _ in coverage.targets()
+               if target.endswith("Test.cpp.o") or f"/{DIGEST}.dir/" in target]
+    objects = {pathlib.Path(target).name: target for target in sorted(sources, key=len, reverse=True)}
+    programs = {name: program(target) for name, target in objects.items()}
+    subprocess.run(["cmake", "--build", coverage.BUILD, "-j2", "--target", "BvBaseUtils", *sorted(objects.values())],
+                   check=True)
     for entry in json.loads((coverage.BUILD / "compile_commands.json").read_text(encoding="utf-8")):
         command = shlex.split(entry["command"])
         place = command.index("-o") + 1
-        if command[place] in objects and "-mavx" in command:
-            objects.remove(command[place])
-            command[place] = f"called/{pathlib.Path(command[place]).name}"
-            (coverage.BUILD / command[place]).parent.mkdir(exist_ok=True)
-            objects.append(command[place])
+        name = pathlib.Path(command[place]).name
+        if objects.get(name) == command[place] and "-mavx" in command:
+            command[place] = objects[name] = f"called/{name}"
+            (coverage.BUILD / "called").mkdir(exist_ok=True)
             subprocess.run([*command, "-Dalways_inline=noinline", "-fno-profile-arcs", "-fno-test-coverage"], check=True,
                            cwd=entry["directory"])
-    return [coverage.BUILD / target for target in objects]
+    return {coverage.BUILD / target: programs[name] for name, target in objects.items()}
 
 
 def main():
@@ -72,8 +86,7 @@ def main():
     headers_only = public - set(exported.values())
 
     users = collections.defaultdict(set)
-    for path in objects:
-        test = path.name.removesuffix(".cpp.o")
+    for path, test in objects.items():
         called = interface.symbols(path)
         seen = {operation(interface.parsed(symbol)) for symbol in called}
         for symbol in exported:
@@ -87,16 +100,22 @@ def main():
         owner, name, count = found
         rows[f"{owner + '::' if owner else ''}{name}(), {count} parameters"] = users[found]
     text = ["# Operations by test", "",
-            "Every public operation and the test programs that call it, made by `tools/check interface --accept`. Operations",
-            "that the library holds are listed with signature and instance, those of the headers alone by name.", "",
+            "Every public operation and the programs of tests that call it, among them the digest, made by",
+            "`tools/check interface --accept`. Operations that the library holds are listed with signature and instance, those",
+            "of the headers alone by name.", "",
             "| operation | tests |", "|---|---|"]
     text += [f"| `{name}` | {', '.join(sorted(tests))} |" for name, tests in sorted(rows.items())]
     table = "\n".join(text) + "\n"
 
-    untested = sorted(name for name, tests in rows.items() if not tests)
-    print(f"{len(rows)} public operations, {len(untested)} without a test")
-    if untested:
-        sys.exit("\n".join(f"no test calls {name}" for name in untested))
+    wrong = [f"no test calls {name}" for name, tests in rows.items() if not tests - {DIGEST}]
+    wrong += [f"the digest does not call {name}" for name, tests in rows.items()
+              if DIGEST not in tests and name not in NOT_IN_DIGEST]
+    wrong += [f"there is no operation, or the digest calls it: {name}" for name in NOT_IN_DIGEST
+              if DIGEST in rows.get(name, {DIGEST})]
+    print(f"{len(rows)} public operations, {len(wrong)} without a test or a part in the digest that they should have; "
+          f"{len(NOT_IN_DIGEST)} without the latter by name")
+    if wrong:
+        sys.exit("\n".join(sorted(wrong)))
     if "--accept" in sys.argv:
         TABLE.write_text(table, encoding="utf-8")
     elif not TABLE.exists() or TABLE.read_text(encoding="utf-8") != table:

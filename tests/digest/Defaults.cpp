@@ -1,3 +1,5 @@
+#include <memory>
+
 #include <bv/Environment.h>
 #include <bv/IRayPayloadInternal.h>
 #include <bv/maths/tDepthRay.h>
@@ -15,29 +17,30 @@ namespace digest
 namespace
 {
 
-/// What objects are before anything is said of them.
+/// What objects are before anything is said of them; made at run time, by the library.
 template <typename T>
 void Defaults(Digests& digests, Workload& work)
 {
-    tRay<T> const ray;
-    digests["rays"].Add(ray.origin, ray.direction);
-    tDepthRay<T, bv::IRayPayloadInternal> const depthRay;
-    digests["rays"].Add(depthRay.origin, depthRay.direction, depthRay.tMin, depthRay.tMax, depthRay.dOriginDu,
-                        depthRay.dOriginDv, depthRay.dDirectionDu, depthRay.dDirectionDv, depthRay.payload == nullptr);
-    tReciprocalRay<T> const reciprocal;
-    digests["rays"].Add(reciprocal.GetOrigin(), reciprocal.GetReciprocal());
-    tWatertightRay<T> const sheared;
-    digests["rays"].Add(sheared.GetAxis(0), sheared.GetAxis(1), sheared.GetAxis(2), sheared.GetStart(),
-                        sheared.GetShear());
+    auto const ray = std::make_unique<tRay<T>>();
+    digests["rays"].Add(ray->origin, ray->direction);
+    auto const depthRay = std::make_unique<tDepthRay<T, bv::IRayPayloadInternal>>();
+    digests["rays"].Add(depthRay->origin, depthRay->direction, depthRay->tMin, depthRay->tMax, depthRay->dOriginDu,
+                        depthRay->dOriginDv, depthRay->dDirectionDu, depthRay->dDirectionDv,
+                        depthRay->payload == nullptr);
+    auto const reciprocal = std::make_unique<tReciprocalRay<T>>();
+    digests["rays"].Add(reciprocal->GetOrigin(), reciprocal->GetReciprocal());
+    auto const sheared = std::make_unique<tWatertightRay<T>>();
+    digests["rays"].Add(sheared->GetAxis(0), sheared->GetAxis(1), sheared->GetAxis(2), sheared->GetStart(),
+                        sheared->GetShear());
     digests["differentials"].Add(tDifferential2<T>(), tDifferential3<T>());
-    tFrustum<T> const frustum;
-    digests["frustum"].Add(frustum.GetLeftPlane(), frustum.GetRightPlane(), frustum.GetBottomPlane(),
-                           frustum.GetTopPlane(), frustum.GetNearPlane(), frustum.GetFarPlane());
-    tPreparedTransform<T> const map;
+    auto const frustum = std::make_unique<tFrustum<T>>();
+    digests["frustum"].Add(frustum->GetLeftPlane(), frustum->GetRightPlane(), frustum->GetBottomPlane(),
+                           frustum->GetTopPlane(), frustum->GetNearPlane(), frustum->GetFarPlane());
+    auto const map = std::make_unique<tPreparedTransform<T>>();
     for (int i = 0; i < 10; ++i)
     {
         tVector3<T> const vector = work.Vector3<T>(4);
-        digests["prepared-transform"].Add(map(vector), map.Direction(vector));
+        digests["prepared-transform"].Add((*map)(vector), map->Direction(vector));
     }
 }
 

@@ -41,6 +41,18 @@ void Percentages(Digests& digests, Workload& work)
                     Percentage const q(m, e);
                     return fields(operation == 0 ? p * q : operation == 1 ? p + q : operation == 2 ? p / q : p / m);
                 });
+        for (int operation = 0; operation < 3; ++operation)
+        {
+            auto const with = [&](auto number)
+            {
+                Percentage const p(n, d);
+                return operation == 0 ? p * number : operation == 1 ? p + number : p / number;
+            };
+            digests["with-integers"].Try([&] { return fields(with(static_cast<int>(m >> 1))); });
+            digests["with-integers"].Try([&] { return fields(with(static_cast<unsigned short>(e))); });
+            digests["with-numbers"].Try([&] { return with(static_cast<float>(m)); });
+            digests["with-numbers"].Try([&] { return with(-static_cast<double>(e)); });
+        }
         Percentage p(n);
         Percentage const& itself = p;
         Digest& inPlace = digests["in-place"];

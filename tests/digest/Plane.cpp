@@ -32,6 +32,9 @@ void Planes(Digests& digests, Workload& work)
             tPlane<T> second(values);
             digests["construction"].Add(second, tPlane<Other>(plane));
             digests["comparison"].Add(plane == second, plane != second, plane == plane);
+            tPlane<Other> converted;
+            converted = plane;
+            digests["assigned"].Add(converted);
             second.SetOffset(direction.y);
             digests["changes"].Try([&] { return second.SetNormal(direction), second; });
             digests["changes"].Add(second, second.Set(direction, point.x));

@@ -1,5 +1,6 @@
 #include "TileDrawing.h"
 
+#include <bit>
 #include <cmath>
 #include <vector>
 
@@ -27,12 +28,26 @@ Vector2f GetCorner(Tuple2u const& pixel)
     return {static_cast<float>(pixel.x), static_cast<float>(pixel.y)};
 }
 
+/// A number whose bytes are everywhere those of a little-endian machine: what is hashed are raw bytes.
+constexpr unsigned InLittleEndian(unsigned number)
+{
+    if constexpr (std::endian::native == std::endian::little)
+        return number;
+    else
+        return number << 24 | (number & 0xFF00) << 8 | (number >> 8 & 0xFF00) | number >> 24;
+}
+
+/// The seed of a tile's random numbers: odd, because one whose low 15 bits are all 0 gives a poor sequence.
+unsigned GetSeed(Tile const& tile, unsigned seed)
+{
+    return Tuple3u(InLittleEndian(tile.place.x), InLittleEndian(tile.place.y), InLittleEndian(seed)).GetHash32() | 1;
+}
+
 /// The pixels of a tile that the window shows. All of the tile's numbers are drawn, so that those of a pixel depend on
 /// the seed and its place alone.
 std::vector<Pixel> GetPixels(Tile const& tile, Drawing const& drawing)
 {
-    // Odd, because a seed whose low 15 bits are all 0 gives a poor sequence.
-    RNGenerator random(Tuple3u(tile.place.x, tile.place.y, drawing.options.seed).GetHash32() | 1);
+    RNGenerator random(GetSeed(tile, drawing.options.seed));
     std::vector<Pixel> pixels;
     for (unsigned i = 0; i < Tile::PIXEL_COUNT; ++i)
     {

@@ -10,13 +10,13 @@
 ///     std::unordered_map<Vector3f, unsigned int, BitHash, BitEqual> indexOfVertex;
 ///     std::map<Matrix4f, Mesh, BitLess> meshes;
 
-#include <bit>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
 #include "bv/maths/detail/Elements.h"
+#include "bv/maths/detail/Number.h"
 
 namespace bv::maths
 {
@@ -28,7 +28,7 @@ namespace detail
 template <typename T>
 [[nodiscard, gnu::always_inline]] constexpr auto BitsOf(T number) noexcept
 {
-    return std::bit_cast<std::conditional_t<sizeof(T) == 8, std::uint64_t, std::uint32_t>>(number);
+    return BitsAs<std::conditional_t<sizeof(T) == 8, std::uint64_t, std::uint32_t>>(number);
 }
 
 /// An integer that is in the order of integers where the number is in the total order of IEEE 754.

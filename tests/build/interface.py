@@ -63,11 +63,11 @@ def split(text, separator):
     return [piece.strip() for piece in [*pieces, text[start:]] if piece.strip()]
 
 
-def declarations():
-    """What the headers declare, but for deleted functions and those in namespaces `detail`."""
-    source = TOP / "include" / "BvBaseUtils.h"
+def declarations(*headers):
+    """What the header of all, and others beside it, declare, but for deleted functions and those in namespaces `detail`."""
+    source = "\n".join(f'#include "{header}"' for header in ("BvBaseUtils.h", *headers))
     options = ["-x", "c++", "-std=c++20", f"-I{TOP}/include", *(["-mavx"] if platform.machine() == "x86_64" else [])]
-    unit = cindex.Index.create().parse(str(source), args=options)
+    unit = cindex.Index.create().parse("headers.cpp", args=options, unsaved_files=[("headers.cpp", source)])
     errors = [str(d) for d in unit.diagnostics if d.severity >= cindex.Diagnostic.Error]
     if errors:
         raise SystemExit("\n".join(errors))

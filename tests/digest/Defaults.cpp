@@ -17,7 +17,7 @@ namespace digest
 namespace
 {
 
-/// What objects are before anything is said of them; made at run time, by the library.
+/// What objects are before anything is said of them; made at run time, where the compiler does not know them.
 template <typename T>
 void Defaults(Digests& digests, Workload& work)
 {
@@ -33,9 +33,7 @@ void Defaults(Digests& digests, Workload& work)
     digests["rays"].Add(sheared->GetAxis(0), sheared->GetAxis(1), sheared->GetAxis(2), sheared->GetStart(),
                         sheared->GetShear());
     digests["differentials"].Add(tDifferential2<T>(), tDifferential3<T>());
-    auto const frustum = std::make_unique<tFrustum<T>>();
-    digests["frustum"].Add(frustum->GetLeftPlane(), frustum->GetRightPlane(), frustum->GetBottomPlane(),
-                           frustum->GetTopPlane(), frustum->GetNearPlane(), frustum->GetFarPlane());
+    digests["frustum"].Add(*std::make_unique<tFrustum<T>>());
     auto const map = std::make_unique<tPreparedTransform<T>>();
     for (int i = 0; i < 10; ++i)
     {

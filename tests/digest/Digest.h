@@ -19,6 +19,7 @@
 #include <bv/maths/tAreaDisc.h>
 #include <bv/maths/tDifferential2.h>
 #include <bv/maths/tDifferential3.h>
+#include <bv/maths/tFrustum.h>
 #include <bv/maths/tMatrix4.h>
 #include <bv/maths/tPlane.h>
 #include <bv/maths/tTuple2.h>
@@ -120,6 +121,12 @@ public:
     void Add(tPlane<T> const& plane)
     {
         Add(plane.GetNormal(), plane.GetOffset());
+    }
+    template <typename T>
+    void Add(tFrustum<T> const& frustum)
+    {
+        Add(frustum.GetLeftPlane(), frustum.GetRightPlane(), frustum.GetBottomPlane(), frustum.GetTopPlane(),
+            frustum.GetNearPlane(), frustum.GetFarPlane());
     }
     template <typename T>
     void Add(tDifferential2<T> const& differential)

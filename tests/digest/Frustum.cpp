@@ -41,12 +41,10 @@ void Frusta(Digests& digests, Workload& work)
                     frustum = Frustum(matrix);
                     return true;
                 });
-            digests["planes"].Add(frustum.GetLeftPlane(), frustum.GetRightPlane(), frustum.GetBottomPlane(),
-                                  frustum.GetTopPlane(), frustum.GetNearPlane(), frustum.GetFarPlane());
+            digests["planes"].Add(frustum);
             Frustum const byPlanes(frustum.GetFarPlane(), frustum.GetLeftPlane(), frustum.GetTopPlane(),
                                    frustum.GetNearPlane(), frustum.GetRightPlane(), frustum.GetBottomPlane());
-            digests["by-planes"].Add(byPlanes.GetLeftPlane(), byPlanes.GetRightPlane(), byPlanes.GetBottomPlane(),
-                                     byPlanes.GetTopPlane(), byPlanes.GetNearPlane(), byPlanes.GetFarPlane());
+            digests["by-planes"].Add(byPlanes);
             for (unsigned int corner = 0; corner < 8; ++corner)
                 digests["single-corners"].Add(GetCorner(frustum, corner));
             for (std::uint32_t edge = 0; edge < 6; ++edge)

@@ -52,11 +52,7 @@ void Readings(Digests& digests, Workload& work)
     {
         T numbers[16];
         for (T& number : numbers)
-        {
-            number = work.Number<T>(8);
-            if (number != number) // the text of a NaN may have a sign
-                number = T{7};
-        }
+            number = work.Ordered<T>(8);
         ReadVariants(digests["tuples"], work, tTuple3<T>(numbers[0], numbers[1], numbers[2]));
         ReadVariants(digests["vectors"], work, tVector2<T>(numbers[3], numbers[4]));
         ReadVariants(digests["vectors"], work, tVector3<T>(numbers[5], numbers[6], numbers[7]));

@@ -37,6 +37,7 @@ void RunBatches();
 void RunNoise();
 void RunGenerators();
 void RunHashes();
+void RunBits();
 void RunTexts();
 void RunDefaults();
 void RunStreams();

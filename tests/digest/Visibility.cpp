@@ -25,8 +25,7 @@ tMatrix4<T> View(Workload& work, unsigned int rarity)
 template <typename T>
 void AddView(Digests& digests, tFrustum<T> const& view)
 {
-    digests["planes"].Add(view.GetLeftPlane(), view.GetRightPlane(), view.GetBottomPlane(), view.GetTopPlane(),
-                          view.GetNearPlane(), view.GetFarPlane());
+    digests["planes"].Add(view);
     tVector3<T> corners[8];
     GetCorners(view, corners);
     for (tVector3<T> const& corner : corners)

@@ -106,6 +106,13 @@ public:
             return Wide<T>();
         return Usual<T>();
     }
+    /// The same, but no NaN, whose bits, and whether its text has a sign, are no promise.
+    template <typename T>
+    [[nodiscard]] T Ordered(unsigned int rarity) noexcept
+    {
+        T const number = Number<T>(rarity);
+        return number == number ? number : T{7};
+    }
     /// A neighbour of a value, within a hundred steps or within some tolerances of it.
     template <typename T>
     [[nodiscard]] T Near(T value) noexcept

@@ -39,6 +39,7 @@ int main()
     digest::RunNoise();
     digest::RunGenerators();
     digest::RunHashes();
+    digest::RunBits();
     digest::RunTexts();
     digest::RunDefaults();
     digest::RunStreams();

@@ -557,6 +557,11 @@ class DigestTest(unittest.TestCase):
             subprocess.run([sys.executable, script, "--write", program, record], check=True)
             with open(record, encoding="utf-8") as file:
                 self.assertEqual(file.read(), "# head\n# of two lines\nnoise 1a\nvectors 00ff\n")
+            with open(record, "a", encoding="utf-8") as file:
+                file.write("wide.float 3\n")
+            subprocess.run([sys.executable, script, "--write", "--without=wide", program, record], check=True)
+            with open(record, encoding="utf-8") as file:
+                self.assertEqual(file.read(), "# head\n# of two lines\nnoise 1a\nvectors 00ff\nwide.float 3\n")
 
 
 class MachineTest(unittest.TestCase):

@@ -1,4 +1,6 @@
 #include <cmath>
+#include <cstddef>
+#include <limits>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -77,6 +79,39 @@ TYPED_TEST(Matrix4BuildersTest, RotationsHoldSinesAndCosinesInTheirPlaces)
         ExpectMatrix<TypeParam>(M::RotateX(angle), {1, 0, 0, 0, 0, c, -s, 0, 0, s, c, 0, 0, 0, 0, 1}, ORTHONORMAL);
         ExpectMatrix<TypeParam>(M::RotateY(angle), {c, 0, s, 0, 0, 1, 0, 0, -s, 0, c, 0, 0, 0, 0, 1}, ORTHONORMAL);
         ExpectMatrix<TypeParam>(M::RotateZ(angle), {c, -s, 0, 0, s, c, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, ORTHONORMAL);
+    }
+}
+
+/// The elements of a rotation, each within so many steps of the true value.
+template <typename T>
+void ExpectWithinSteps(tMatrix4<T> const& matrix, double const (&turned)[9], T steps)
+{
+    for (std::size_t row = 0; row < 3; ++row)
+        for (std::size_t column = 0; column < 3; ++column)
+        {
+            double const expected = turned[3 * row + column];
+            double const bound = static_cast<double>(steps * std::numeric_limits<T>::epsilon());
+            EXPECT_NEAR(static_cast<double>(matrix[4 * row + column]), expected, bound * std::abs(expected))
+                << row << ", " << column;
+        }
+}
+
+// The C library rounds its sines and cosines as it likes. The true ones are worked out to 40 digits.
+TYPED_TEST(Matrix4BuildersTest, RotationsAreWithinAStepOfTheTrueOnes)
+{
+    using M = tMatrix4<TypeParam>;
+    constexpr double TRUE_VALUES[][3] = {{0.5, 0.4794255386042030002733, 0.8775825618903727161163},
+                                         {1, 0.8414709848078965066525, 0.5403023058681397174009},
+                                         {2.5, 0.5984721441039564940519, -0.8011436155469337148335},
+                                         {-3, -0.1411200080598672221007, -0.9899924966004454572716},
+                                         {100, -0.5063656411097587936566, 0.8623188722876839341019},
+                                         {0x1p-10, 0.0009765623447795782989, 0.9999995231628796924864}};
+    for (auto const& [value, s, c] : TRUE_VALUES)
+    {
+        auto const angle = static_cast<TypeParam>(value);
+        ExpectWithinSteps<TypeParam>(M::RotateX(angle), {1, 0, 0, 0, c, -s, 0, s, c}, 1);
+        ExpectWithinSteps<TypeParam>(M::RotateY(angle), {c, 0, s, 0, 1, 0, -s, 0, c}, 1);
+        ExpectWithinSteps<TypeParam>(M::RotateZ(angle), {c, -s, 0, s, c, 0, 0, 0, 1}, 1);
     }
 }
 
@@ -199,6 +234,15 @@ TYPED_TEST(Matrix4BuildersTest, RotationAboutALineIsTheFormulaOfRodrigues)
         m[11] = pz - ((m[8] * px + m[9] * py) + m[10] * pz);
         ExpectMatrix(tMatrix4<TypeParam>::RotateAxis({px, py, pz}, {dx, dy, dz}, angle), m, ORTHONORMAL);
     }
+}
+
+TYPED_TEST(Matrix4BuildersTest, RotationAboutALineIsWithinAFewStepsOfTheTrueOne)
+{
+    ExpectWithinSteps<TypeParam>(tMatrix4<TypeParam>::RotateAxis({}, {3, -4, 12}, 1),
+                                 {0.5647832481591855313, -0.8093837039030424759, -0.1609903800074772081,
+                                  0.7441011911269203056, 0.5838239810522211643, -0.3247506374309896883,
+                                  0.3568379183358437191, 0.06362058632650100707, 0.9319973825248727393},
+                                 8);
 }
 
 TYPED_TEST(Matrix4BuildersTest, RotationAboutALineLeavesAPositiveZeroWhereItDoesNotShift)

@@ -230,7 +230,7 @@ class Arguments(CommandTest):
         self.assertEqual((code, errors), (0, ""))
         self.assertEqual([line.split()[:2] for line in output.splitlines()],
                          [[name, "passes"] for name in ("analysis", "abi", "interface", "coverage", "sanitizers", "users",
-                                                        "conformance")])
+                                                        "conformance", "total")])
         self.assertIn("python3 -B tests/build/coverage.py", self.noted())
         for preset in ("sanitize", "tsan"):
             self.assertIn(f"ctest --preset {preset}", self.noted())
@@ -243,7 +243,8 @@ class Arguments(CommandTest):
         self.assertEqual((code, errors), (0, ""))
         self.assertRegex(output, "^users         passes  0:0.  8 tests pass; skipped: Loops.With_AVX-512\n"
                                  "sanitizers    passes  0:0.  8 tests pass, 8 tests pass; "
-                                 "skipped: Loops.With_AVX-512 Loops.With_AVX-512\n$")
+                                 "skipped: Loops.With_AVX-512 Loops.With_AVX-512\n"
+                                 "total         passes  0:0.\n$")
 
     def test_the_long_checks_are_made_on_demand(self):
         self.stub("ccache")
@@ -254,7 +255,7 @@ class Arguments(CommandTest):
             (folder / name).chmod(0o755)
         code, output, errors = self.run_command("tools/check", "--long")
         self.assertEqual((code, errors), (0, ""))
-        self.assertEqual([line.split()[:2] for line in output.splitlines()], [["exhaustive", "passes"], ["fuzz", "passes"]])
+        self.assertEqual([line.split()[:2] for line in output.splitlines()], [["exhaustive", "passes"], ["fuzz", "passes"], ["total", "passes"]])
         self.assertIn("ctest --preset release -C exhaustive -L exhaustive --verbose", self.noted())
 
     def test_a_finding_is_told_and_the_other_targets_run(self):
@@ -276,7 +277,7 @@ class Arguments(CommandTest):
         code, output, errors = self.run_command("tools/check", "--everywhere")
         self.assertEqual((code, errors), (0, ""))
         presets = json.loads((ROOT / "CMakePresets.json").read_text(encoding="utf-8"))["buildPresets"]
-        self.assertEqual(sorted(line.split()[0] for line in output.splitlines()),
+        self.assertEqual(sorted(line.split()[0] for line in output.splitlines()[:-1]),
                          sorted(preset["name"] for preset in presets
                                 if preset["name"] not in ("sanitize", "tsan")))
         self.assertIn("ctest --preset aarch64", self.noted())
@@ -286,7 +287,8 @@ class Arguments(CommandTest):
         self.stub("python3", "#!{bash}\n[ $1 = -c ] || {{ echo 'a name is missing'; false; }}\n")
         code, output, errors = self.run_command("tools/check", "abi", "users")
         self.assertEqual(code, 1)
-        self.assertRegex(output, "^abi           FAILS  0:0.  a name is missing\nusers         passes  0:0.  \n$")
+        self.assertRegex(output, "^abi           FAILS  0:0.  a name is missing\nusers         passes  0:0.  \n"
+                                 "total         FAILS  0:0.\n$")
         self.assertEqual(errors, "a name is missing\n"
                          "tools/check: abi failed; all that was printed stands in build/check\n")
 

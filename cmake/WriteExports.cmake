@@ -8,7 +8,7 @@ string(REGEX MATCHALL "\n_Z(TI|TS|TV|)(NK?2bv|lsI[^ \n]*N2bv)[^ \n]* [DRT] " sym
 # The sources' own helpers, each with the length of its name in front, as compilers write it.
 set(core 9EmptyText 9Exception13ExceptionImpl 6String10StringImpl 10conversion)
 set(maths 5batch 10KernelSets 12FunctionName 12NOISE_TABLES 4Join 7ReadRaw 9ReadApart 9SetPlanes 6TextOf 4Turn
-  6TurnBy 8WriteRaw "[0-9]+[A-Z][a-z0-9]+Kernels")
+  22RaiseInvalidViewMatrix 6TurnBy 8WriteRaw "[0-9]+[A-Z][a-z0-9]+Kernels")
 list(JOIN core "|" core)
 list(JOIN maths "|" maths)
 list(FILTER symbols EXCLUDE REGEX "_ZNK?2bv(${core}|5maths(${maths}))")

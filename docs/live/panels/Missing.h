@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// What the standard library of emscripten lacks and the ray tracer uses. Its sources are compiled with this in front.
+/// What version 14 of LLVM's standard library, and emscripten's, lack and the ray tracer uses. Its sources are compiled
+/// with this in front.
 
 #include <algorithm>
 #include <charconv>

@@ -73,10 +73,12 @@ def write(without, program, record, *emulator):
     output = output_of(program, *emulator)
     with open(record, encoding="utf-8") as file:
         lines = file.readlines()
-    kept = [line for line in lines if line.startswith("#")]
-    rest = [line for line in lines if not line.startswith("#") and is_among(line.split(" ")[0], without)]
+    head = [line for line in lines if line.startswith("#")]
+    written = parse(output)
+    kept = [f"{name} {value}\n" for name, value in parse("".join(lines)).items()
+            if is_among(name, without) and name not in written]
     with open(record, "w", encoding="utf-8") as file:
-        file.writelines([*kept, output, *rest])
+        file.writelines([*head, output, *kept])
 
 
 def check(without, program, record, *emulator):

@@ -82,7 +82,7 @@ TYPED_TEST(Matrix4BuildersTest, RotationsHoldSinesAndCosinesInTheirPlaces)
     }
 }
 
-/// The elements of a rotation, each within so many steps of the true value.
+/// The elements of a rotation, each within so many epsilons of the true value, relative to it.
 template <typename T>
 void ExpectWithinSteps(tMatrix4<T> const& matrix, double const (&turned)[9], T steps)
 {
@@ -236,6 +236,7 @@ TYPED_TEST(Matrix4BuildersTest, RotationAboutALineIsTheFormulaOfRodrigues)
     }
 }
 
+// Where the two products of an element have opposite signs, their rounding is several times that of their sum.
 TYPED_TEST(Matrix4BuildersTest, RotationAboutALineIsWithinAFewStepsOfTheTrueOne)
 {
     ExpectWithinSteps<TypeParam>(tMatrix4<TypeParam>::RotateAxis({}, {3, -4, 12}, 1),

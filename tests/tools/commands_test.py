@@ -255,7 +255,8 @@ class Arguments(CommandTest):
             (folder / name).chmod(0o755)
         code, output, errors = self.run_command("tools/check", "--long")
         self.assertEqual((code, errors), (0, ""))
-        self.assertEqual([line.split()[:2] for line in output.splitlines()], [["exhaustive", "passes"], ["fuzz", "passes"], ["total", "passes"]])
+        self.assertEqual([line.split()[:2] for line in output.splitlines()], [["exhaustive", "passes"], ["fuzz", "passes"],
+                                                                          ["total", "passes"]])
         self.assertIn("ctest --preset release -C exhaustive -L exhaustive --verbose", self.noted())
 
     def test_a_finding_is_told_and_the_other_targets_run(self):

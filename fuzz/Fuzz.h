@@ -9,8 +9,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <sstream>
+#include <ostream>
+#include <streambuf>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
@@ -184,16 +186,34 @@ bool IsFinite(maths::tVector3<T> const& v)
     return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
 }
 
+/// Memory that streams write to and read from. It allocates nothing, which would take most of the time.
+class Memory : public std::streambuf
+{
+    char bytes[1024];
+
+public:
+    /// Forgets what was written.
+    void Clear() { setp(bytes, bytes + sizeof(bytes)); }
+    [[nodiscard]] std::string_view Written() const { return {pbase(), pptr()}; }
+    /// What is to be read, which must outlive the reading.
+    void Give(std::string const& text)
+    {
+        char* const begin = const_cast<char*>(text.data()); // nothing is put back
+        setg(begin, begin, begin + text.size());
+    }
+};
+
 /// The bytes that the value writes to a stream. All are written to one stream, since to make one takes longer than all
 /// else that is done with a value.
 template <typename Value>
 std::string BytesOf(Value const& value)
 {
-    static std::ostringstream stream;
-    stream.str({});
+    static Memory memory;
+    static std::ostream stream(&memory);
+    memory.Clear();
     value.Serialise(stream);
-    Require(stream.good(), "a string takes all bytes");
-    return stream.str();
+    Require(stream.good(), "memory takes all bytes");
+    return std::string(memory.Written());
 }
 
 } // namespace bv::fuzz

@@ -109,7 +109,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     Input input(data, size);
     std::array<Percentage, 4> values;
     std::array<Model, 4> models;
-    while (!input.IsUsedUp())
+    // Numbers have overflown long before as many operations are done.
+    for (unsigned left = 20; left > 0 && !input.IsUsedUp(); --left)
     {
         unsigned const operation = input.Below(6);
         unsigned const to = input.Below(4);

@@ -710,6 +710,8 @@ std::vector<tRay<T>> RaysOfAllKinds(std::mt19937& generator, std::size_t count)
             if (generator() % 5 == 0)
                 direction[axis] = generator() % 2 == 0 ? T{0} : TOLERANCE<T>;
         rays.emplace_back(RandomPoints<T>(generator, 1, -40, 40)[0], direction.Normalised());
+        if (i % 5 == 4) // on the border between along an axis and not
+            rays.back().direction[generator() % 3] = TOLERANCE<T>;
         if (i % 7 == 6)
             rays.back().direction = special[generator() % special.size()];
         if (i % 13 == 12)

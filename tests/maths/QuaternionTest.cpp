@@ -679,6 +679,22 @@ TYPED_TEST(QuaternionTest, ExponentialUndoesTheLogarithm)
     EXPECT_TRUE(IsAllNaN(Pow(Q(QUIET_NAN<T>, 1, 1, 1), T{2})));
 }
 
+TYPED_TEST(QuaternionTest, LogarithmsAndPowersAreOfAnyLength)
+{
+    using T = TypeParam;
+    using Q = tQuaternion<T>;
+    // Powers of two whose squares underflow and overflow.
+    int const down = sizeof(T) == sizeof(float) ? -90 : -700, up = -down;
+    T const small = std::ldexp(T{1}, down), large = std::ldexp(T{1}, up);
+    // A sine and an arc tangent so small are the angle.
+    ExpectNumbers(Log(Q(0, small, 0, 1)), Q(0, small, 0, 0));
+    ExpectNumbers(Pow(Q(0, small, 0, 1), 2), Q(0, 2 * small, 0, 1));
+    ExpectNear(Log(Q(0, 0, large, 0)), Q(0, 0, PI<T> / 2, static_cast<T>(up * std::log(2.0))), 4, up);
+    T const root = std::ldexp(T{1}, up / 2), diagonal = std::sqrt(T(0.5));
+    ExpectNear(Pow(Q(0, 0, large, 0), T(0.5)) / root, Q(0, 0, diagonal, diagonal), 4);
+    ExpectNear(Log(Q(small, 0, 0, small)), Q(PI<T> / 4, 0, 0, static_cast<T>((down + 0.5) * std::log(2.0))), 4, up);
+}
+
 TYPED_TEST(QuaternionTest, EqualityIsTolerantAndKnowsSigns)
 {
     using T = TypeParam;

@@ -8,7 +8,7 @@ linked anew, in a folder of build/mutate, where two are at work side by side. A 
 that shows it soonest, and for all others that include the header only where no test has seen it by then.
 
 A change survives if no test fails or takes too long. What changes nothing stands in survivors.txt beside this script, with
-the reason, and is not tried; the exit code is 1 where others survive.
+the reason; the exit code is 1 where others survive.
 """
 import collections
 import concurrent.futures
@@ -76,6 +76,10 @@ compile and change something.
 | unit | tried | of | do not compile | same code | seen by tests | by the record | change nothing | survive | share seen |
 |---|--:|--:|--:|--:|--:|--:|--:|--:|--:|
 """
+
+class Unused(Exception):
+    """A unit that nothing uses, so that nothing can see its changes."""
+
 
 Change = collections.namedtuple("Change", "start end new shown line")
 
@@ -264,6 +268,14 @@ def confine(seconds):
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
 
+def kind_of(cursor):
+    """What a part of the source is; None where the bindings of the library have no name for it."""
+    try:
+        return cursor.kind
+    except ValueError:
+        return None
+
+
 def changes(tree, unit, objects):
     """The text of a unit, and what to change in it."""
     path = TOP / unit
@@ -287,7 +299,7 @@ def changes(tree, unit, objects):
     def look_at(cursor, children, function):
         start, end = cursor.extent.start.offset, cursor.extent.end.offset
         text = source[start:end]
-        kind = cursor.kind
+        kind = kind_of(cursor)
         if kind in (CursorKind.BINARY_OPERATOR, CursorKind.COMPOUND_ASSIGNMENT_OPERATOR, CursorKind.CALL_EXPR):
             if len(children) >= 2:
                 begin = children[0].extent.end.offset
@@ -312,7 +324,7 @@ def changes(tree, unit, objects):
             inner = children[0].extent
             if source[inner.start.offset:inner.end.offset] not in (b"{}", b"*this"):
                 add(function, inner.start.offset, inner.end.offset, b"{}")
-        if kind in CONDITIONAL and children and children[0].kind.is_expression():
+        if kind in CONDITIONAL and children and (first := kind_of(children[0])) and first.is_expression():
             inner = children[0].extent
             condition = source[inner.start.offset:inner.end.offset]
             add(function, inner.start.offset, inner.end.offset, b"!(" + condition + b")")
@@ -321,9 +333,10 @@ def changes(tree, unit, objects):
         for child in cursor.get_children():
             if child.location.file and pathlib.Path(child.location.file.name).resolve() != path:
                 continue
-            if child.kind != CursorKind.STATIC_ASSERT:
+            kind = kind_of(child)
+            if kind != CursorKind.STATIC_ASSERT:
                 look_at(child, list(child.get_children()), function)
-                walk(child, re.sub(r"^(?!operator)(\w+)<.*", r"\1", child.spelling) if child.kind in FUNCTIONS else function)
+                walk(child, re.sub(r"^(?!operator)(\w+)<.*", r"\1", child.spelling) if kind in FUNCTIONS else function)
 
     walk(parsed.cursor, "")
     return source, [found[key] for key in sorted(found) if 0 <= key[0] <= key[1] <= len(source)]
@@ -345,7 +358,7 @@ class Trial:
         self.tests = {program: [path for path in touched if path in tree.objects[program]] for program in tree.programs}
         programs = tree.users(self.library) | {program for program, objects in self.tests.items() if objects}
         if not programs or not touched:
-            raise SystemExit(f"{unit}: no test uses it")
+            raise Unused(f"{unit}: no test uses it")
         self.seen = dict.fromkeys(self.one_of_each(programs), 0)
         defined = tree.symbols[self.library[0]]["D"] if self.library else set()
         self.calls = {program: len(tree.called[program] & defined) for program in programs}
@@ -465,15 +478,16 @@ def try_unit(tree, unit, limit, again):
     unseen = [(line, reason) for line, reason in lines if reason] if again else []
 
     def attempt(change):
-        if change.shown in known:
-            return "nothing", change
         worker = workers.get()
         try:
             how = trial.outcome(worker, source[:change.start] + change.new + source[change.end:])
         finally:
             workers.put(worker)
-        if how == "survive":
-            print(f"{unit}:{change.line}: {change.shown}", flush=True)
+        if how != "survive":
+            return how, change
+        if change.shown in known: # which may be the same words as of another change, so that it is tried, too
+            return "nothing", change
+        print(f"{unit}:{change.line}: {change.shown}", flush=True)
         return how, change
 
     with concurrent.futures.ThreadPoolExecutor(WORKERS) as pool, tempfile.TemporaryDirectory(dir=WORK) as folder:
@@ -525,13 +539,20 @@ def main():
     limit = next((int(option.partition("=")[2]) for option in options if option.startswith("--limit=")), 0)
     tree = Tree()
     survivors = 0
+    complaints = []
     for unit in units:
-        counts, unseen = try_unit(tree, unit, limit, "--again" in options)
+        try:
+            counts, unseen = try_unit(tree, unit, limit, "--again" in options)
+        except Unused as error:
+            complaints.append(f"tools/mutate: {error}")
+            continue
         survivors += counts["survive"]
         if "--write" in options:
             write_report(read_report() | {unit: (counts, unseen)})
     if survivors:
-        raise SystemExit(f"tools/mutate: {survivors} changes survive")
+        complaints.append(f"tools/mutate: {survivors} changes survive")
+    if complaints:
+        raise SystemExit("\n".join(complaints))
 
 
 if __name__ == "__main__":

@@ -4,8 +4,8 @@ Usage: mutate.py [--limit=N] [--again] [--write] UNIT...     (tools/mutate runs 
 
 A unit is a source or a header of the library. What is changed: operators, comparisons, conditions, numbers and results. The
 tests come from build/release, built as ever. A change of a source costs a compilation of that source and a library that is
-linked anew, in a folder of build/mutate, where two are at work side by side. A change of a header costs that for the object
-that shows it soonest, and for all others that include the header only where no test has seen it by then.
+linked anew, in a folder of build/mutate, where two are at work side by side. A change of a header costs that for the header's
+own tests, for one other program after the other, and for all else that includes it only where no test has seen it by then.
 
 A change survives if no test fails or takes too long. What changes nothing stands in survivors.txt beside this script, with
 the reason; the exit code is 1 where others survive.
@@ -396,15 +396,19 @@ class Trial:
             return self.tree.times[program]
 
     def stages(self):
-        """What to compile, and which programs to build anew and run: first what is quick, then all there is."""
+        """What to compile, and which programs to run then: the unit's own tests first, then what is quick, and then the
+        programs that hold the unit, one by one, before all else that does is compiled."""
+        holders = [program for program in self.order() if self.tests[program]]
+        own = [program for program in holders if self.stem in pathlib.Path(program).name][:1]
+        for program in own:
+            yield self.library[:1] + self.tests[program], [program]
         if self.library:
             yield self.library[:1], [program for program in self.order() if not self.tests[program]]
-        else:
-            first = self.order()[0]
-            yield self.tests[first], [first]
-        rest = self.library[1:] + sorted({path for objects in self.tests.values() for path in objects})
-        if rest:
-            yield rest, self.order()
+        for program in holders:
+            if program not in own:
+                yield self.tests[program], [program]
+        if self.library[1:]:
+            yield self.library[1:], self.order()
 
     def outcome(self, worker, text):
         """What became of a change: invalid, same, seen, record or survive."""

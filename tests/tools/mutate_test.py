@@ -6,6 +6,7 @@ import pathlib
 import tempfile
 import types
 import unittest
+import unittest.mock
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 SPEC = importlib.util.spec_from_file_location("mutate", ROOT / "tests" / "mutation" / "mutate.py")
@@ -74,6 +75,41 @@ class MutateTest(unittest.TestCase):
         mutate.SURVIVORS.write_text("core/A.cpp\n  F: 1 => 2\n", encoding="utf-8")
         with self.assertRaises(SystemExit):
             mutate.reasons("core/A.cpp")
+
+    def test_the_own_tests_of_a_header_come_before_what_else_holds_it(self):
+        trial = object.__new__(mutate.Trial)
+        trial.stem, trial.library = "Unit", ["a.o", "b.o"]
+        trial.tests = {"tests/FarTest": [], "tests/OtherTest": ["o.o"], "tests/UnitTest": ["u.o"]}
+        trial.order = lambda: list(trial.tests)
+        self.assertEqual(list(trial.stages()),
+                         [(["a.o", "u.o"], ["tests/UnitTest"]), (["a.o"], ["tests/FarTest"]), (["o.o"], ["tests/OtherTest"]),
+                          (["b.o"], list(trial.tests))])
+        trial.library = []
+        self.assertEqual(list(trial.stages()), [(["u.o"], ["tests/UnitTest"]), (["o.o"], ["tests/OtherTest"])])
+
+    def test_a_unit_that_nothing_uses_does_not_end_the_run(self):
+        tried = []
+
+        def try_unit(_tree, unit, *_):
+            tried.append(unit)
+            if unit == "core/A.cpp":
+                raise mutate.Unused(f"{unit}: no test uses it")
+            return dict.fromkeys(mutate.COLUMNS, 1), []
+
+        with unittest.mock.patch.multiple(mutate, Tree=object, try_unit=try_unit), \
+                unittest.mock.patch.object(mutate.sys, "argv", ["mutate.py", "core/A.cpp", "core/B.cpp"]), \
+                self.assertRaises(SystemExit) as end:
+            mutate.main()
+        self.assertEqual(tried, ["core/A.cpp", "core/B.cpp"])
+        self.assertEqual(str(end.exception), "tools/mutate: core/A.cpp: no test uses it\ntools/mutate: 1 changes survive")
+
+    def test_a_kind_that_the_bindings_do_not_know_is_none(self):
+        class Unknown:
+            @property
+            def kind(self):
+                raise ValueError("Unknown template argument kind 280")
+
+        self.assertIsNone(mutate.kind_of(Unknown()))
 
     def test_every_reason_belongs_to_a_unit_that_is_there(self):
         for line in (ROOT / "tests" / "mutation" / "survivors.txt").read_text(encoding="utf-8").splitlines():

@@ -8,7 +8,7 @@ linked anew, in a folder of build/mutate, where two are at work side by side. A 
 own tests, for one other program after the other, and for all else that includes it only where no test has seen it by then.
 
 A change survives if no test fails or takes too long. What changes nothing stands in survivors.txt beside this script, with
-the reason; the exit code is 1 where others survive.
+the reason, and is not tried; the exit code is 1 where others survive.
 """
 import collections
 import concurrent.futures
@@ -339,7 +339,18 @@ def changes(tree, unit, objects):
                 walk(child, re.sub(r"^(?!operator)(\w+)<.*", r"\1", child.spelling) if kind in FUNCTIONS else function)
 
     walk(parsed.cursor, "")
-    return source, [found[key] for key in sorted(found) if 0 <= key[0] <= key[1] <= len(source)]
+    return source, numbered([found[key] for key in sorted(found) if 0 <= key[0] <= key[1] <= len(source)])
+
+
+def numbered(found):
+    """The changes, of which those that look like one before them say how many do."""
+    counts = collections.Counter()
+    result = []
+    for change in found:
+        counts[change.shown] += 1
+        number = counts[change.shown]
+        result.append(change if number == 1 else change._replace(shown=f"{change.shown} ({number})"))
+    return result
 
 
 class Trial:
@@ -482,16 +493,15 @@ def try_unit(tree, unit, limit, again):
     unseen = [(line, reason) for line, reason in lines if reason] if again else []
 
     def attempt(change):
+        if change.shown in known:
+            return "nothing", change
         worker = workers.get()
         try:
             how = trial.outcome(worker, source[:change.start] + change.new + source[change.end:])
         finally:
             workers.put(worker)
-        if how != "survive":
-            return how, change
-        if change.shown in known: # which may be the same words as of another change, so that it is tried, too
-            return "nothing", change
-        print(f"{unit}:{change.line}: {change.shown}", flush=True)
+        if how == "survive":
+            print(f"{unit}:{change.line}: {change.shown}", flush=True)
         return how, change
 
     with concurrent.futures.ThreadPoolExecutor(WORKERS) as pool, tempfile.TemporaryDirectory(dir=WORK) as folder:

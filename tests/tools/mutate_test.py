@@ -57,6 +57,10 @@ class MutateTest(unittest.TestCase):
         shown = {change.shown for change in found if change.line == 5}
         self.assertIn("Sum: int Sum(int a, int b) { return a + -b; } => int Sum(int a, int b) { return a - -b; }", shown)
 
+    def test_changes_that_look_alike_are_told_apart(self):
+        found = [mutate.Change(at, at, b"", shown, at) for at, shown in enumerate(("a", "b", "a", "a"))]
+        self.assertEqual([change.shown for change in mutate.numbered(found)], ["a", "b", "a (2)", "a (3)"])
+
     def test_the_report_keeps_the_units_that_are_not_tried(self):
         counts = dict(zip(mutate.COLUMNS, (10, 20, 1, 2, 3, 1, 1, 2)))
         lines = [("F: a + b => a - b", ""), ("F: a < b => a <= b", "Both are the same: a is never b.")]

@@ -109,7 +109,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     Input input(data, size);
     std::array<Percentage, 4> values;
     std::array<Model, 4> models;
-    // Numbers have overflown long before as many operations are done.
+    // Numbers overflow after fewer operations than these.
     for (unsigned left = 20; left > 0 && !input.IsUsedUp(); --left)
     {
         unsigned const operation = input.Below(6);

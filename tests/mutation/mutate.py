@@ -407,8 +407,8 @@ class Trial:
             return self.tree.times[program]
 
     def stages(self):
-        """What to compile, and which programs to run then: the unit's own tests first, then what is quick, and then the
-        programs that hold the unit, one by one, before all else that does is compiled."""
+        """What to compile, and which programs to run then: the unit's own tests first, then what needs no other object, then
+        the programs that hold the unit, one by one; the rest of the library comes last."""
         holders = [program for program in self.order() if self.tests[program]]
         own = [program for program in holders if self.stem in pathlib.Path(program).name][:1]
         for program in own:
@@ -434,9 +434,15 @@ class Trial:
                     return "seen" if path.startswith("tests/") and "static assertion failed" in error else "invalid"
                 if is_changed:
                     changed.add(path)
-            if changed and (how := self.seen_by(worker, changed, programs)):
+            if changed and (how := self.seen_by(worker, changed, self.reached(programs, changed))):
                 return how
         return "survive" if changed else "same"
+
+    def reached(self, programs, changed):
+        """Those of the programs that hold what has changed, or all of them where the library does."""
+        if changed & set(self.library):
+            return programs
+        return [program for program in programs if changed & set(self.tests[program])]
 
     def seen_by(self, worker, changed, programs):
         """How a test of these programs sees the change, or None."""

@@ -88,6 +88,9 @@ class MutateTest(unittest.TestCase):
         self.assertEqual(list(trial.stages()),
                          [(["a.o", "u.o"], ["tests/UnitTest"]), (["a.o"], ["tests/FarTest"]), (["o.o"], ["tests/OtherTest"]),
                           (["b.o"], list(trial.tests))])
+        everything = list(trial.tests)
+        self.assertEqual(trial.reached(everything, {"u.o"}), ["tests/UnitTest"])
+        self.assertEqual(trial.reached(everything, {"u.o", "b.o"}), everything)
         trial.library = []
         self.assertEqual(list(trial.stages()), [(["u.o"], ["tests/UnitTest"]), (["o.o"], ["tests/OtherTest"])])
 

@@ -1005,6 +1005,27 @@ TYPED_TEST(BatchFormsTest, NumbersAreComparedAsOneByOne)
     }
 }
 
+TYPED_TEST(BatchFormsTest, NumbersAtTheToleranceAndOfOppositeSignAreNotEqual)
+{
+    using T = TypeParam;
+    // The patterns of opposite signs are counted through 0: 2 and -0 are a quarter of all patterns apart.
+    T const pairs[][2] = {{TOLERANCE<T>, T{0}}, {T{0}, -TOLERANCE<T>}, {T{2}, -T{0}}, {-T{0}, T{2}},
+                          {-T{2}, T{0}},        {T{4}, -T{0}},         {T{2}, -T{2}}, {T{0}, -T{2}}};
+    for (std::size_t const length : Lengths())
+    {
+        std::vector<T> a(length);
+        std::vector<T> b(length);
+        for (std::size_t i = 0; i < length; ++i)
+        {
+            a[i] = pairs[i % std::size(pairs)][0];
+            b[i] = pairs[i % std::size(pairs)][1];
+        }
+        std::vector<std::uint64_t> bits(GetBitWords(length), 55);
+        EXPECT_EQ(CompareNumbers(a, b, bits), 0U);
+        EXPECT_EQ(bits, std::vector<std::uint64_t>(bits.size()));
+    }
+}
+
 TYPED_TEST(BatchFormsTest, ExtremesAreTheEndsOfAnIntervalThatGrows)
 {
     using T = TypeParam;

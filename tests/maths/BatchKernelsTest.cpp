@@ -16,10 +16,14 @@
 #include "bv/maths/tVector2.h"
 #include "bv/maths/tVolumeAABB.h"
 #include "support/BatchData.h"
+#include "support/Numbers.h"
 #include "support/SameBits.h"
 
 using namespace bv::maths;
 using bv::test::ExpectSameBits;
+using bv::test::INF;
+using bv::test::LARGEST;
+using bv::test::QUIET_NAN;
 using bv::test::RandomMatrix;
 using bv::test::RandomPoints;
 using bv::test::SpecialPoints;
@@ -452,6 +456,21 @@ TYPED_TEST(NoiseKernelsTest, EverySetHasTheBitsOfTheSingleForm)
         for (std::size_t count = 0; count <= 300; ++count)
             ExpectTurbulences<TypeParam>(loop, RandomPoints<float>(generator, count, -300, 300), 2);
         ExpectTurbulences<TypeParam>(loop, SpecialPoints<float>(), 10);
+    }
+}
+
+TYPED_TEST(NoiseKernelsTest, CoordinatesThatNoIntegerHoldsLeaveThoseBesideThemAlone)
+{
+    float const values[] = {0x1p31F, -0x1p31F, 1e20F, -LARGEST<float>, INF<float>, QUIET_NAN<float>};
+    std::mt19937 generator(7);
+    auto points = RandomPoints<float>(generator, COUNT, -300, 300);
+    for (std::size_t i = 0; i < points.size(); i += 3)
+        points[i][i % 9 / 3] = values[i / 3 % std::size(values)];
+    for (auto const& [name, loop] : Loops<TypeParam>())
+    {
+        SCOPED_TRACE(name);
+        for (unsigned int const octaves : {1U, 10U})
+            ExpectTurbulences<TypeParam>(loop, points, octaves);
     }
 }
 

@@ -4,8 +4,10 @@ Usage: mutate.py [--limit=N] [--again] [--write] UNIT...     (tools/mutate runs 
 
 A unit is a source or a header of the library. What is changed: operators, comparisons, conditions, numbers and results. The
 tests come from build/release, built as ever. A change of a source costs a compilation of that source and a library that is
-linked anew, in a folder of build/mutate, where two are at work side by side. A change of a header costs that for the header's
-own tests, for one other program after the other, and for all else that includes it only where no test has seen it by then.
+linked anew, in a folder of build/mutate, where two are at work side by side. The changes of all headers that are named are
+compiled together, each behind a switch of its own, in the library and in all tests that hold one of them; then each test is
+run for each of the changes that it comes by. Those that do not compile so, or that no test comes by, as they stand where only
+the compiler evaluates them, are tried like those of a source, in the header's own tests and a few other programs.
 
 A change survives if no test fails or takes too long. What changes nothing stands in survivors.txt beside this script, with
 the reason, and is not tried; the exit code is 1 where others survive.
@@ -29,6 +31,8 @@ import time
 
 from clang import cindex
 from clang.cindex import CursorKind
+
+import switches
 
 HERE = pathlib.Path(__file__).resolve().parent
 TOP = HERE.parent.parent
@@ -60,6 +64,14 @@ TOLD = {
 }
 SKIPPED = 77
 
+# How many programs are compiled for a change of a header that has no switch, besides its own tests.
+HOLDERS = 3
+
+# What sanitizers report, which run all tests, ends a program with switches, too: elements past an array, and values that
+# were never set, which hold a pattern instead.
+AS_SANITIZERS = ("-fsanitize=bounds", "-fsanitize-undefined-trap-on-error", "-D_GLIBCXX_ASSERTIONS",
+                 "-ftrivial-auto-var-init=pattern")
+
 # The loops that the library chooses on this processor are those that most tests run.
 FLAGS = pathlib.Path("/proc/cpuinfo").read_text(encoding="utf-8")
 CHOSEN = "Avx512" if "avx512vbmi" in FLAGS else "Avx2" if "avx2" in FLAGS else "Baseline"
@@ -81,7 +93,7 @@ class Unused(Exception):
     """A unit that nothing uses, so that nothing can see its changes."""
 
 
-Change = collections.namedtuple("Change", "start end new shown line")
+Change = collections.namedtuple("Change", "start end new shown line whole", defaults=[None])
 
 
 def ask(*command):
@@ -164,21 +176,20 @@ class Tree:
         return {program for program in self.programs if self.called[program] & names}
 
 
-class Worker:
-    """A folder with the sources, where one change at a time is compiled, linked and tried."""
+class Copy:
+    """A folder with the sources, where objects are compiled, linked and run that are not those of build/release."""
 
-    def __init__(self, folder, tree, unit):
-        self.tree, self.unit, self.folder = tree, unit, folder
+    def __init__(self, folder, tree):
+        self.tree, self.folder, self.options = tree, folder, ["-w"]
         for name in SOURCES:
             shutil.copytree(TOP / name, self.folder / name)
         for name in ("objects", "lib", "programs", "tmp"):
             (self.folder / name).mkdir()
-        self.source = (TOP / unit).read_bytes()
-        self.unchanged, self.heads = {}, {}
+        self.objects = self.folder / "objects"
 
     def place(self, path):
-        """Where the worker puts what belongs to a path of the build folder."""
-        return self.folder / "objects" / path.replace("/", "+")
+        """Where an object of the build folder lies here."""
+        return self.objects / path.replace("/", "+")
 
     def command(self, path):
         """What compiles an object here, but for the names of both files."""
@@ -189,7 +200,54 @@ class Worker:
             for name in SOURCES:
                 if f"{word}/".startswith(f"-I{TOP}/{name}/"):
                     words[i] = word.replace(str(TOP), str(self.folder))
-        return [*words, "-w"]
+        return [*words, *self.options]
+
+    def head(self, _path):
+        """What else is included before a source."""
+        return []
+
+    def compile(self, path):
+        """None if it compiles, else what the compiler says."""
+        source = self.folder / pathlib.Path(self.tree.source[path]).relative_to(TOP)
+        command = [*self.command(path), *self.head(path), "-o", self.place(path), "-c", source]
+        run = subprocess.run(command, cwd=BUILD, check=False, capture_output=True, text=True)
+        return None if run.returncode == 0 else run.stderr
+
+    def linked(self, target, output, changed):
+        """Whether a program or the library links with what has changed."""
+        words = [str(self.place(word)) if word in changed else word for word in self.tree.link[target]]
+        words[words.index("-o") + 1] = str(output)
+        return subprocess.run(words, cwd=BUILD, check=False, capture_output=True).returncode == 0
+
+    def run(self, program, path, seconds, library, **told):
+        """Whether a program of tests fails, or needs more processor time than so many seconds, and how much it needed."""
+        environment = os.environ | {"LD_LIBRARY_PATH": str(library), "TMPDIR": str(self.folder / "tmp")} | told
+        command = [path, "--gtest_brief=1", "--gtest_fail_fast"]
+        if program.endswith("/digest"):
+            command = [sys.executable, "-B", TOP / "tests/digest/digest.py", path, TOP / "tests/digest/record.txt"]
+        needed = 0
+        for more in TOLD.get(pathlib.Path(program).name, [{}]):
+            process = subprocess.Popen(command, cwd=self.folder / "tmp", env=environment | more, stdin=subprocess.DEVNULL,
+                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                       preexec_fn=lambda: confine(seconds))
+            end_it = threading.Timer(1800, process.kill)
+            end_it.start()
+            _, status, usage = os.wait4(process.pid, 0)
+            end_it.cancel()
+            process.returncode = os.waitstatus_to_exitcode(status)
+            needed += usage.ru_utime + usage.ru_stime
+            if process.returncode not in (0, SKIPPED):
+                return True, needed
+        return False, needed
+
+
+class Worker(Copy):
+    """A copy where one change of a unit at a time is tried."""
+
+    def __init__(self, folder, tree, unit):
+        super().__init__(folder, tree)
+        self.unit, self.source = unit, (TOP / unit).read_bytes()
+        self.unchanged, self.heads = {}, {}
 
     def head(self, path):
         """Compiles the headers that the source of a unit includes, once for all changes, and has them taken from there."""
@@ -209,13 +267,6 @@ class Worker:
                         self.heads[path] = [*near, "-include", folder / "head.h"]
         return self.heads[path]
 
-    def compile(self, path):
-        """None if it compiles, else what the compiler says."""
-        source = self.folder / pathlib.Path(self.tree.source[path]).relative_to(TOP)
-        command = [*self.command(path), *self.head(path), "-o", self.place(path), "-c", source]
-        run = subprocess.run(command, cwd=BUILD, check=False, capture_output=True, text=True)
-        return None if run.returncode == 0 else run.stderr
-
     def code(self, path):
         """The bytes of an object, where the change stands in it."""
         return self.place(path).read_bytes()
@@ -231,33 +282,6 @@ class Worker:
         unit.write_bytes(text)
         error = self.compile(path)
         return error is None and self.code(path) != self.unchanged[path], error
-
-    def linked(self, target, output, changed):
-        """Whether a program or the library links with what has changed."""
-        words = [str(self.place(word)) if word in changed else word for word in self.tree.link[target]]
-        words[words.index("-o") + 1] = str(output)
-        return subprocess.run(words, cwd=BUILD, check=False, capture_output=True).returncode == 0
-
-    def run(self, program, path, seconds, library):
-        """Whether a program of tests fails, or needs more processor time than so many seconds, and how much it needed."""
-        environment = os.environ | {"LD_LIBRARY_PATH": str(library), "TMPDIR": str(self.folder / "tmp")}
-        command = [path, "--gtest_brief=1", "--gtest_fail_fast"]
-        if program.endswith("/digest"):
-            command = [sys.executable, "-B", TOP / "tests/digest/digest.py", path, TOP / "tests/digest/record.txt"]
-        needed = 0
-        for told in TOLD.get(pathlib.Path(program).name, [{}]):
-            process = subprocess.Popen(command, cwd=self.folder / "tmp", env=environment | told, stdin=subprocess.DEVNULL,
-                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                       preexec_fn=lambda: confine(seconds))
-            end_it = threading.Timer(1800, process.kill)
-            end_it.start()
-            _, status, usage = os.wait4(process.pid, 0)
-            end_it.cancel()
-            process.returncode = os.waitstatus_to_exitcode(status)
-            needed += usage.ru_utime + usage.ru_stime
-            if process.returncode not in (0, SKIPPED):
-                return True, needed
-        return False, needed
 
 
 def confine(seconds):
@@ -289,12 +313,13 @@ def changes(tree, unit, objects):
         raise SystemExit("\n".join(errors[:5]))
     found = {}
 
-    def add(function, start, end, new):
+    def add(function, whole, start, end, new):
         begin, stop = source.rfind(b"\n", 0, start) + 1, source.find(b"\n", end)
         old = b" ".join(source[begin:stop].split()).decode()
         changed = b" ".join((source[begin:start] + new + source[end:stop]).split()).decode()
         where = f"{function}: " if function else ""
-        found[start, end, new] = Change(start, end, new, f"{where}{old} => {changed}", source.count(b"\n", 0, start) + 1)
+        line = source.count(b"\n", 0, start) + 1
+        found[start, end, new] = Change(start, end, new, f"{where}{old} => {changed}", line, whole)
 
     def look_at(cursor, children, function):
         start, end = cursor.extent.start.offset, cursor.extent.end.offset
@@ -307,27 +332,28 @@ def changes(tree, unit, objects):
                 operator = between.strip()
                 for other in OPERATORS.get(operator, ()):
                     at = begin + between.index(operator)
-                    add(function, at, at + len(operator), other)
+                    add(function, (start, end), at, at + len(operator), other)
         elif kind == CursorKind.UNARY_OPERATOR:
             for old, new in ((b"++", b"--"), (b"--", b"++")):
                 if text.startswith(old):
-                    add(function, start, start + 2, new)
+                    add(function, (start, end), start, start + 2, new)
                 elif text.endswith(old):
-                    add(function, end - 2, end, new)
+                    add(function, (start, end), end - 2, end, new)
             if text[:1] in (b"!", b"~") or (text[:1] == b"-" and text[:2] != b"--"):
-                add(function, start, start + 1, b"")
+                add(function, (start, end), start, start + 1, b"")
         elif kind in (CursorKind.INTEGER_LITERAL, CursorKind.FLOATING_LITERAL) and text[:1].isdigit():
-            add(function, start, end, b"(" + text + b" + 1)")
+            add(function, (start, end), start, end, b"(" + text + b" + 1)")
         elif kind == CursorKind.CXX_BOOL_LITERAL_EXPR and text in (b"true", b"false"):
-            add(function, start, end, b"false" if text == b"true" else b"true")
+            add(function, (start, end), start, end, b"false" if text == b"true" else b"true")
         elif kind == CursorKind.RETURN_STMT and children:
             inner = children[0].extent
             if source[inner.start.offset:inner.end.offset] not in (b"{}", b"*this"):
-                add(function, inner.start.offset, inner.end.offset, b"{}")
+                add(function, (start, end), inner.start.offset, inner.end.offset, b"{}")
         if kind in CONDITIONAL and children and (first := kind_of(children[0])) and first.is_expression():
             inner = children[0].extent
             condition = source[inner.start.offset:inner.end.offset]
-            add(function, inner.start.offset, inner.end.offset, b"!(" + condition + b")")
+            inside = inner.start.offset, inner.end.offset
+            add(function, inside, *inside, b"!(" + condition + b")")
 
     def walk(cursor, function):
         for child in cursor.get_children():
@@ -408,17 +434,21 @@ class Trial:
 
     def stages(self):
         """What to compile, and which programs to run then: the unit's own tests first, then what needs no other object, then
-        the programs that hold the unit, one by one; the rest of the library comes last."""
+        the programs that hold the unit, one by one; the rest of the library comes last. A change of a header that gets here
+        is one for the compiler to evaluate: then some programs do, and what they do not see is listed, though another might.
+        """
+        is_header = self.unit.endswith(".h")
         holders = [program for program in self.order() if self.tests[program]]
+        if is_header:
+            holders.sort(key=lambda program: "ConstantEvaluation" not in program)
         own = [program for program in holders if self.stem in pathlib.Path(program).name][:1]
         for program in own:
             yield self.library[:1] + self.tests[program], [program]
         if self.library:
             yield self.library[:1], [program for program in self.order() if not self.tests[program]]
-        for program in holders:
-            if program not in own:
-                yield self.tests[program], [program]
-        if self.library[1:]:
+        for program in [program for program in holders if program not in own][:HOLDERS if is_header else None]:
+            yield self.tests[program], [program]
+        if self.library[1:] and not is_header:
             yield self.library[1:], self.order()
 
     def outcome(self, worker, text):
@@ -478,47 +508,218 @@ def reasons(unit):
     return found
 
 
-def try_unit(tree, unit, limit, again):
-    """The counts of a unit, and the lines of what no test sees."""
-    begin = time.monotonic()
-    trial = Trial(tree, unit)
-    source, found = changes(tree, unit, trial.parts)
-    counts = dict.fromkeys(COLUMNS, 0)
-    tried = found
-    if again:
-        counts, lines = read_report().get(unit, (counts, []))
-        left = {line for line, reason in lines if not reason}
-        tried = [change for change in found if change.shown in left]
-        counts["survive"] -= len(tried)
-    else:
-        if limit and len(tried) > limit:
-            tried = sorted(random.Random(unit).sample(tried, limit))
-        counts |= {"tried": len(tried), "found": len(found)}
-    workers = queue.SimpleQueue()
-    known = reasons(unit)
-    unseen = [(line, reason) for line, reason in lines if reason] if again else []
+class Unit:
+    """What is tried of a unit, and what became of it."""
 
-    def attempt(change):
-        if change.shown in known:
-            return "nothing", change
-        worker = workers.get()
-        try:
-            how = trial.outcome(worker, source[:change.start] + change.new + source[change.end:])
-        finally:
-            workers.put(worker)
+    def __init__(self, tree, unit, limit, again):
+        self.name, self.tree, self.begin = unit, tree, time.monotonic()
+        self.trial = Trial(tree, unit)
+        self.source, found = changes(tree, unit, self.trial.parts)
+        self.counts = dict.fromkeys(COLUMNS, 0)
+        self.unseen = []
+        known = reasons(unit)
+        tried = found
+        if again:
+            self.counts, lines = read_report().get(unit, (self.counts, []))
+            left = {line for line, reason in lines if not reason}
+            self.unseen = [(line, reason) for line, reason in lines if reason]
+            tried = [change for change in found if change.shown in left]
+            self.counts["survive"] -= len(tried)
+        else:
+            if limit and len(tried) > limit:
+                tried = sorted(random.Random(unit).sample(tried, limit))
+            self.counts |= {"tried": len(tried), "found": len(found)}
+        for change in tried:
+            if change.shown in known:
+                self.count("nothing", change, known[change.shown])
+        self.tried = [change for change in tried if change.shown not in known]
+
+    def count(self, how, change, reason=""):
+        """Notes what became of a change."""
+        self.counts[how] += 1
+        if how in ("survive", "nothing"):
+            self.unseen.append((change.shown, reason))
         if how == "survive":
-            print(f"{unit}:{change.line}: {change.shown}", flush=True)
-        return how, change
+            print(f"{self.name}:{change.line}: {change.shown}", flush=True)
 
-    with concurrent.futures.ThreadPoolExecutor(WORKERS) as pool, tempfile.TemporaryDirectory(dir=WORK) as folder:
+    def try_alone(self, tried):
+        """Tries changes of the unit one by one."""
+        workers = queue.SimpleQueue()
+
+        def attempt(change):
+            worker = workers.get()
+            try:
+                return self.trial.outcome(worker, self.source[:change.start] + change.new + self.source[change.end:])
+            finally:
+                workers.put(worker)
+
+        with concurrent.futures.ThreadPoolExecutor(WORKERS) as pool, tempfile.TemporaryDirectory(dir=WORK) as folder:
+            for number in range(WORKERS if tried else 0):
+                workers.put(Worker(pathlib.Path(folder) / str(number), self.tree, self.name))
+            for how, change in zip(pool.map(attempt, tried), tried):
+                self.count(how, change)
+
+    def print(self):
+        """The row of the report, and how long it took."""
+        print(f"{row(self.name, self.counts)}   {len(self.trial.seen)} programs, {time.monotonic() - self.begin:.0f} s",
+              flush=True)
+
+
+class Together:
+    """The changes of headers, each behind a switch, in the library and in all programs that hold one of the headers."""
+
+    def __init__(self, tree, units, folder):
+        self.tree, self.units, self.lock = tree, {unit.name: unit for unit in units}, threading.Lock()
+        self.changes = list(enumerate(((unit, change) for unit in units for change in unit.tried), 1))
+        self.dropped = {number for number, (unit, change) in self.changes if not self.fits(unit)}
+        (folder / "switches.h").write_text(switches.prelude(len(self.changes)), encoding="utf-8")
+        (folder / "objects").mkdir()
+        (folder / "lib").mkdir()
+        (folder / "programs").mkdir()
+        self.folder, self.copies = folder, queue.SimpleQueue()
         for number in range(WORKERS):
-            workers.put(Worker(pathlib.Path(folder) / str(number), tree, unit))
-        for how, change in pool.map(attempt, tried):
-            counts[how] += 1
-            if how in ("survive", "nothing"):
-                unseen.append((change.shown, known.get(change.shown, "")))
-    print(f"{row(unit, counts)}   {len(trial.seen)} programs, {time.monotonic() - begin:.0f} s", flush=True)
-    return counts, unseen
+            copy = Copy(folder / str(number), tree)
+            copy.objects, copy.texts = folder / "objects", {}
+            copy.options += ["-include", folder / "switches.h", "-fdiagnostics-column-unit=byte", *AS_SANITIZERS]
+            self.copies.put(copy)
+        touched = {path for path, files in tree.depends.items() if files & set(self.units)}
+        programs = {program for unit in units for program in unit.trial.seen}
+        self.programs = sorted(programs - variants(programs, tree))
+        self.needed = {path for path in touched
+                       if path in tree.objects[tree.library] or any(path in tree.objects[name] for name in self.programs)}
+        self.times, self.reached, self.failed = {}, {}, set()
+
+    @staticmethod
+    def fits(unit):
+        """Whether all that is changed in a unit can have its switch at once."""
+        return switches.is_nested([switches.Switch(0, change.whole, change.start, change.end, change.new)
+                                   for change in unit.tried])
+
+    def text(self, name):
+        """A unit with its switches, and the places that they are to blame for."""
+        return switches.switched(self.units[name].source, [
+            switches.Switch(number, change.whole, change.start, change.end, change.new)
+            for number, (unit, change) in self.changes if unit.name == name and number not in self.dropped])
+
+    def compile(self, path):
+        """Compiles an object, without the switches that do not compile."""
+        copy = self.copies.get()
+        try:
+            while True:
+                with self.lock:
+                    dropped = set(self.dropped)
+                    for name in self.units:
+                        text, spans = self.text(name)
+                        if copy.texts.get(name, (None, None))[0] != text:
+                            copy.texts[name] = text, spans
+                            (copy.folder / name).write_bytes(text)
+                error = copy.compile(path)
+                if error is None:
+                    return
+                blamed = self.blamed(copy, error) - dropped
+                if not blamed:
+                    print(f"{path} is left out, as it does not compile with switches: {error[-2000:]}", flush=True)
+                    with self.lock:
+                        self.failed.add(path)
+                    return
+                with self.lock:
+                    self.dropped |= blamed
+        finally:
+            self.copies.put(copy)
+
+    @staticmethod
+    def blamed(copy, error):
+        """The switches that what the compiler says is due to: those where an error is, else where it comes from, else those
+        nearest to it."""
+        ways = [(kind, blame) for blame in (switches.blamed, switches.nearest) for kind in ("error", r"\S")]
+        for kind, blame in ways:
+            found = set()
+            for file, line, column in re.findall(rf"^(\S[^:\n]*):(\d+):(\d+):\s+{kind}", error, re.MULTILINE):
+                name = os.path.relpath(os.path.join(BUILD, file), copy.folder)
+                if name in copy.texts:
+                    found |= set(blame(*copy.texts[name], int(line), int(column)))
+            if found:
+                break
+        return found
+
+    def path(self, program):
+        """Where a program is that holds switches, or one that does not."""
+        holds = any(path in self.needed for path in self.tree.objects[program])
+        return self.folder / "programs" / pathlib.Path(program).name if holds else BUILD / program
+
+    def build(self, pool):
+        """The library and the programs, with switches."""
+        list(pool.map(self.compile, sorted(self.needed, key=lambda path: -len(self.tree.depends[path]))))
+        self.programs = [name for name in self.programs if not self.failed & set(self.tree.objects[name])]
+        copy = self.copies.get()
+        for target in (self.tree.library, *self.programs):
+            output = self.folder / "lib" / f"{LIBRARY}.0" if target == self.tree.library else self.path(target)
+            if output.is_relative_to(self.folder) and not copy.linked(target, output, self.needed):
+                raise SystemExit(f"{target} does not link with switches")
+        self.copies.put(copy)
+
+    def run(self, program, seconds, **told):
+        """Whether a program fails with what it is told, and its time."""
+        copy = self.copies.get()
+        try:
+            return copy.run(program, self.path(program), seconds, self.folder / "lib", **told)
+        finally:
+            self.copies.put(copy)
+
+    def look(self, program):
+        """Finds out which switches a program comes by."""
+        path = self.folder / f"{pathlib.Path(program).name}.reached"
+        fails, self.times[program] = self.run(program, 600, BV_CHANGES_REACHED=str(path))
+        if fails:
+            print(f"{program} is left out, as it fails with switches that are off", flush=True)
+        else:
+            self.reached[program] = set(map(int, path.read_text(encoding="utf-8").split())) if path.exists() else set()
+
+    def outcome(self, number):
+        """What became of a change: seen, record or survive; alone where it has to be tried so."""
+        programs = [program for program, reached in self.reached.items() if number in reached]
+        if number in self.dropped or not programs:
+            return "alone"
+        for program in sorted(programs, key=lambda program: (program.endswith("/digest"), self.times[program])):
+            if self.run(program, int(2 + 3 * self.times[program]), BV_CHANGE=str(number))[0]:
+                return "record" if program.endswith("/digest") else "seen"
+        return "survive"
+
+    def run_all(self):
+        """Counts what became of each change, and gives back those to be tried alone, by unit."""
+        left = {name: [] for name in self.units}
+        with concurrent.futures.ThreadPoolExecutor(WORKERS) as pool:
+            self.build(pool)
+            print(f"{len(self.needed)} objects with {len(self.changes) - len(self.dropped)} changes", flush=True)
+            list(pool.map(self.look, self.programs))
+            numbers = [number for number, _ in self.changes]
+            for how, (_, (unit, change)) in zip(pool.map(self.outcome, numbers), self.changes):
+                if how == "alone":
+                    left[unit.name].append(change)
+                else:
+                    unit.count(how, change)
+        return left
+
+
+def variants(programs, tree):
+    """Of the programs that are one test compiled at several levels, all but the quickest."""
+    kept = {}
+    for program in sorted(programs, key=lambda program: (tree.times.get(program, 1), program)):
+        kept.setdefault(re.sub("_O[0-3]$", "", program), program)
+    return set(programs) - set(kept.values())
+
+
+def try_units(tree, units):
+    """Tries units, the headers among them together."""
+    headers = [unit for unit in units if unit.name.endswith(".h") and unit.tried]
+    left = {unit.name: unit.tried for unit in units}
+    if headers:
+        with tempfile.TemporaryDirectory(dir=WORK) as folder:
+            left |= Together(tree, headers, pathlib.Path(folder)).run_all()
+    for unit in units:
+        unit.try_alone(left[unit.name])
+        unit.print()
+        yield unit
 
 
 def row(unit, counts):
@@ -555,20 +756,21 @@ def write_report(found):
 
 def main():
     options = [argument for argument in sys.argv[1:] if argument.startswith("--")]
-    units = [argument for argument in sys.argv[1:] if not argument.startswith("--")]
+    names = [argument for argument in sys.argv[1:] if not argument.startswith("--")]
     limit = next((int(option.partition("=")[2]) for option in options if option.startswith("--limit=")), 0)
     tree = Tree()
-    survivors = 0
+    tried = []
     complaints = []
-    for unit in units:
+    for name in names:
         try:
-            counts, unseen = try_unit(tree, unit, limit, "--again" in options)
+            tried.append(Unit(tree, name, limit, "--again" in options))
         except Unused as error:
             complaints.append(f"tools/mutate: {error}")
-            continue
-        survivors += counts["survive"]
+    survivors = 0
+    for unit in try_units(tree, tried):
+        survivors += unit.counts["survive"]
         if "--write" in options:
-            write_report(read_report() | {unit: (counts, unseen)})
+            write_report(read_report() | {unit.name: (unit.counts, unit.unseen)})
     if survivors:
         complaints.append(f"tools/mutate: {survivors} changes survive")
     if complaints:

@@ -371,6 +371,22 @@ TYPED_TEST(DirectionTest, OrthonormaliseIsAsExactForVectorsThatNearlyAgree)
     ExpectNear(second, tVector3<T>(2, -1, -1) * (1 / std::sqrt(T{6})), T(0.05));
 }
 
+TYPED_TEST(DirectionTest, OrthonormaliseTakesTheLargestSquareOfAll)
+{
+    using T = TypeParam;
+    using V = tVector3<T>;
+    // 2^104 + (2^64 - 2^40)^2 is 2^128 - 2^104 when it is rounded, and 2^970 + 2^970 + (2^512 - 2^459)^2 is 2^1024 -
+    // 2^971.
+    V const longest = std::is_same_v<T, float> ? V(0, T(0x1p52), T(0x1p64 - 0x1p40))
+                                               : V(T(0x1p485), T(0x1p485), T(0x1p512 - 0x1p459));
+    ASSERT_EQ(longest.LengthSquared(), LARGEST<T>);
+    V first = longest;
+    V second(std::is_same_v<T, float> ? T(1) : T(-1), 1, 0);
+    ASSERT_TRUE(Orthonormalise(first, second));
+    EXPECT_NEAR(first.Length(), T(1), 4 * EPSILON<T>);
+    EXPECT_NEAR(first.Dot(second), T(0), 4 * EPSILON<T>);
+}
+
 TYPED_TEST(DirectionTest, OrthonormaliseLeavesAloneWhatSpansTooLittle)
 {
     using T = TypeParam;

@@ -248,6 +248,25 @@ TYPED_TEST(IntersectTest, AParameterThatOverflowsIsAMiss)
     EXPECT_EQ(t, 7);
 }
 
+TYPED_TEST(IntersectTest, TheLargestParameterOfAllIsAHit)
+{
+    using T = TypeParam;
+    T const step = T(0x1p-60);
+    T const far = LARGEST<T> * step;
+    T const side = T(0x1p-4);
+    tRay<T> const ray({0, 0, 0}, {0, 0, step});
+    Triangle<T> const triangle{{-side, -side, far}, {side, -side, far}, {0, side, far}};
+    tTriangleHit<T> hit{};
+    ASSERT_TRUE(IntersectTriangle(ray, triangle.a, triangle.b, triangle.c, T{0}, INF<T>, hit));
+    ExpectSameBits(hit.t, LARGEST<T>);
+    ASSERT_TRUE(IntersectTriangle(tWatertightRay<T>(ray), triangle.a, triangle.b, triangle.c, T{0}, INF<T>, hit));
+    ExpectSameBits(hit.t, LARGEST<T>);
+
+    T t = 0;
+    ASSERT_TRUE(IntersectPlane(ray, tPlane<T>({0, 0, 1}, -far), T{0}, INF<T>, t));
+    ExpectSameBits(t, LARGEST<T>);
+}
+
 TYPED_TEST(IntersectTest, ResultsMayBeNumbersOfTheArguments)
 {
     using T = TypeParam;

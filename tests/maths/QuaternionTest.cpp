@@ -496,6 +496,18 @@ TYPED_TEST(QuaternionTest, TurnsOneDirectionToAnother)
     }
 }
 
+// A third of a turn about (-1, -1, -1), where a.b is exactly -|a||b| / 2: the plain way, whose roundings, worked out
+// one by one, leave each number one step short of a half; the other way gives the half.
+TYPED_TEST(QuaternionTest, DirectionsAThirdOfATurnApartAreTakenAsTheyAre)
+{
+    using T = TypeParam;
+    bool const isFloat = std::is_same_v<T, float>;
+    tVector3<T> const from(T(0.0625), isFloat ? T(-1.125) : T(-1.15625), isFloat ? T(1.0625) : T(1.09375));
+    T const nearHalf = std::nextafter(T(0.5), T(0));
+    ExpectNumbers(tQuaternion<T>::RotateBetween(from, {from.y, from.z, from.x}),
+                  tQuaternion<T>(-nearHalf, -nearHalf, -nearHalf, nearHalf));
+}
+
 TYPED_TEST(QuaternionTest, OppositeDirectionsAreHalfATurnApart)
 {
     using T = TypeParam;

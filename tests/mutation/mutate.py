@@ -6,8 +6,9 @@ A unit is a source or a header of the library. What is changed: operators, compa
 tests come from build/release, built as ever. A change of a source costs a compilation of that source and a library that is
 linked anew, in a folder of build/mutate, where two are at work side by side. The changes of all headers that are named are
 compiled together, each behind a switch of its own, in the library and in all tests that hold one of them; then each test is
-run for each of the changes that it comes by. Those that do not compile so, or that no test comes by, as they stand where only
-the compiler evaluates them, are tried like those of a source, in the header's own tests and a few other programs.
+run for each of the changes that it comes by. Those that do not compile so, that no test comes by, as they may stand where
+only the compiler evaluates them, and that no test sees, are tried like those of a source, but in the header's own tests and a
+few other programs alone. With switches go checks of bounds, and patterns in what is not set; a source has neither.
 
 A change survives if no test fails or takes too long. What changes nothing stands in survivors.txt beside this script, with
 the reason, and is not tried; the exit code is 1 where others survive.
@@ -72,6 +73,11 @@ HOLDERS = 3
 AS_SANITIZERS = ("-fsanitize=bounds", "-fsanitize-undefined-trap-on-error", "-D_GLIBCXX_ASSERTIONS",
                  "-ftrivial-auto-var-init=pattern")
 
+# What a switch would show although a change does not: these compare what the compiler evaluates, which a switch leaves as it
+# is, with the program, and a module that is loaded, which is not compiled anew, with the program.
+MISLED = "--gtest_filter=-ConstantEvaluation*:*CompilersComputeWhatProgramsDo*"
+LOAD_MODULES = ("GeneratorModuleTest", "ModuleTest")
+
 # The loops that the library chooses on this processor are those that most tests run.
 FLAGS = pathlib.Path("/proc/cpuinfo").read_text(encoding="utf-8")
 CHOSEN = "Avx512" if "avx512vbmi" in FLAGS else "Avx2" if "avx2" in FLAGS else "Baseline"
@@ -81,11 +87,11 @@ HEAD = """# Changes that the tests see
 
 What `tools/mutate --write UNIT...` found when it last ran, a row for each unit that it tried: how many changes were made of
 those that there are; how many of them do not compile, or compile to the same code; how many a test saw, and how many only
-the [record](../digest/record.txt) of all results did; how many change nothing, for the reason that
-[survivors.txt](survivors.txt) gives and that is repeated below; how many survive; and the share of those seen, of all that
-compile and change something.
+the [record](../digest/record.txt) of all results did; how many change nothing, or nothing that this build can show, for the
+reason that [survivors.txt](survivors.txt) gives and that is repeated below; how many survive; and the share of those seen, of
+all that compile and have no such reason.
 
-| unit | tried | of | do not compile | same code | seen by tests | by the record | change nothing | survive | share seen |
+| unit | tried | of | do not compile | same code | seen by tests | by the record | have a reason | survive | share seen |
 |---|--:|--:|--:|--:|--:|--:|--:|--:|--:|
 """
 
@@ -219,10 +225,10 @@ class Copy:
         words[words.index("-o") + 1] = str(output)
         return subprocess.run(words, cwd=BUILD, check=False, capture_output=True).returncode == 0
 
-    def run(self, program, path, seconds, library, **told):
+    def run(self, program, path, seconds, library, *options, **told):
         """Whether a program of tests fails, or needs more processor time than so many seconds, and how much it needed."""
         environment = os.environ | {"LD_LIBRARY_PATH": str(library), "TMPDIR": str(self.folder / "tmp")} | told
-        command = [path, "--gtest_brief=1", "--gtest_fail_fast"]
+        command = [path, "--gtest_brief=1", "--gtest_fail_fast", *options]
         if program.endswith("/digest"):
             command = [sys.executable, "-B", TOP / "tests/digest/digest.py", path, TOP / "tests/digest/record.txt"]
         needed = 0
@@ -396,6 +402,8 @@ class Trial:
         programs = tree.users(self.library) | {program for program, objects in self.tests.items() if objects}
         if not programs or not touched:
             raise Unused(f"{unit}: no test uses it")
+        if unit.endswith(".h"):
+            programs = {program for program in programs if pathlib.Path(program).name not in LOAD_MODULES}
         self.seen = dict.fromkeys(self.one_of_each(programs), 0)
         defined = tree.symbols[self.library[0]]["D"] if self.library else set()
         self.calls = {program: len(tree.called[program] & defined) for program in programs}
@@ -434,8 +442,8 @@ class Trial:
 
     def stages(self):
         """What to compile, and which programs to run then: the unit's own tests first, then what needs no other object, then
-        the programs that hold the unit, one by one; the rest of the library comes last. A change of a header that gets here
-        is one for the compiler to evaluate: then some programs do, and what they do not see is listed, though another might.
+        the programs that hold the unit, one by one; the rest of the library comes last. Of a header, no switch of which was
+        seen, a few programs are enough: what they do not see is listed, though another might.
         """
         is_header = self.unit.endswith(".h")
         holders = [program for program in self.order() if self.tests[program]]
@@ -466,7 +474,8 @@ class Trial:
                     changed.add(path)
             if changed and (how := self.seen_by(worker, changed, self.reached(programs, changed))):
                 return how
-        return "survive" if changed else "same"
+        everything = {path for objects in (self.library, *self.tests.values()) for path in objects}
+        return "same" if not changed and compiled == everything else "survive"
 
     def reached(self, programs, changed):
         """Those of the programs that hold what has changed, or all of them where the library does."""
@@ -518,6 +527,7 @@ class Unit:
         self.counts = dict.fromkeys(COLUMNS, 0)
         self.unseen = []
         known = reasons(unit)
+        self.stale = [f"{unit}: {line}" for line in known if line not in {change.shown for change in found}]
         tried = found
         if again:
             self.counts, lines = read_report().get(unit, (self.counts, []))
@@ -544,6 +554,7 @@ class Unit:
 
     def try_alone(self, tried):
         """Tries changes of the unit one by one."""
+        self.begin = time.monotonic()
         workers = queue.SimpleQueue()
 
         def attempt(change):
@@ -571,7 +582,8 @@ class Together:
     def __init__(self, tree, units, folder):
         self.tree, self.units, self.lock = tree, {unit.name: unit for unit in units}, threading.Lock()
         self.changes = list(enumerate(((unit, change) for unit in units for change in unit.tried), 1))
-        self.dropped = {number for number, (unit, change) in self.changes if not self.fits(unit)}
+        self.dropped = {number for number, (unit, change) in self.changes
+                        if not self.fits(unit) or b"is_constant_evaluated" in unit.source[slice(*change.whole)]}
         (folder / "switches.h").write_text(switches.prelude(len(self.changes)), encoding="utf-8")
         (folder / "objects").mkdir()
         (folder / "lib").mkdir()
@@ -654,7 +666,7 @@ class Together:
         copy = self.copies.get()
         for target in (self.tree.library, *self.programs):
             output = self.folder / "lib" / f"{LIBRARY}.0" if target == self.tree.library else self.path(target)
-            if output.is_relative_to(self.folder) and not copy.linked(target, output, self.needed):
+            if output.is_relative_to(self.folder) and not copy.linked(target, output, self.needed - self.failed):
                 raise SystemExit(f"{target} does not link with switches")
         self.copies.put(copy)
 
@@ -662,7 +674,7 @@ class Together:
         """Whether a program fails with what it is told, and its time."""
         copy = self.copies.get()
         try:
-            return copy.run(program, self.path(program), seconds, self.folder / "lib", **told)
+            return copy.run(program, self.path(program), seconds, self.folder / "lib", MISLED, **told)
         finally:
             self.copies.put(copy)
 
@@ -676,14 +688,14 @@ class Together:
             self.reached[program] = set(map(int, path.read_text(encoding="utf-8").split())) if path.exists() else set()
 
     def outcome(self, number):
-        """What became of a change: seen, record or survive; alone where it has to be tried so."""
+        """What became of a change: seen or record; alone where it has to be tried so, too."""
         programs = [program for program, reached in self.reached.items() if number in reached]
         if number in self.dropped or not programs:
             return "alone"
         for program in sorted(programs, key=lambda program: (program.endswith("/digest"), self.times[program])):
             if self.run(program, int(2 + 3 * self.times[program]), BV_CHANGE=str(number))[0]:
                 return "record" if program.endswith("/digest") else "seen"
-        return "survive"
+        return "alone"
 
     def run_all(self):
         """Counts what became of each change, and gives back those to be tried alone, by unit."""
@@ -704,7 +716,7 @@ class Together:
 def variants(programs, tree):
     """Of the programs that are one test compiled at several levels, all but the quickest."""
     kept = {}
-    for program in sorted(programs, key=lambda program: (tree.times.get(program, 1), program)):
+    for program in sorted(sorted(programs, reverse=True), key=lambda program: tree.times.get(program, 1)):
         kept.setdefault(re.sub("_O[0-3]$", "", program), program)
     return set(programs) - set(kept.values())
 
@@ -761,7 +773,7 @@ def main():
     tree = Tree()
     tried = []
     complaints = []
-    for name in names:
+    for name in dict.fromkeys(names):
         try:
             tried.append(Unit(tree, name, limit, "--again" in options))
         except Unused as error:
@@ -771,6 +783,7 @@ def main():
         survivors += unit.counts["survive"]
         if "--write" in options:
             write_report(read_report() | {unit.name: (unit.counts, unit.unseen)})
+    complaints += [f"tools/mutate: no such change, but a reason for it: {line}" for unit in tried for line in unit.stale]
     if survivors:
         complaints.append(f"tools/mutate: {survivors} changes survive")
     if complaints:

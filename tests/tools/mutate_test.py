@@ -57,6 +57,15 @@ class MutateTest(unittest.TestCase):
         self.assertEqual({(change.shown.partition(": ")[0], source[change.start:change.end].decode(), change.new.decode())
                           for change in found}, CHANGED)
         self.assertEqual(len(found), len(CHANGED))
+        # All of them compile side by side, but for comparisons that pairs do not have.
+        made = [switches.Switch(number, change.whole, change.start, change.end, change.new)
+                for number, change in enumerate(found, 1)
+                if not (change.shown.startswith("Largest") and change.new in (b"<=", b">="))]
+        text, _ = switches.switched(source, made)
+        (self.top / "switches.h").write_text(switches.prelude(len(found)), encoding="utf-8")
+        (self.top / "switched.cpp").write_bytes(text)
+        subprocess.run([os.environ.get("CXX", "c++"), "-std=c++20", "-include", "switches.h", "-c", "switched.cpp"],
+                       cwd=self.top, check=True)
         shown = {change.shown for change in found if change.line == 5}
         self.assertIn("Sum: int Sum(int a, int b) { return a + -b; } => int Sum(int a, int b) { return a - -b; }", shown)
 
@@ -112,7 +121,7 @@ class MutateTest(unittest.TestCase):
         def make(_tree, name, *_):
             if name == "core/A.cpp":
                 raise mutate.Unused(f"{name}: no test uses it")
-            return types.SimpleNamespace(name=name, tried=[], counts={"survive": 1},
+            return types.SimpleNamespace(name=name, tried=[], counts={"survive": 1}, stale=["core/B.cpp: F: 1 => 2"],
                                          try_alone=lambda _: tried.append(name), print=lambda: None)
 
         with unittest.mock.patch.multiple(mutate, Tree=object, Unit=make), \
@@ -120,7 +129,9 @@ class MutateTest(unittest.TestCase):
                 self.assertRaises(SystemExit) as end:
             mutate.main()
         self.assertEqual(tried, ["core/B.cpp"])
-        self.assertEqual(str(end.exception), "tools/mutate: core/A.cpp: no test uses it\ntools/mutate: 1 changes survive")
+        self.assertEqual(str(end.exception), "tools/mutate: core/A.cpp: no test uses it\n"
+                         "tools/mutate: no such change, but a reason for it: core/B.cpp: F: 1 => 2\n"
+                         "tools/mutate: 1 changes survive")
 
     def test_a_kind_that_the_bindings_do_not_know_is_none(self):
         class Unknown:
@@ -228,7 +239,7 @@ class SwitchesTest(unittest.TestCase):
         fails = {}
         self.assertEqual([together.outcome(1), together.outcome(5)], ["alone", "alone"])
         self.assertEqual(ran, [])
-        self.assertEqual(together.outcome(3), "survive")
+        self.assertEqual(together.outcome(3), "alone")
         self.assertEqual(ran, [("tests/B", 5, "3"), ("tests/A", 8, "3"), ("tests/digest", 3, "3")])
         fails = {"tests/A"}
         self.assertEqual(together.outcome(2), "seen")
@@ -238,6 +249,8 @@ class SwitchesTest(unittest.TestCase):
     def test_of_a_test_compiled_at_several_levels_the_quickest_is_run(self):
         tree = types.SimpleNamespace(times={"tests/RayTest_O0": 3, "tests/RayTest_O3": 1, "tests/A_AVX": 2, "tests/A": 1})
         self.assertEqual(mutate.variants(tree.times, tree), {"tests/RayTest_O0"})
+        tree.times = {}
+        self.assertEqual(mutate.variants({"tests/A_O0", "tests/A_O3"}, tree), {"tests/A_O0"})
 
 
 if __name__ == "__main__":

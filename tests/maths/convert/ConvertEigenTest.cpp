@@ -139,4 +139,29 @@ TYPED_TEST(ConvertEigenTest, BoxesKeepTheirCornersAndEmptyOnesStayEmpty)
     ExpectSameBits(FromEigen(Eigen::AlignedBox<T, 2>()).GetMin(), tVector2<T>{INF<T>, INF<T>});
 }
 
+TYPED_TEST(ConvertEigenTest, BoxesWithOneCornerOfTheEmptyOneKeepBoth)
+{
+    using T = TypeParam;
+    constexpr T MOST = std::numeric_limits<T>::max();
+    using Box = Eigen::AlignedBox<T, 3>;
+    using Corner = Eigen::Matrix<T, 3, 1>;
+    Corner const largest(MOST, MOST, MOST);
+    tVolumeAABB<T> const below = FromEigen(Box(largest, Corner(4, 5, 6)));
+    ExpectSameBits(below.GetMin(), tVector3<T>(MOST, MOST, MOST));
+    ExpectSameBits(below.GetMax(), tVector3<T>(4, 5, 6));
+    tVolumeAABB<T> const above = FromEigen(Box(Corner(1, 2, 3), -largest));
+    ExpectSameBits(above.GetMin(), tVector3<T>(1, 2, 3));
+    ExpectSameBits(above.GetMax(), tVector3<T>(-MOST, -MOST, -MOST));
+
+    using Area = Eigen::AlignedBox<T, 2>;
+    using AreaCorner = Eigen::Matrix<T, 2, 1>;
+    AreaCorner const largestOfArea(MOST, MOST);
+    tAreaAABB<T> const belowInArea = FromEigen(Area(largestOfArea, AreaCorner(4, 5)));
+    ExpectSameBits(belowInArea.GetMin(), tVector2<T>(MOST, MOST));
+    ExpectSameBits(belowInArea.GetMax(), tVector2<T>(4, 5));
+    tAreaAABB<T> const aboveInArea = FromEigen(Area(AreaCorner(1, 2), -largestOfArea));
+    ExpectSameBits(aboveInArea.GetMin(), tVector2<T>(1, 2));
+    ExpectSameBits(aboveInArea.GetMax(), tVector2<T>(-MOST, -MOST));
+}
+
 } // namespace

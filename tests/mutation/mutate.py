@@ -15,6 +15,7 @@ the reason, and is not tried; the exit code is 1 where others survive.
 """
 import collections
 import concurrent.futures
+import functools
 import json
 import os
 import pathlib
@@ -66,7 +67,7 @@ TOLD = {
 SKIPPED = 77
 
 # How many programs are compiled for a change of a header that has no switch, besides its own tests.
-HOLDERS = 3
+HOLDERS = 2
 
 # What sanitizers report, which run all tests, ends a program with switches, too: elements past an array, and values that
 # were never set, which hold a pattern instead.
@@ -252,6 +253,7 @@ class Worker(Copy):
 
     def __init__(self, folder, tree, unit):
         super().__init__(folder, tree)
+        self.options.append(f"-ffile-prefix-map={folder}={TOP}")
         self.unit, self.source = unit, (TOP / unit).read_bytes()
         self.unchanged, self.heads = {}, {}
 
@@ -280,7 +282,9 @@ class Worker(Copy):
     def is_changed(self, path, text):
         """Whether an object of a changed text, which compiles, differs from what it was; what the compiler says, else."""
         unit = self.folder / self.unit
-        if path not in self.unchanged:
+        if self.unit.endswith(".h"):  # compiled as it was in build/release
+            self.unchanged.setdefault(path, (BUILD / path).read_bytes())
+        elif path not in self.unchanged:
             unit.write_bytes(self.source)
             if error := self.compile(path):
                 raise SystemExit(f"{path} does not compile in a copy: {error[:500]}")
@@ -361,9 +365,13 @@ def changes(tree, unit, objects):
             inside = inner.start.offset, inner.end.offset
             add(function, inside, *inside, b"!(" + condition + b")")
 
+    @functools.cache
+    def is_unit(name):
+        return pathlib.Path(name).resolve() == path
+
     def walk(cursor, function):
         for child in cursor.get_children():
-            if child.location.file and pathlib.Path(child.location.file.name).resolve() != path:
+            if child.location.file and not is_unit(child.location.file.name):
                 continue
             kind = kind_of(child)
             if kind != CursorKind.STATIC_ASSERT:

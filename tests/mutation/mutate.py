@@ -66,7 +66,7 @@ TOLD = {
 }
 SKIPPED = 77
 
-# How many programs are compiled for a change of a header that has no switch, besides its own tests.
+# How many programs are compiled for a change of a header that no switch has shown, besides its own tests.
 HOLDERS = 2
 
 # What sanitizers report, which run all tests, ends a program with switches, too: elements past an array, and values that
@@ -90,7 +90,8 @@ What `tools/mutate --write UNIT...` found when it last ran, a row for each unit 
 those that there are; how many of them do not compile, or compile to the same code; how many a test saw, and how many only
 the [record](../digest/record.txt) of all results did; how many change nothing, or nothing that this build can show, for the
 reason that [survivors.txt](survivors.txt) gives and that is repeated below; how many survive; and the share of those seen, of
-all that compile and have no such reason.
+all that compile and have no such reason. The tests of a header stop where an index leaves an array, and what is not set holds
+a pattern, as sanitizers, which run all tests, would report both.
 
 | unit | tried | of | do not compile | same code | seen by tests | by the record | have a reason | survive | share seen |
 |---|--:|--:|--:|--:|--:|--:|--:|--:|--:|
@@ -612,8 +613,7 @@ class Together:
     @staticmethod
     def fits(unit):
         """Whether all that is changed in a unit can have its switch at once."""
-        return switches.is_nested([switches.Switch(0, change.whole, change.start, change.end, change.new)
-                                   for change in unit.tried])
+        return switches.is_nested({change.whole for change in unit.tried})
 
     def text(self, name):
         """A unit with its switches, and the places that they are to blame for."""

@@ -117,11 +117,10 @@ def place(text, line, column):
     return sum(len(before) + 1 for before in text.split(b"\n")[:line - 1]) + column - 1
 
 
-def is_nested(switches):
+def is_nested(wholes):
     """Whether of two places that are changed, either the one lies in the other, or they have nothing in common."""
-    wholes = sorted({switch.whole for switch in switches}, key=lambda whole: (whole[0], -whole[1]))
     open_ = []
-    for start, end in wholes:
+    for start, end in sorted(wholes, key=lambda whole: (whole[0], -whole[1])):
         while open_ and open_[-1] <= start:
             open_.pop()
         if open_ and end > open_[-1]:

@@ -218,11 +218,8 @@ class SwitchesTest(unittest.TestCase):
         self.assertEqual(at(5, b"a + 2"), [7])
 
     def test_changes_that_overlap_cannot_stand_side_by_side(self):
-        def of(*wholes):
-            return [switches.Switch(1, whole, 0, 0, b"") for whole in wholes]
-
-        self.assertTrue(switches.is_nested(of((0, 9), (0, 4), (1, 3), (4, 9), (12, 15), (0, 4))))
-        self.assertFalse(switches.is_nested(of((0, 4), (2, 6))))
+        self.assertTrue(switches.is_nested({(0, 9), (0, 4), (1, 3), (4, 9), (12, 15)}))
+        self.assertFalse(switches.is_nested({(0, 4), (2, 6)}))
 
     def test_a_program_is_run_for_the_changes_that_it_comes_by(self):
         together = object.__new__(mutate.Together)
